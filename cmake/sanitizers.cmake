@@ -1,0 +1,11 @@
+# KESTROVA_SANITIZE: empty, "address" (with undefined behaviour) or "thread".
+set(KESTROVA_SANITIZE "" CACHE STRING "Sanitizer to build with: address, thread or none")
+if(KESTROVA_SANITIZE STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(KESTROVA_SANITIZE STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+elseif(KESTROVA_SANITIZE)
+  message(FATAL_ERROR "KESTROVA_SANITIZE is \"${KESTROVA_SANITIZE}\"; it takes address, thread or nothing")
+endif()

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "platform/bytes.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <tl/expected.hpp>
+
+namespace kestrova {
+
+using Path = std::filesystem::path;
+using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
+
+/// What went wrong with a file. `code` is one of the codes below or the system's own error number (errno).
+struct FileError {
+  static constexpr int existingFile = 516;    ///< the target is there already
+  static constexpr int unspecifiedWrite = 512;  ///< copying: the target volume (or the user's quota) is full
+  static constexpr int outOfSpace = 640;      ///< writing data: the target volume (or the user's quota) is full
+
+  int code = 0;
+  std::string message;  ///< what the system says of it, in UTF-8
+};
+
+template <typename Value>
+using FileResult = tl::expected<Value, FileError>;
+
+struct FileAttributes {
+  std::uint64_t size = 0;  ///< bytes
+  Date modified;           ///< to the nanosecond
+  bool isDirectory = false;
+  bool isRegularFile = false;
+};
+
+/// A complete file that has no name yet. It vanishes when it is destroyed without having been given one.
+class StagedFile {
+ public:
+  virtual ~StagedFile() = default;
+  StagedFile() = default;
+  StagedFile(const StagedFile&) = delete;
+  StagedFile& operator=(const StagedFile&) = delete;
+
+  /// Gives the file its final name, in the folder it was staged for. Fails with `existingFile` when the name is taken.
+  virtual FileResult<void> commit() = 0;
+  /// The same, but atomically takes the place of a file of that name.
+  virtual FileResult<void> commitReplacing() = 0;
+};
+
+/// What the program asks of the host's file system. Paths are bytes and never pass through a text codec; they may
+/// be longer than the system's own limit for one call. Nothing here blocks on a FIFO or a device, follows a
+/// symbolic link to write, or changes a source file. Callable from any thread; calls on one StagedFile must not
+/// overlap.
+class FileManager {
+ public:
+  virtual ~FileManager() = default;
+
+  /// Of the item that the path leads to; symbolic links are followed.
+  virtual FileResult<FileAttributes> attributesOfItem(const Path& path) const = 0;
+
+  /// At most the first `count` bytes of a regular file; nothing when it cannot be opened.
+  virtual std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const = 0;
+
+  /// A regular file's whole contents.
+  virtual FileResult<Bytes> readFile(const Path& path) const = 0;
+
+  /// Creates the folder with all that is missing above it; an existing one is no error.
+  virtual FileResult<void> createDirectory(const Path& folder) = 0;
+
+  /// Copies a regular file's data, permissions, modification time and extended attributes, and makes the copy
+  /// durable. A full volume is `unspecifiedWrite`.
+  virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) = 0;
+
+  /// Writes bytes, with the permissions of a new file, and makes them durable. A full volume is `outOfSpace`.
+  virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) = 0;
+
+  bool fileExists(const Path& path) const;
+  bool isDirectory(const Path& path) const;
+
+  /// A whole copy under the name `to`, or none; an existing item there is left alone (`existingFile`).
+  FileResult<void> copyItem(const Path& from, const Path& to);
+  /// The bytes under the name `to`, or no file; an existing item there is left alone (`existingFile`).
+  FileResult<void> writeData(ByteView data, const Path& to);
+  /// The bytes under the name `to`; an existing file there is replaced atomically.
+  FileResult<void> writeDataReplacing(ByteView data, const Path& to);
+};
+
+/// The host's own file system.
+std::shared_ptr<FileManager> systemFileManager();
+
+}  // namespace kestrova
