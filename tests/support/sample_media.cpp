@@ -1,0 +1,211 @@
+#include "support/sample_media.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+
+#include <png.h>
+#include <turbojpeg.h>
+#include <zlib.h>
+
+namespace kestrova::test {
+namespace {
+
+void append(Bytes& to, ByteView bytes) {
+  to.resize(to.size() + bytes.size());
+  std::ranges::copy(bytes, to.end() - std::ssize(bytes));
+}
+
+void appendBigEndian(Bytes& to, std::uint64_t value, int bytes) {
+  while (bytes-- > 0) to.push_back(static_cast<std::uint8_t>(value >> 8 * bytes));
+}
+
+ByteView viewOf(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+Bytes encodedJpeg(int width, int height, unsigned seed, bool progressive) {
+  const Bytes pixels = samplePixels(width, height, seed);
+  const std::unique_ptr<void, decltype(&tjDestroy)> encoder(tjInitCompress(), &tjDestroy);
+  unsigned char* data = nullptr;
+  unsigned long size = 0;
+  const int failed = tjCompress2(encoder.get(), pixels.data(), width, 0, height, TJPF_RGB, &data, &size,
+                                 TJSAMP_420, 90, TJFLAG_ACCURATEDCT | (progressive ? TJFLAG_PROGRESSIVE : 0));
+  const std::unique_ptr<unsigned char, decltype(&tjFree)> owner(data, &tjFree);
+  if (failed != 0) throw std::runtime_error(tjGetErrorStr2(encoder.get()));
+  return {data, data + size};
+}
+
+Bytes encodedPng(const SamplePhoto& photo) {
+  const Bytes pixels = samplePixels(photo.width, photo.height, photo.seed);
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  image.format = PNG_FORMAT_RGB;
+  image.width = static_cast<png_uint_32>(photo.width);
+  image.height = static_cast<png_uint_32>(photo.height);
+  png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+  Bytes png(size);
+  if (!png_image_write_to_memory(&image, png.data(), &size, 0, pixels.data(), 0, nullptr)) {
+    throw std::runtime_error(image.message);
+  }
+  png.resize(size);
+  return png;
+}
+
+/// Where the scan's header starts in a JPEG that starts with SOI and holds nothing unusual before it.
+std::size_t startOfScan(const Bytes& jpeg) {
+  constexpr std::uint8_t sos = 0xDA;
+  std::size_t at = 2;
+  while (jpeg.at(at + 1) != sos) at += 2 + std::size_t{jpeg.at(at + 2)} * 256 + jpeg.at(at + 3);
+  return at;
+}
+
+/// Segments and fill bytes of this many bytes together, which a decoder passes over.
+Bytes jpegPadding(std::size_t size) {
+  constexpr std::uint8_t comment = 0xFE;
+  constexpr std::size_t smallest = 4;
+  constexpr std::size_t largest = 2 + 0xFFFF;
+  Bytes padding;
+  while (size - padding.size() >= smallest) {
+    const std::size_t segment = std::min(size - padding.size(), largest);
+    append(padding, jpegSegment(comment, Bytes(segment - smallest, ' ')));
+  }
+  padding.resize(size, 0xFF);
+  return padding;
+}
+
+}  // namespace
+
+Bytes samplePixels(int width, int height, unsigned seed) {
+  Bytes pixels;
+  pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3);
+  const double ring = 0.12 + 0.01 * (seed % 17);
+  const double centreX = width * 0.35;
+  const double centreY = height * 0.6;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const double wave = std::sin(std::hypot(x - centreX, y - centreY) * ring + seed);
+      const auto rings = static_cast<std::uint8_t>(128 + 100 * wave);
+      const auto along = static_cast<std::uint8_t>(x * 255 / width);
+      const auto down = static_cast<std::uint8_t>(y * 255 / height);
+      if (x < width / 8 && y < height / 8) {
+        pixels.insert(pixels.end(), {230, 20, 20});
+      } else if (x >= width / 2 && y < height / 16) {
+        pixels.insert(pixels.end(), {20, 20, 230});
+      } else {
+        pixels.insert(pixels.end(), {rings, along, down});
+      }
+    }
+  }
+  return pixels;
+}
+
+TiffBlock exifBlock(const SamplePhoto& photo) {
+  TiffBlock block;
+  block.bigEndian = photo.bigEndian;
+  if (photo.descriptionBytes > 0)
+    block.image.push_back(tiffText(0x010E, std::string(photo.descriptionBytes - 1, 'd')));
+  block.image.push_back(tiffText(0x010F, "Kestrova"));
+  block.image.push_back(tiffText(0x0110, "Sample"));
+  if (photo.orientation)
+    block.image.push_back(tiffShort(0x0112, static_cast<std::uint64_t>(*photo.orientation)));
+  block.exif.push_back({0x9000, TiffType::undefined, {'0', '2', '3', '0'}});
+  if (!photo.taken.empty()) block.exif.push_back(tiffText(0x9003, photo.taken));
+  if (!photo.digitized.empty()) block.exif.push_back(tiffText(0x9004, photo.digitized));
+  if (photo.makerNoteBytes > 0) block.exif.push_back(tiffFiller(0x927C, photo.makerNoteBytes));
+  if (photo.exifPixelSize) {
+    block.exif.push_back(tiffLong(0xA002, static_cast<std::uint64_t>(photo.width)));
+    block.exif.push_back(tiffLong(0xA003, static_cast<std::uint64_t>(photo.height)));
+  }
+  if (photo.thumbnail)
+    block.thumbnail = encodedJpeg(160, 160 * photo.height / photo.width, photo.seed, false);
+  return block;
+}
+
+Bytes jpegPhoto(const SamplePhoto& photo) {
+  Bytes jpeg = encodedJpeg(photo.width, photo.height, photo.seed, photo.progressive);
+  if (!photo.exif) return jpeg;
+  const Bytes segment = exifSegment(exifBlock(photo).encode());
+  jpeg.insert(jpeg.begin() + 2, segment.begin(), segment.end());
+  return jpeg;
+}
+
+Bytes pngPhoto(const SamplePhoto& photo) {
+  constexpr std::ptrdiff_t afterImageHeader = 8 + 25;
+  Bytes png = encodedPng(photo);
+  if (!photo.exif) return png;
+  const Bytes chunk = pngChunk("eXIf", exifBlock(photo).encode());
+  png.insert(png.begin() + afterImageHeader, chunk.begin(), chunk.end());
+  return png;
+}
+
+Bytes tiffPhoto(const SamplePhoto& photo) {
+  const auto height = static_cast<std::uint64_t>(photo.height);
+  TiffBlock file = photo.exif ? exifBlock(photo) : TiffBlock{};
+  file.bigEndian = photo.bigEndian;
+  file.bigTiff = photo.bigTiff;
+  file.thumbnail.clear();
+  file.pixels = samplePixels(photo.width, photo.height, photo.seed);
+  file.image.push_back(tiffLong(0x0100, static_cast<std::uint64_t>(photo.width)));
+  file.image.push_back(tiffLong(0x0101, height));
+  file.image.push_back({0x0102, TiffType::shortInt, {8, 8, 8}});
+  file.image.push_back(tiffShort(0x0103, 1));  // no compression
+  file.image.push_back(tiffShort(0x0106, 2));  // red, green, blue
+  file.image.push_back(tiffShort(0x0115, 3));
+  file.image.push_back(tiffLong(0x0116, height));
+  return file.encode();
+}
+
+Bytes jpegSegment(std::uint8_t marker, ByteView payload) {
+  Bytes segment{0xFF, marker};
+  if (payload.size() > 0xFFFD) throw std::length_error("a JPEG segment holds 65533 bytes");
+  appendBigEndian(segment, payload.size() + 2, 2);
+  append(segment, payload);
+  return segment;
+}
+
+Bytes exifSegment(ByteView block) {
+  Bytes payload{'E', 'x', 'i', 'f', 0, 0};
+  append(payload, block);
+  return jpegSegment(0xE1, payload);
+}
+
+Bytes pngChunk(const std::string& type, ByteView payload) {
+  Bytes chunk;
+  appendBigEndian(chunk, payload.size(), 4);
+  append(chunk, viewOf(type));
+  append(chunk, payload);
+  appendBigEndian(chunk, crc32(0, chunk.data() + 4, static_cast<uInt>(chunk.size() - 4)), 4);
+  return chunk;
+}
+
+Bytes paddedJpeg(const Bytes& jpeg, std::size_t size) {
+  if (jpeg.size() > size) throw std::length_error("the photo is longer than that");
+  const Bytes padding = jpegPadding(size - jpeg.size());
+  Bytes padded = jpeg;
+  padded.insert(padded.begin() + static_cast<std::ptrdiff_t>(startOfScan(jpeg)), padding.begin(),
+                padding.end());
+  return padded;
+}
+
+Bytes videoFile(std::size_t size, unsigned seed) {
+  constexpr std::size_t fileTypeBox = 24;
+  Bytes video;
+  video.reserve(std::max<std::size_t>(size, 32));
+  appendBigEndian(video, fileTypeBox, 4);
+  append(video, viewOf("ftypisom"));
+  appendBigEndian(video, 512, 4);
+  append(video, viewOf("isommp42"));
+  appendBigEndian(video, size > fileTypeBox ? size - fileTypeBox : 0, 4);
+  append(video, viewOf("mdat"));
+  std::uint32_t noise = seed;
+  while (video.size() < size) {
+    noise = noise * 1664525U + 1013904223U;
+    video.push_back(static_cast<std::uint8_t>(noise >> 24));
+  }
+  video.resize(size);
+  return video;
+}
+
+}  // namespace kestrova::test
