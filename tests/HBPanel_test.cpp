@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <limits>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -131,6 +133,17 @@ TEST(ImageResize, TellsOfAnInvalidImageAndReturnsNull) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Invalid Image\n");
   EXPECT_TRUE(image->scalesWhenResized());
   EXPECT_EQ(image->size(), QSizeF(100, 100));
+}
+
+TEST(ImageResize, WorksOnSeveralThreadsAtOnce) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([] {
+      const ImagePtr resized = imageResize(imageOf(quartersBitmap(80, 60)), QSizeF(40, 30));
+      EXPECT_EQ(colorAt(resized, 39, 0), quarterColor(39, 0, 40, 30));
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
 }
 
 TEST(ImageResize, RefusesSizesThatCannotBeDrawn) {

@@ -8,6 +8,8 @@
 #include <QColorSpace>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -139,6 +141,24 @@ TEST(Image, SurvivesDamagedFilesInSilence) {
     }
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(Image, LoadsRealPhotosOrRefusesThemInSilence) {
+  const char* const corpus = std::getenv("KESTROVA_CORPUS");
+  if (corpus == nullptr) GTEST_SKIP() << "KESTROVA_CORPUS names no folder of photos";
+  testing::internal::CaptureStderr();
+  int loaded = 0;
+  int refused = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus)) {
+    if (!entry.is_regular_file()) continue;
+    const ImagePtr image = Image::fromFile(entry.path());
+    ++(image != nullptr ? loaded : refused);
+    EXPECT_TRUE(image == nullptr || image->isValid()) << entry.path();
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_GT(loaded, refused);
+  RecordProperty("loaded", loaded);
+  RecordProperty("refused", refused);
 }
 
 TEST(Image, HasNoTiffRepresentationWithoutPixels) {

@@ -4,7 +4,10 @@
 #include "toolkit/image_codec.h"
 
 #include <QColorSpace>
+#include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 namespace kestrova {
 
