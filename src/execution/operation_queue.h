@@ -1,0 +1,109 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace kestrova {
+
+/// One call that an operation queue is to make. It comes into being without its call, so that the call's
+/// argument can refer to it; `init` then fills it in.
+class InvocationOperation {
+ public:
+  /// Sets the call `(target->*selector)(object)`. The operation owns the object until it has finished.
+  template <typename Target, typename Argument, typename Object>
+  void init(Target* target, void (Target::*selector)(Argument), Object object) {
+    call_ = [target, selector, object = std::move(object)] { (target->*selector)(object); };
+  }
+  /// Sets the call of a stage of a run, which receives its own operation.
+  template <typename Target>
+  void init(Target* target, void (Target::*selector)(const InvocationOperation&)) {
+    call_ = [this, target, selector] { (target->*selector)(*this); };
+  }
+
+  /// Asks the operation to end; callable from any thread. One that runs must look for itself.
+  void cancel() { cancelled_ = true; }
+  bool isCancelled() const { return cancelled_; }
+
+ private:
+  friend class OperationQueue;
+  /// Makes the call, unless the operation was cancelled, and lets go of its argument.
+  void finish();
+
+  std::function<void()> call_;
+  std::atomic<bool> cancelled_ = false;
+};
+
+/// Runs operations on threads of its own, in the order in which they were added.
+///
+/// - An operation counts from the moment it is added until it has finished.
+/// - A suspended queue starts nothing, also nothing cancelled; what runs goes on.
+/// - A cancelled operation that has not started ends without running when the queue reaches it.
+/// - Observers of "operations" are told after every change of the list, on the thread that changed it, with
+/// no lock held.
+///
+/// Every method may be called from any thread, an operation's or an observer's own included; only the
+/// destructor and `waitUntilIdle` must stand outside of both. Destroying a queue drops what has not started
+/// and waits for what runs.
+class OperationQueue {
+ public:
+  using Observer = std::function<void(std::string_view keyPath, OperationQueue& object)>;
+
+  OperationQueue();
+  ~OperationQueue();
+  OperationQueue(const OperationQueue&) = delete;
+  OperationQueue& operator=(const OperationQueue&) = delete;
+
+  void addOperation(std::shared_ptr<InvocationOperation> operation);
+  std::size_t operationCount() const;
+  /// How many operations run at this moment.
+  std::size_t executingCount() const;
+  void cancelAllOperations();
+
+  void setSuspended(bool suspended);
+  bool isSuspended() const { return suspended_; }
+  /// At least 1; at first as many as the machine has cores.
+  void setMaxConcurrentOperationCount(std::size_t count);
+
+  void addObserver(std::string keyPath, Observer observer);
+
+  /// Returns when no operation runs, none can start, and the observers have been told of all that happened.
+  void waitUntilIdle();
+
+ private:
+  struct Observation {
+    std::string keyPath;
+    Observer observer;
+  };
+  using Observations = std::vector<Observation>;
+
+  bool canStart() const;  // these four: with the lock held
+  void startThreads();
+  std::shared_ptr<InvocationOperation> takeNext();
+  std::shared_ptr<const Observations> observations() const { return observations_; }
+
+  void work();
+  void tell(const std::shared_ptr<const Observations>& observations);
+
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<std::shared_ptr<InvocationOperation>> waiting_;
+  std::vector<std::shared_ptr<InvocationOperation>> executing_;
+  std::size_t busyThreads_ = 0;  // running an operation or telling the observers of its end
+  std::size_t maxConcurrent_;
+  std::atomic<bool> suspended_ = false;
+  bool closing_ = false;
+  std::shared_ptr<const Observations> observations_ = std::make_shared<Observations>();
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace kestrova

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "planning/image_metadata.h"
+#include "planning/operation_record.h"
+#include "planning/target_naming.h"
+
+#include <cstdint>
+
+namespace kestrova {
+
+/// The options that decide what becomes of a file, as the window shows them at one moment.
+struct PlanningOptions {
+  bool filterSmallPhotos = false;
+  bool filterSmallVideos = false;
+  bool rotate = false;
+  int folderFormat = 0;  ///< 0 long, 1 medium, 2 short
+  int resolution = 0;    ///< 0 keeps the size, 1 is 720P, 2 is 1080P, -1 none chosen
+};
+
+/// A source file as planning sees it. A file may count as a photo and as a video at once.
+struct FileFacts {
+  std::uint64_t size = 0;  ///< bytes
+  bool isPhoto = false;
+  bool isVideo = false;
+};
+
+constexpr std::int64_t smallestPhoto = 20000;    ///< bytes
+constexpr std::int64_t smallestVideo = 2000000;  ///< bytes
+constexpr std::int64_t smallestPhotoSide = 400;  ///< pixels
+
+/// Whether a filter drops the file for its size in bytes.
+bool isSmallFile(const FileFacts& file, const PlanningOptions& options);
+
+/// Whether the filter drops a photo for its size in pixels; one whose size is unknown stays.
+bool isSmallPicture(const ImageMetadata& metadata, const PlanningOptions& options);
+
+/// A photo that is to be shrunk or turned is written anew; everything else is copied.
+PlanEntry::Handler chooseHandler(const FileFacts& file, const ImageMetadata& metadata,
+                                 const PlanningOptions& options);
+
+/// A file in both lists is named as a video.
+MediaKind mediaKindOf(const FileFacts& file);
+
+}  // namespace kestrova

@@ -1,0 +1,77 @@
+#include "planning/target_naming.h"
+
+#include "app/organise_manager.h"
+#include "platform/file_url.h"
+
+#include <cstdio>
+
+namespace kestrova {
+
+namespace {
+
+template <typename... Values>
+std::string formatted(const char* format, Values... values) {
+  char text[160];
+  std::snprintf(text, sizeof text, format, values...);
+  return text;
+}
+
+std::string lastComponent(int folderFormat, const DateParts& date, const std::string& month,
+                          const std::string& day) {
+  if (folderFormat == 0) {
+    return formatted("%02d-%s-%04d %s", date.day, month.c_str(), date.year, day.c_str());
+  }
+  return formatted("%02d-%s %s", date.day, month.c_str(), day.c_str());
+}
+
+// The missing underscore of the last one is as old as the first trees that users keep.
+std::string prefixOf(MediaKind kind) {
+  switch (kind) {
+    case MediaKind::photo:
+      return "PHOTO_";
+    case MediaKind::video:
+      return "VIDEO_";
+    case MediaKind::other:
+      break;
+  }
+  return "FILE";
+}
+
+}  // namespace
+
+NameTable englishMonths() {
+  return {"January", "February", "March",     "April",   "May",      "June",
+          "July",    "August",   "September", "October", "November", "December"};
+}
+
+NameTable englishDays() {
+  return {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+}
+
+std::optional<Path> targetFolder(const Path& target, int folderFormat, const DateParts& date,
+                                 const NameTable& months, const NameTable& days) {
+  if (folderFormat < 0 || folderFormat > 2) return std::nullopt;
+  const Path year = target / formatted("%04d", date.year);
+  const std::string month = formatted("%02d", date.month);
+  if (folderFormat == 2) return year / month / formatted("%02d", date.day);
+  const std::string last =
+      lastComponent(folderFormat, date, months.at(static_cast<std::size_t>(date.month - 1)),
+                    days.at(static_cast<std::size_t>(date.weekday - 1)));
+  return year / removingPercentEncoding(month) / removingPercentEncoding(last);
+}
+
+std::string targetFileName(MediaKind kind, const DateParts& date, std::uint64_t size,
+                           const QString& extension) {
+  const std::string name = prefixOf(kind) +
+                           formatted("%04d%02d%02d%02d%02d%02d_", date.year, date.month, date.day, date.hour,
+                                     date.minute, date.second) +
+                           std::to_string(size) + '.';
+  return (QString::fromStdString(name) + extension.toUpper()).toUpper().toStdString();
+}
+
+// Not what its name promises, but callers know it so.
+QString OrganiseManager::textMonth(int month) const {
+  return month >= 1 && month <= 11 ? QStringLiteral("January") : QString();
+}
+
+}  // namespace kestrova

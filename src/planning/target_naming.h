@@ -1,0 +1,29 @@
+#pragma once
+
+#include "planning/calendar.h"
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestrova {
+
+/// English names, whatever the user's language: entry 0 is January, or Sunday.
+using NameTable = std::vector<std::string>;
+NameTable englishMonths();
+NameTable englishDays();
+
+/// The dated folder below `target` by the folder format (0 long, 1 medium, 2 short); nothing for any other
+/// format.
+std::optional<Path> targetFolder(const Path& target, int folderFormat, const DateParts& date,
+                                 const NameTable& months, const NameTable& days);
+
+enum class MediaKind { photo, video, other };
+
+/// Kind, time and size (bytes) as a file name in upper case: PHOTO_20140521134502_2345678.JPG
+std::string targetFileName(MediaKind kind, const DateParts& date, std::uint64_t size,
+                           const QString& extension);
+
+}  // namespace kestrova

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+class QSocketNotifier;
+
+namespace kestrova {
+
+/// The blocks that wait for the main thread, run there in the order in which they were posted. The one way
+/// from a worker to the controls.
+class MainQueue {
+ public:
+  using Block = std::function<void()>;
+
+  /// The process's queue.
+  static MainQueue& instance();
+
+  MainQueue();
+  ~MainQueue();
+  MainQueue(const MainQueue&) = delete;
+  MainQueue& operator=(const MainQueue&) = delete;
+
+  /// Callable from any thread; returns at once.
+  void post(Block block);
+
+  /// Runs what waits, for about `budget` at most, so that the event loop gets its turn. Main thread only.
+  void runPending(std::chrono::steady_clock::duration budget = std::chrono::steady_clock::duration::max());
+
+  /// Runs blocks as they come until `done` holds or the time is over; returns whether it holds. For programs
+  /// and tests that have no event loop. Main thread only.
+  bool runUntil(const std::function<bool()>& done, std::chrono::steady_clock::duration timeout);
+
+  /// Readable while blocks wait: what an event loop watches.
+  int readyDescriptor() const { return pipe_[0]; }
+
+ private:
+  bool takePosted();
+
+  std::mutex mutex_;
+  std::deque<Block> posted_;
+  std::deque<Block> running_;  // main thread only
+  int pipe_[2] = {-1, -1};
+};
+
+/// Posts a block to the process's main queue.
+void postToMainQueue(MainQueue::Block block);
+
+/// Runs the process's main queue from Qt's event loop for as long as it lives. Main thread only.
+class MainQueueRunner {
+ public:
+  MainQueueRunner();
+  ~MainQueueRunner();
+
+ private:
+  std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+}  // namespace kestrova

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace kestrova {
+
+/// Keeps the display awake. Callable from any thread.
+class PowerAssertions {
+ public:
+  virtual ~PowerAssertions() = default;
+
+  /// Keeps the display from going to sleep until the returned identifier is released; nothing where the host
+  /// cannot.
+  virtual std::optional<std::uint32_t> create(const QString& reason) = 0;
+  /// Lets go of one assertion; an identifier that is none is ignored.
+  virtual void release(std::uint32_t identifier) = 0;
+};
+
+std::shared_ptr<PowerAssertions> systemPowerAssertions();
+
+}  // namespace kestrova

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/file_manager.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kestrova {
+
+/// File by key, in the order in which they were added. Paths are held as bytes: a list of a million files
+/// stays small.
+class FileList {
+ public:
+  struct Entry {
+    std::string key;
+    std::string path;
+  };
+
+  FileList() = default;
+  FileList(const FileList&) = delete;
+  FileList& operator=(const FileList&) = delete;
+
+  /// The path under a key, or null.
+  const std::string* find(std::string_view key) const;
+  /// Adds a file under a key that is not taken yet.
+  void add(std::string key, const Path& path);
+  void clear();
+
+  std::size_t size() const { return entries_.size(); }
+  bool empty() const { return entries_.empty(); }
+  auto begin() const { return entries_.begin(); }
+  auto end() const { return entries_.end(); }
+
+ private:
+  std::deque<Entry> entries_;  // never moves an entry, so the index may point into it
+  std::unordered_map<std::string_view, const Entry*> index_;
+};
+
+/// Fingerprint by path.
+using HashList = std::unordered_map<std::string, std::string>;
+
+/// What a scan makes of a file, given those it has seen before.
+struct Sighting {
+  enum class Kind {
+    newFile,       ///< the first of its size
+    duplicate,     ///< same content as the first file of its size
+    sameFileSize,  ///< the first with its content among later files of its size
+    passedOver,    ///< same content as a later file of its size
+  };
+  Kind kind = Kind::newFile;
+  std::string fingerprint;  ///< empty for a new file
+  Path original;            ///< of a duplicate or a file passed over: the file that it equals
+};
+
+/// Decides what a file is and enters it in the lists. A file of a size not seen before goes under its size in
+/// decimal; one that differs from the first file of its size goes under its fingerprint followed by the size.
+/// The first file's fingerprint is computed when a second file of its size turns up, and kept in `hashList`.
+Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std::uint64_t size,
+                   const std::function<std::string(const Path&)>& fingerprintOf);
+
+}  // namespace kestrova

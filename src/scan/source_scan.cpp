@@ -1,0 +1,139 @@
+#include "app/organise_manager.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "scan/folder_walk.h"
+#include "scan/media_classification.h"
+
+namespace kestrova {
+
+void OrganiseManager::analyseSourceOperation(const InvocationOperation& operation) {
+  beginScan();
+  const WalkEnd end = walkSources(operation);
+  if (end == WalkEnd::cancelled) {
+    log(QStringLiteral("CANCELLLED"));
+    setStatus(QStringLiteral("Stopped"));
+    host_.power->release(assertionID);
+    return;
+  }
+  if (end == WalkEnd::suspended) {
+    log(QStringLiteral("SUSPENDED"));
+    return;
+  }
+  post([this] {
+    sourceProgress->stopAnimation();
+    sourceProgress->setHidden(true);
+    processBar->setHidden(false);
+  });
+  if (!fileList.empty() && !operation.isCancelled() && !processQueue->isSuspended()) queuePlanner(operation);
+}
+
+void OrganiseManager::beginScan() {
+  appStatus = 1;
+  post([this] { buttonStart->setEnabled(false); });
+  setStatus(QStringLiteral("Process started!"));
+  if (const auto identifier = host_.power->create(QStringLiteral("Kestrova Process")))
+    assertionID = *identifier;
+  fileList.clear();
+  duplicateList.clear();
+  hashList.clear();
+  resetCounters();
+  clearLabels();
+}
+
+void OrganiseManager::resetCounters() {
+  for (Counter* counter :
+       {&sPhotoCount,    &sPhotoSize,      &sVideoCount,   &sVideoSize,   &sTotalCount,     &sTotalSize,
+        &sDuplicateSize, &sDuplicateCount, &tPhotoCount,   &tPhotoSize,   &tVideoCount,     &tVideoSize,
+        &tTotalCount,    &tTotalSize,      &tAlreadyCount, &tAlreadySize, &tRotatedSize,    &tRotatedCount,
+        &tFilteredCount, &tFilteredSize,   &targetCount,   &targetSize,   &targetExistCount}) {
+    *counter = 0;
+  }
+}
+
+// The video and total labels of the source side keep the last run's numbers until the first file is counted.
+void OrganiseManager::clearLabels() {
+  post([this] {
+    processBar->setHidden(true);
+    sourceProgress->setHidden(false);
+    sourceProgress->setIndeterminate(true);
+    sourceProgress->startAnimation();
+    for (const auto* label :
+         {&lblDuplicateCount, &lblDuplicateSize,    &lblPhotoCount,          &lblPhotoSize,
+          &lblSourceCount,    &lblSourceDuplicates, &lblSourceDuplicateSize, &lblSourceSize,
+          &trgExistCount,     &trgExistSize,        &trgPhotoCount,          &trgPhotoSize,
+          &trgRotatedCount,   &trgRotatedSize,      &trgTotalCount,          &trgTotalSize,
+          &trgVideoCount,     &trgVideoSize,        &trgFilteredCount,       &trgFilteredSize}) {
+      (*label)->setStringValue(QString());
+    }
+  });
+}
+
+OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation& operation) {
+  const ExtensionFilter filter(
+      mediaFilter(comboCopy->indexOfSelectedItem(), extensionImages.get(), extensionVideo.get()));
+  WalkEnd end = WalkEnd::complete;
+  FolderWalk walk;
+  walk.wants = [&filter](std::string_view name) { return filter.accepts(name); };
+  walk.keepsGoing = [&] {
+    if (operation.isCancelled())
+      end = WalkEnd::cancelled;
+    else if (processQueue->isSuspended())
+      end = WalkEnd::suspended;
+    return end == WalkEnd::complete;
+  };
+  walk.visits = [this](const WalkedFile& file) { takeFile(file.path, file.size); };
+  for (const Path& source : sourcePathList.get()) {
+    setStatus(QStringLiteral("Analyzing source folders"));
+    if (!walkFolder(source, walk)) break;
+  }
+  return end;
+}
+
+void OrganiseManager::takeFile(const Path& path, std::uint64_t size) {
+  using Kind = Sighting::Kind;
+  const auto fingerprintOf = [this](const Path& file) { return hashData(read10KFromFile(file)); };
+  const Sighting sighting = judgeFile(fileList, hashList, path, size, fingerprintOf);
+  switch (sighting.kind) {
+    case Kind::newFile:
+      return bookNew(path, size, "NEW : ");
+    case Kind::sameFileSize:
+      return bookNew(path, size, "SAME FILE SIZE : ");
+    case Kind::duplicate:
+      return bookDuplicate(path, size, sighting);
+    case Kind::passedOver:
+      announce({.outcome = Verdict::Outcome::sameContent,
+                .source = path,
+                .sourceSize = size,
+                .original = sighting.original});
+  }
+}
+
+void OrganiseManager::bookNew(const Path& path, std::uint64_t size, const char* label) {
+  increaseSourceCount(pathExtension(path), size);
+  if (isLogging())
+    log(QString::fromLatin1(label) + displayPath(path) + QStringLiteral(" : ") + QString::number(size));
+}
+
+void OrganiseManager::bookDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting) {
+  if (isLogging()) {
+    const auto fingerprint = QString::fromStdString(sighting.fingerprint);
+    log(QStringLiteral("DUPLICATE -----> ") + displayPath(path) +
+        QStringLiteral(" : %1 : %2").arg(fingerprint).arg(size));
+  }
+  increaseSourceDuplicate(pathExtension(path), size);
+  duplicateList.push_back(path.native());
+  announce({.outcome = Verdict::Outcome::duplicate,
+            .source = path,
+            .sourceSize = size,
+            .original = sighting.original});
+}
+
+// A Stop that comes while the planner is being added must reach it too.
+void OrganiseManager::queuePlanner(const InvocationOperation& operation) {
+  const auto planner = std::make_shared<InvocationOperation>();
+  planner->init(this, &OrganiseManager::analyseAndDecideOperation);
+  processQueue->addOperation(planner);
+  if (operation.isCancelled()) planner->cancel();
+}
+
+}  // namespace kestrova
