@@ -11,7 +11,13 @@ StopSignals::StopSignals() {
     std::signal(number, SIG_DFL);
     sigaddset(&signals_, number);
   }
-  pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+  pthread_sigmask(SIG_BLOCK, &signals_, &heldBefore_);
+}
+
+StopSignals::~StopSignals() {
+  while (take()) {
+  }
+  pthread_sigmask(SIG_SETMASK, &heldBefore_, nullptr);
 }
 
 bool StopSignals::isPending() const {

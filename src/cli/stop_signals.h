@@ -4,11 +4,16 @@
 
 namespace kestrova::cli {
 
-/// Ctrl-C (SIGINT) and SIGTERM as something to ask for: both are held back from all threads that start after
-/// this was made, so that they interrupt nothing. Make it on the main thread before any other thread.
+/// Ctrl-C (SIGINT) and SIGTERM as something to ask for: while this lives, both are held back from its thread
+/// and from those that start meanwhile, so that they interrupt nothing. Main thread only; made before any
+/// other thread.
 class StopSignals {
  public:
   StopSignals();
+  /// Drops what nobody took.
+  ~StopSignals();
+  StopSignals(const StopSignals&) = delete;
+  StopSignals& operator=(const StopSignals&) = delete;
 
   /// Whether one waits to be taken.
   bool isPending() const;
@@ -17,6 +22,7 @@ class StopSignals {
 
  private:
   sigset_t signals_;
+  sigset_t heldBefore_;
 };
 
 }  // namespace kestrova::cli
