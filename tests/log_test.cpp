@@ -5,7 +5,8 @@
 namespace kestrova {
 
 TEST(Log, ShowsAPathThatIsNotUtf8WithReplacementCharacters) {
-  EXPECT_EQ(displayPath("/a/\xff.jpg"), QStringLiteral("/a/") + QChar::ReplacementCharacter + QStringLiteral(".jpg"));
+  EXPECT_EQ(displayPath("/a/\xff.jpg"),
+            QStringLiteral("/a/") + QChar::ReplacementCharacter + QStringLiteral(".jpg"));
 }
 
 TEST(Log, WritesATextWithALineEndAsOneLine) {

@@ -19,9 +19,9 @@ using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 
 /// What went wrong with a file. `code` is one of the codes below or the system's own error number (errno).
 struct FileError {
-  static constexpr int existingFile = 516;    ///< the target is there already
+  static constexpr int existingFile = 516;      ///< the target is there already
   static constexpr int unspecifiedWrite = 512;  ///< copying: the target volume (or the user's quota) is full
-  static constexpr int outOfSpace = 640;      ///< writing data: the target volume (or the user's quota) is full
+  static constexpr int outOfSpace = 640;  ///< writing data: the target volume (or the user's quota) is full
 
   int code = 0;
   std::string message;  ///< what the system says of it, in UTF-8
@@ -45,16 +45,17 @@ class StagedFile {
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
-  /// Gives the file its final name, in the folder it was staged for. Fails with `existingFile` when the name is taken.
+  /// Gives the file its final name, in the folder it was staged for. Fails with `existingFile` when the name
+  /// is taken.
   virtual FileResult<void> commit() = 0;
   /// The same, but atomically takes the place of a file of that name.
   virtual FileResult<void> commitReplacing() = 0;
 };
 
-/// What the program asks of the host's file system. Paths are bytes and never pass through a text codec; they may
-/// be longer than the system's own limit for one call. Nothing here blocks on a FIFO or a device, follows a
-/// symbolic link to write, or changes a source file. Callable from any thread; calls on one StagedFile must not
-/// overlap.
+/// What the program asks of the host's file system. Paths are bytes and never pass through a text codec; they
+/// may be longer than the system's own limit for one call. Nothing here blocks on a FIFO or a device, follows
+/// a symbolic link to write, or changes a source file. Callable from any thread; calls on one StagedFile must
+/// not overlap.
 class FileManager {
  public:
   virtual ~FileManager() = default;
@@ -89,7 +90,14 @@ class FileManager {
   FileResult<void> writeDataReplacing(ByteView data, const Path& to);
 };
 
+/// Where a staged file waits for its name.
+enum class Staging {
+  unseen,  ///< nowhere to be seen, where the file system knows files without a name; else the other way
+  underTemporaryName,  ///< beside its target, hidden; left behind by a kill, it is cleared away by a later
+                       ///< run
+};
+
 /// The host's own file system.
-std::shared_ptr<FileManager> systemFileManager();
+std::shared_ptr<FileManager> systemFileManager(Staging staging = Staging::unseen);
 
 }  // namespace kestrova

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <system_error>
 
 namespace kestrova::test {
 
@@ -16,16 +17,35 @@ TemporaryFolder::TemporaryFolder() {
   path_ = name;
 }
 
-TemporaryFolder::~TemporaryFolder() {
+namespace {
+
+/// Moves every subfolder up to the top before it is emptied, so that no path ever gets long, and works off
+/// the rest.
+void removeTree(const Path& top) {
   std::error_code ignored;
-  for (auto entry = fs::recursive_directory_iterator(path_, fs::directory_options::skip_permission_denied, ignored);
-       entry != fs::recursive_directory_iterator(); entry.increment(ignored)) {
-    if (entry->is_directory(ignored) && !entry->is_symlink(ignored)) {
-      fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+  std::vector<Path> folders = {top};
+  for (std::size_t next = 0; next < folders.size(); ++next) {
+    const Path folder = folders[next];
+    fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
+    const std::vector<fs::directory_entry> entries(fs::directory_iterator(folder, ignored), {});
+    for (const auto& entry : entries) {
+      if (!entry.is_directory(ignored) || entry.is_symlink(ignored)) {
+        fs::remove(entry, ignored);
+      } else {
+        folders.push_back(top / ("kestrova-removed-" + std::to_string(folders.size())));
+        fs::rename(entry, folders.back(), ignored);
+      }
     }
   }
-  fs::remove_all(path_, ignored);
+  while (!folders.empty()) {
+    fs::remove(folders.back(), ignored);
+    folders.pop_back();
+  }
 }
+
+}  // namespace
+
+TemporaryFolder::~TemporaryFolder() { removeTree(path_); }
 
 Path writeFile(const Path& path, std::string_view contents) {
   fs::create_directories(path.parent_path());

@@ -1,0 +1,114 @@
+#include "platform/file_error.h"
+#include "platform/file_system.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/statvfs.h>
+#include <sys/xattr.h>
+
+namespace kestrova::host {
+
+namespace {
+
+constexpr std::size_t bufferSize = 256 * 1024;
+
+bool shareBlocks(int from, int to) { return ::ioctl(to, FICLONE, from) == 0; }
+
+/// Lets the kernel move as many bytes as it can; the files' offsets move along. Not every pair of file
+/// systems can do it, and some end early without an error: whatever is left is for copyInPlainSteps.
+std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
+  std::uint64_t copied = 0;
+  while (copied < size) {
+    const ssize_t count =
+        uninterrupted([&] { return ::copy_file_range(from, nullptr, to, nullptr, size - copied, 0); });
+    if (count <= 0) break;
+    copied += static_cast<std::uint64_t>(count);
+  }
+  return copied;
+}
+
+FileResult<void> writeAll(int file, const char* bytes, std::size_t count) {
+  while (count > 0) {
+    const ssize_t written = uninterrupted([&] { return ::write(file, bytes, count); });
+    if (written < 0) return failure();
+    bytes += written;
+    count -= static_cast<std::size_t>(written);
+  }
+  return {};
+}
+
+/// Copies from the present offsets to the end of the source; returns the number of bytes.
+FileResult<std::uint64_t> copyInPlainSteps(int from, int to) {
+  const auto buffer = std::make_unique_for_overwrite<char[]>(bufferSize);
+  std::uint64_t copied = 0;
+  for (;;) {
+    const ssize_t count = uninterrupted([&] { return ::read(from, buffer.get(), bufferSize); });
+    if (count < 0) return failure();
+    if (count == 0) return copied;
+    const auto written = writeAll(to, buffer.get(), static_cast<std::size_t>(count));
+    if (!written) return tl::make_unexpected(written.error());
+    copied += static_cast<std::uint64_t>(count);
+  }
+}
+
+FileResult<void> copyBytes(int from, int to, std::uint64_t size) {
+  if (size > 0 && shareBlocks(from, to)) return {};
+  const std::uint64_t head = copyInsideKernel(from, to, size);
+  return copyInPlainSteps(from, to).and_then([&](std::uint64_t tail) -> FileResult<void> {
+    if (head + tail != size) return failure(EBUSY);
+    return {};
+  });
+}
+
+std::vector<char> attributeNames(int file) {
+  const ssize_t size = ::flistxattr(file, nullptr, 0);
+  if (size <= 0) return {};
+  std::vector<char> names(static_cast<std::size_t>(size));
+  const ssize_t filled = ::flistxattr(file, names.data(), names.size());
+  names.resize(filled < 0 ? 0 : static_cast<std::size_t>(filled));
+  return names;
+}
+
+/// Some file systems also say ENOSPC where one attribute is larger than they can store; that alone is no
+/// reason to give up a copy.
+bool isFull(int file) {
+  struct statvfs volume = {};
+  return ::fstatvfs(file, &volume) == 0 && volume.f_bavail == 0;
+}
+
+FileResult<void> copyAttribute(int from, int to, const char* name) {
+  const ssize_t size = ::fgetxattr(from, name, nullptr, 0);
+  if (size < 0) return {};
+  std::vector<char> value(static_cast<std::size_t>(size));
+  const ssize_t filled = ::fgetxattr(from, name, value.data(), value.size());
+  if (filled < 0) return {};
+  if (::fsetxattr(to, name, value.data(), static_cast<std::size_t>(filled), 0) == 0) return {};
+  if (errno == EDQUOT || (errno == ENOSPC && isFull(to))) return failure();
+  return {};
+}
+
+/// Attributes are carried as far as the target's file system takes them. Those in "security." are the
+/// system's own judgement of a file; the copy gets its own.
+FileResult<void> copyAttributes(int from, int to) {
+  const std::vector<char> names = attributeNames(from);
+  for (std::size_t start = 0; start < names.size();) {
+    const std::string_view name(names.data() + start);
+    start += name.size() + 1;
+    if (name.starts_with("security.")) continue;
+    if (auto copied = copyAttribute(from, to, name.data()); !copied) return copied;
+  }
+  return {};
+}
+
+}  // namespace
+
+FileResult<void> copyContents(int from, int to, std::uint64_t size) {
+  return copyBytes(from, to, size).and_then([&] { return copyAttributes(from, to); });
+}
+
+}  // namespace kestrova::host

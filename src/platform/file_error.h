@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/file_manager.h"
+
+#include <cerrno>
+
+namespace kestrova {
+
+/// The system's own error, with the system's words for it.
+FileError systemError(int number);
+
+/// The same, ready to be returned from a function with a FileResult; by default the error of the last system
+/// call.
+tl::unexpected<FileError> failure(int number = errno);
+
+/// Nothing, or the error of the last system call where that call has answered -1.
+FileResult<void> succeeded(int answer);
+
+/// A full volume, or a used-up quota, becomes `fullVolumeCode`; every other error stays as it is.
+FileError withFullVolumeAs(int fullVolumeCode, FileError error);
+
+/// A name that is taken becomes `existingFile`; every other error stays as it is.
+FileError withTakenName(FileError error);
+
+/// Repeats a system call that a signal has interrupted.
+template <typename Call>
+auto uninterrupted(const Call& call) {
+  auto answer = call();
+  while (answer < 0 && errno == EINTR) answer = call();
+  return answer;
+}
+
+}  // namespace kestrova

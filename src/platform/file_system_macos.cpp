@@ -1,0 +1,42 @@
+#include "platform/file_error.h"
+#include "platform/file_system.h"
+
+#include <copyfile.h>
+#include <fcntl.h>
+#include <stdio.h>
+
+namespace kestrova::host {
+
+FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags) {
+  FileDescriptor file(uninterrupted([&] { return ::openat(folder, path, O_RDONLY | O_CLOEXEC | flags); }));
+  if (!file) return failure();
+  return file;
+}
+
+FileResult<FileDescriptor> createUnnamed(int, mode_t) { return failure(ENOTSUP); }
+
+FileResult<void> nameUnnamed(int, int, const char*) { return failure(ENOTSUP); }
+
+FileResult<void> renameExclusively(int folder, const char* from, const char* to) {
+  return succeeded(::renameatx_np(folder, from, folder, to, RENAME_EXCL));
+}
+
+FileResult<void> copyContents(int from, int to, std::uint64_t size) {
+  const auto copied =
+      succeeded(::fcopyfile(from, to, nullptr, COPYFILE_DATA | COPYFILE_XATTR | COPYFILE_ACL));
+  if (!copied) return copied;
+  struct stat status = {};
+  if (::fstat(to, &status) < 0) return failure();
+  if (static_cast<std::uint64_t>(status.st_size) != size) return failure(EBUSY);
+  return {};
+}
+
+FileResult<void> makeDurable(int file) {
+  // fsync alone leaves the bytes in the drive's own cache.
+  if (::fcntl(file, F_FULLFSYNC) == 0) return {};
+  return succeeded(uninterrupted([&] { return ::fsync(file); }));
+}
+
+FileTimes timesOf(const struct stat& status) { return {{status.st_atimespec, status.st_mtimespec}}; }
+
+}  // namespace kestrova::host

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/file_descriptor.h"
+#include "platform/file_manager.h"
+
+#include <climits>
+
+namespace kestrova {
+
+/// A path in the form that system calls take: an open folder and the rest of the path from there. The rest
+/// always fits into one call, however long the path is. Borrows the path's bytes, which must outlive it.
+class PathAddress {
+ public:
+  static FileResult<PathAddress> of(const std::string& path);
+
+  int folder() const { return folder_ ? folder_.get() : currentFolder; }
+  const char* rest() const { return rest_; }
+
+ private:
+  static const int currentFolder;
+
+  explicit PathAddress(const char* path) : rest_(path) {}
+  FileResult<void> enterFirstFolders();
+
+  FileDescriptor folder_;
+  const char* rest_;
+};
+
+/// Opens a folder as a place to start paths from; needs no permission to read it. Symbolic links are
+/// followed.
+FileResult<FileDescriptor> openPlace(int folder, const char* path);
+FileResult<FileDescriptor> openPlace(const Path& path);
+
+}  // namespace kestrova

@@ -1,0 +1,83 @@
+#include "platform/pending_file.h"
+
+#include "platform/exclusive_rename.h"
+#include "platform/file_error.h"
+#include "platform/file_system.h"
+#include "platform/long_path.h"
+#include "platform/temporary_name.h"
+
+#include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+namespace kestrova {
+
+PendingFile::PendingFile(FileDescriptor folder, const Path& to, int fullVolumeCode)
+    : folder_(std::move(folder)), finalName_(to.filename().native()), fullVolumeCode_(fullVolumeCode) {}
+
+PendingFile::~PendingFile() {
+  if (!temporaryName_.empty()) ::unlinkat(folder_.get(), temporaryName_.c_str(), 0);
+}
+
+FileResult<std::unique_ptr<PendingFile>> PendingFile::create(const Path& to, mode_t mode, Staging staging,
+                                                             int fullVolumeCode) {
+  auto folder = openPlace(to.parent_path());
+  if (!folder) return tl::make_unexpected(folder.error());
+  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(*folder), to, fullVolumeCode));
+  if (const auto opened = pending->open(mode, staging); !opened) return tl::make_unexpected(opened.error());
+  return pending;
+}
+
+FileResult<void> PendingFile::open(mode_t mode, Staging staging) {
+  if (staging == Staging::underTemporaryName) return createNamed(mode);
+  auto file = host::createUnnamed(folder_.get(), mode);
+  // Whatever the reason: if it is more than a lack of unnamed files, the other way meets it too.
+  if (!file) return createNamed(mode);
+  file_ = std::move(*file);
+  return {};
+}
+
+FileResult<void> PendingFile::createNamed(mode_t mode) {
+  auto name = takeTemporaryName(folder_.get(), [&](const char* free) -> FileResult<int> {
+    file_ = FileDescriptor(::openat(folder_.get(), free, O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode));
+    if (!file_) return failure();
+    return file_.get();
+  });
+  if (!name) return tl::make_unexpected(name.error());
+  temporaryName_ = std::move(*name);
+  return {};
+}
+
+FileResult<void> PendingFile::giveTemporaryName() {
+  // Locked before it is to be seen, so that nobody takes it for an abandoned one.
+  ::flock(file_.get(), LOCK_EX | LOCK_NB);
+  auto name = takeTemporaryName(folder_.get(), [&](const char* free) -> FileResult<int> {
+    return host::nameUnnamed(file_.get(), folder_.get(), free).map([&] { return file_.get(); });
+  });
+  if (!name) return tl::make_unexpected(name.error());
+  temporaryName_ = std::move(*name);
+  return {};
+}
+
+FileResult<void> PendingFile::committed(FileResult<void> renamed) {
+  if (renamed) temporaryName_.clear();
+  return renamed.map_error(
+      [&](FileError error) { return withFullVolumeAs(fullVolumeCode_, withTakenName(error)); });
+}
+
+FileResult<void> PendingFile::commit() {
+  if (temporaryName_.empty())
+    return committed(host::nameUnnamed(file_.get(), folder_.get(), finalName_.c_str()));
+  return committed(renameWithoutReplacing(folder_.get(), temporaryName_.c_str(), finalName_.c_str()));
+}
+
+FileResult<void> PendingFile::commitReplacing() {
+  const auto named = temporaryName_.empty() ? giveTemporaryName() : FileResult<void>();
+  return committed(named.and_then([&] {
+    return succeeded(::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()));
+  }));
+}
+
+}  // namespace kestrova

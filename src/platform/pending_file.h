@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/file_descriptor.h"
+#include "platform/file_manager.h"
+
+#include <memory>
+#include <string>
+
+#include <sys/types.h>
+
+namespace kestrova {
+
+/// A file on its way to its name, open for writing. Until then it has no name at all, where the file system
+/// knows such files, or else a temporary one in the same folder.
+class PendingFile final : public StagedFile {
+ public:
+  /// `mode` is subject to the umask; a volume found full at the commit becomes `fullVolumeCode`.
+  static FileResult<std::unique_ptr<PendingFile>> create(const Path& to, mode_t mode, Staging staging,
+                                                         int fullVolumeCode);
+  ~PendingFile() override;
+
+  int descriptor() const { return file_.get(); }
+  FileResult<void> commit() override;
+  FileResult<void> commitReplacing() override;
+
+ private:
+  PendingFile(FileDescriptor folder, const Path& to, int fullVolumeCode);
+  FileResult<void> open(mode_t mode, Staging staging);
+  FileResult<void> createNamed(mode_t mode);
+  FileResult<void> giveTemporaryName();
+  FileResult<void> committed(FileResult<void> renamed);
+
+  FileDescriptor folder_;
+  FileDescriptor file_;
+  std::string finalName_;
+  std::string temporaryName_;  ///< empty: no name yet, or the final one
+  int fullVolumeCode_;
+};
+
+}  // namespace kestrova

@@ -1,0 +1,50 @@
+#include "platform/regular_file.h"
+
+#include "platform/file_error.h"
+#include "platform/file_system.h"
+#include "platform/long_path.h"
+
+#include <new>
+#include <utility>
+
+#include <fcntl.h>
+
+namespace kestrova {
+
+namespace {
+
+FileResult<RegularFile> examine(FileDescriptor file) {
+  RegularFile regular{std::move(file), {}};
+  if (::fstat(regular.file.get(), &regular.status) < 0) return failure();
+  if (S_ISDIR(regular.status.st_mode)) return failure(EISDIR);
+  if (!S_ISREG(regular.status.st_mode)) return failure(ENOTSUP);
+  return regular;
+}
+
+}  // namespace
+
+FileResult<RegularFile> openRegularFile(const Path& path) {
+  return PathAddress::of(path.native())
+      .and_then([](const PathAddress& address) {
+        // Without O_NONBLOCK a FIFO would make us wait for a writer.
+        return host::openQuietly(address.folder(), address.rest(), O_NONBLOCK | O_NOCTTY);
+      })
+      .and_then([](FileDescriptor&& file) { return examine(std::move(file)); });
+}
+
+FileResult<Bytes> readBytes(int file, std::size_t count) try {
+  Bytes bytes(count);
+  std::size_t filled = 0;
+  while (filled < count) {
+    const ssize_t read = uninterrupted([&] { return ::read(file, bytes.data() + filled, count - filled); });
+    if (read < 0) return failure();
+    if (read == 0) break;
+    filled += static_cast<std::size_t>(read);
+  }
+  bytes.resize(filled);
+  return bytes;
+} catch (const std::exception&) {  // more than the memory holds
+  return failure(ENOMEM);
+}
+
+}  // namespace kestrova

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/file_descriptor.h"
+#include "platform/file_manager.h"
+
+#include <sys/stat.h>
+
+namespace kestrova {
+
+struct RegularFile {
+  FileDescriptor file;  ///< open for reading, at its start
+  struct stat status = {};
+};
+
+/// Opens a regular file, or what a symbolic link to one leads to. Anything else is an error, and none of it
+/// is waited for: ENXIO, EISDIR or ENOTSUP.
+FileResult<RegularFile> openRegularFile(const Path& path);
+
+/// Up to `count` bytes from the present offset.
+FileResult<Bytes> readBytes(int file, std::size_t count);
+
+}  // namespace kestrova

@@ -1,0 +1,136 @@
+#include "platform/create_folders.h"
+#include "platform/file_error.h"
+#include "platform/file_manager.h"
+#include "platform/file_system.h"
+#include "platform/long_path.h"
+#include "platform/pending_file.h"
+#include "platform/regular_file.h"
+
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kestrova {
+
+namespace {
+
+constexpr mode_t privateMode = 0600;
+constexpr mode_t newFileMode = 0666;
+constexpr mode_t permissionBits = 0777;  // what lends rights to whoever runs a file is not copied
+
+Date dateOf(const timespec& time) {
+  return Date(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+}
+
+const timespec& modifiedAt(const host::FileTimes& times) { return times.both[1]; }
+
+bool isSame(const timespec& one, const timespec& other) {
+  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+}
+
+FileAttributes attributesOf(const struct stat& status) {
+  return {static_cast<std::uint64_t>(status.st_size), dateOf(modifiedAt(host::timesOf(status))),
+          S_ISDIR(status.st_mode), S_ISREG(status.st_mode)};
+}
+
+/// Fails when the source was written to since it was opened: the copy may then be half old, half new.
+FileResult<void> checkUnchanged(const RegularFile& source) {
+  struct stat now = {};
+  if (::fstat(source.file.get(), &now) < 0) return failure();
+  const auto before = host::timesOf(source.status);
+  const bool isUnchanged =
+      now.st_size == source.status.st_size && isSame(modifiedAt(before), modifiedAt(host::timesOf(now)));
+  return isUnchanged ? FileResult<void>() : failure(EBUSY);
+}
+
+/// The permissions come last of all that they could forbid.
+FileResult<void> copyModeAndTimes(const struct stat& source, int to) {
+  if (::fchmod(to, source.st_mode & permissionBits) < 0) return failure();
+  return succeeded(::futimens(to, host::timesOf(source).both));
+}
+
+FileResult<void> copyWhole(const RegularFile& source, int to) {
+  return host::copyContents(source.file.get(), to, static_cast<std::uint64_t>(source.status.st_size))
+      .and_then([&] { return checkUnchanged(source); })
+      .and_then([&] { return copyModeAndTimes(source.status, to); })
+      .and_then([&] { return host::makeDurable(to); });
+}
+
+FileResult<void> writeWhole(ByteView data, int to) {
+  while (!data.empty()) {
+    const ssize_t written = uninterrupted([&] { return ::write(to, data.data(), data.size()); });
+    if (written < 0) return failure();
+    data = data.subspan(static_cast<std::size_t>(written));
+  }
+  return host::makeDurable(to);
+}
+
+class SystemFileManager final : public FileManager {
+ public:
+  explicit SystemFileManager(Staging staging) : staging_(staging) {}
+
+  FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
+    return PathAddress::of(path.native())
+        .and_then([](const PathAddress& address) -> FileResult<FileAttributes> {
+          struct stat status = {};
+          if (::fstatat(address.folder(), address.rest(), &status, 0) < 0) return failure();
+          return attributesOf(status);
+        });
+  }
+
+  std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
+    auto bytes = openRegularFile(path).and_then(
+        [&](const RegularFile& source) { return readBytes(source.file.get(), count); });
+    if (!bytes) return std::nullopt;
+    return std::move(*bytes);
+  }
+
+  FileResult<Bytes> readFile(const Path& path) const override {
+    return openRegularFile(path).and_then([](const RegularFile& source) {
+      auto bytes = readBytes(source.file.get(), static_cast<std::size_t>(source.status.st_size));
+      const auto unchanged = checkUnchanged(source);
+      return unchanged ? std::move(bytes) : tl::make_unexpected(unchanged.error());
+    });
+  }
+
+  FileResult<void> createDirectory(const Path& folder) override {
+    if (isDirectory(folder)) return {};
+    return createFolders(folder);
+  }
+
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
+    return openRegularFile(from).and_then([&](const RegularFile& source) {
+      return stage(to, privateMode, FileError::unspecifiedWrite,
+                   [&](int file) { return copyWhole(source, file); });
+    });
+  }
+
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
+    return stage(to, newFileMode, FileError::outOfSpace, [&](int file) { return writeWhole(data, file); });
+  }
+
+ private:
+  template <typename Fill>
+  FileResult<std::unique_ptr<StagedFile>> stage(const Path& to, mode_t mode, int fullVolumeCode,
+                                                const Fill& fill) const {
+    return PendingFile::create(to, mode, staging_, fullVolumeCode)
+        .and_then([&](std::unique_ptr<PendingFile>&& pending) -> FileResult<std::unique_ptr<StagedFile>> {
+          const FileResult<void> filled = fill(pending->descriptor());
+          if (!filled) return tl::make_unexpected(filled.error());
+          return std::move(pending);
+        })
+        .map_error([&](FileError error) { return withFullVolumeAs(fullVolumeCode, std::move(error)); });
+  }
+
+  Staging staging_;
+};
+
+}  // namespace
+
+std::shared_ptr<FileManager> systemFileManager(Staging staging) {
+  return std::make_shared<SystemFileManager>(staging);
+}
+
+}  // namespace kestrova

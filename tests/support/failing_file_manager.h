@@ -1,0 +1,94 @@
+#pragma once
+
+#include "platform/file_manager.h"
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace kestrova::test {
+
+/// A file manager that fails on demand. Before each call its hook, if set, is asked: an error it returns is
+/// what the call returns; otherwise the inner file manager does its work. A hook may also throw, count, wait,
+/// or change files under the caller's hands. Hooks run on the thread of the call.
+class FailingFileManager : public FileManager {
+ public:
+  using Failure = std::optional<FileError>;
+
+  explicit FailingFileManager(std::shared_ptr<FileManager> inner = systemFileManager())
+      : inner_(std::move(inner)) {}
+
+  std::function<Failure(const Path& from, const Path& to)> onStageCopy;
+  std::function<Failure(ByteView data, const Path& to)> onStageData;
+  std::function<Failure(const Path& to)> onCommit;  ///< both kinds of commit
+  std::function<Failure(const Path& folder)> onCreateDirectory;
+  std::function<Failure(const Path& path)> onAttributes;
+  std::function<Failure(const Path& path)> onRead;  ///< of a prefix or of the whole
+
+  FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
+    if (auto error = ask(onAttributes, path)) return tl::make_unexpected(*error);
+    return inner_->attributesOfItem(path);
+  }
+
+  std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
+    if (ask(onRead, path)) return std::nullopt;
+    return inner_->readPrefix(path, count);
+  }
+
+  FileResult<Bytes> readFile(const Path& path) const override {
+    if (auto error = ask(onRead, path)) return tl::make_unexpected(*error);
+    return inner_->readFile(path);
+  }
+
+  FileResult<void> createDirectory(const Path& folder) override {
+    if (auto error = ask(onCreateDirectory, folder)) return tl::make_unexpected(*error);
+    return inner_->createDirectory(folder);
+  }
+
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
+    if (auto error = ask(onStageCopy, from, to)) return tl::make_unexpected(*error);
+    return withHook(inner_->stageCopy(from, to), to);
+  }
+
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
+    if (auto error = ask(onStageData, data, to)) return tl::make_unexpected(*error);
+    return withHook(inner_->stageData(data, to), to);
+  }
+
+ private:
+  class Staged : public StagedFile {
+   public:
+    Staged(std::unique_ptr<StagedFile> inner, std::function<Failure(const Path&)> hook, Path to)
+        : inner_(std::move(inner)), hook_(std::move(hook)), to_(std::move(to)) {}
+
+    FileResult<void> commit() override {
+      if (auto error = ask(hook_, to_)) return tl::make_unexpected(*error);
+      return inner_->commit();
+    }
+
+    FileResult<void> commitReplacing() override {
+      if (auto error = ask(hook_, to_)) return tl::make_unexpected(*error);
+      return inner_->commitReplacing();
+    }
+
+   private:
+    std::unique_ptr<StagedFile> inner_;
+    std::function<Failure(const Path&)> hook_;
+    Path to_;
+  };
+
+  template <typename Hook, typename... Arguments>
+  static Failure ask(const Hook& hook, const Arguments&... arguments) {
+    return hook ? hook(arguments...) : std::nullopt;
+  }
+
+  FileResult<std::unique_ptr<StagedFile>> withHook(FileResult<std::unique_ptr<StagedFile>> staged,
+                                                   const Path& to) {
+    if (!staged) return staged;
+    return std::make_unique<Staged>(std::move(*staged), onCommit, to);
+  }
+
+  std::shared_ptr<FileManager> inner_;
+};
+
+}  // namespace kestrova::test
