@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 namespace kestrova::imaging {
 
@@ -54,6 +55,17 @@ std::string nameOf(ImageType type) {
 /// again.
 double turnedLikeness(ImageType type) { return type == ImageType::jpeg ? 38 : 999; }
 
+/// Turned by ImageMagick, which is told the orientation: it does not look for it in every type.
+Picture turnedPicture(const Path& file, std::int64_t orientation,
+                      const std::vector<std::string>& scaling = {}) {
+  static const std::vector<std::string> names{"TopLeft", "TopRight", "BottomRight", "BottomLeft",
+                                              "LeftTop", "RightTop", "RightBottom", "LeftBottom"};
+  std::vector<std::string> operations{"-orient", names.at(static_cast<std::size_t>(orientation - 1)),
+                                      "-auto-orient"};
+  operations.insert(operations.end(), scaling.begin(), scaling.end());
+  return pictureOf(file, operations);
+}
+
 using OrientedType = std::tuple<ImageType, int>;
 
 class OrientedPhotoTest : public testing::TestWithParam<OrientedType> {
@@ -67,18 +79,12 @@ class OrientedPhotoTest : public testing::TestWithParam<OrientedType> {
             .exifPixelSize = true,
             .thumbnail = true};
   }
-  /// The source as a viewer shows it, and the result as it is stored; both the way ImageMagick sees them.
-  double likenessWhenSeen(const Bytes& source, const Bytes& result,
-                          const std::vector<std::string>& scaling = {}) {
-    std::vector<std::string> seen{"-auto-orient"};
-    seen.insert(seen.end(), scaling.begin(), scaling.end());
-    return likeness(pictureOf(writeFile(folder_ / "source", source), seen),
-                    pictureOf(writeFile(folder_ / "result", result), {"-auto-orient"}));
+  /// The photo as a viewer that honours its tag shows it.
+  Picture seen(const Bytes& photo, const std::vector<std::string>& scaling = {}) const {
+    return turnedPicture(writeFile(folder_ / "seen", photo), *readPhotoProperties(photo)->orientation,
+                         scaling);
   }
-  double likenessStored(const Bytes& source, const Bytes& result) {
-    return likeness(pictureOf(writeFile(folder_ / "source", source), {"-auto-orient"}),
-                    pictureOf(writeFile(folder_ / "result", result)));
-  }
+  Picture stored(const Bytes& photo) const { return pictureOf(writeFile(folder_ / "stored", photo)); }
   TemporaryFolder folder_;
 };
 
@@ -86,24 +92,24 @@ TEST_P(OrientedPhotoTest, StandsUprightInWholeBlocks) {
   const Bytes source = photoOf(type(), sample(208, 144));
   const Bytes result = mustRewrite(source, {std::nullopt, true});
   EXPECT_EQ(readPhotoProperties(result)->orientation, 1);
-  EXPECT_GE(likenessStored(source, result), type() == ImageType::jpeg ? 48 : 999);
+  EXPECT_GE(likeness(seen(source), stored(result)), type() == ImageType::jpeg ? 48 : 999);
 }
 
 TEST_P(OrientedPhotoTest, StandsUprightInAnySize) {
   const Bytes source = photoOf(type(), sample(203, 141));
   const Bytes result = mustRewrite(source, {std::nullopt, true});
   EXPECT_EQ(readPhotoProperties(result)->orientation, 1);
-  EXPECT_GE(likenessStored(source, result), turnedLikeness(type()));
+  EXPECT_GE(likeness(seen(source), stored(result)), turnedLikeness(type()));
 }
 
 TEST_P(OrientedPhotoTest, StandsUprightWhenScaled) {
   const Bytes source = photoOf(type(), sample(403, 301));
-  const auto seen = imageSizeOf(source)->upright();
-  const PixelSize wanted{seen.width * 2 / 5, seen.height * 2 / 5};
+  const PixelSize whole = imageSizeOf(source)->upright();
+  const PixelSize wanted{whole.width * 2 / 5, whole.height * 2 / 5};
   const Bytes result = mustRewrite(source, {wanted, true});
   EXPECT_EQ(imageSizeOf(result)->stored, wanted);
   const std::string size = std::to_string(wanted.width) + "x" + std::to_string(wanted.height) + "!";
-  EXPECT_GE(likenessWhenSeen(source, result, {"-filter", "Lanczos", "-resize", size}),
+  EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
             type() == ImageType::jpeg ? 33 : 45);
 }
 
@@ -113,7 +119,7 @@ TEST_P(OrientedPhotoTest, KeepsPixelsAndTagAsStoredWhenNotToBeTurned) {
   EXPECT_EQ(readPhotoProperties(result)->orientation, orientation());
   EXPECT_EQ(imageSizeOf(result)->stored, (PixelSize{101, 70}));
   const std::string size = orientation() >= 5 ? "70x101!" : "101x70!";
-  EXPECT_GE(likenessWhenSeen(source, result, {"-filter", "Lanczos", "-resize", size}),
+  EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
             type() == ImageType::jpeg ? 31 : 45);
 }
 
@@ -125,25 +131,27 @@ TEST_P(OrientedPhotoTest, ReportsItsSizeAsStoredAndAsSeen) {
   EXPECT_EQ(size->upright(), (orientation() >= 5 ? PixelSize{141, 203} : PixelSize{203, 141}));
 }
 
-TEST_P(OrientedPhotoTest, HasAPreviewThatIsTurnedWithIt) {
-  if (type() != ImageType::jpeg) GTEST_SKIP() << "the sample has a preview in a JPEG only";
+class OrientedJpegTest : public OrientedPhotoTest {};
+
+TEST_P(OrientedJpegTest, HasAPreviewThatIsTurnedWithIt) {
   const Bytes source = photoOf(type(), sample(416, 288));
   const auto preview = [&](const std::string& name, const Bytes& photo) {
     const Path path = writeFile(folder_ / name, photo);
     return writeFile(folder_ / (name + ".preview"),
                      runTool("exiftool", {"-b", "-ThumbnailImage", path.native()}).output);
   };
-  const std::vector<std::string> orientations{"TopLeft", "TopRight", "BottomRight", "BottomLeft",
-                                              "LeftTop", "RightTop", "RightBottom", "LeftBottom"};
-  const std::string& stored = orientations[static_cast<std::size_t>(orientation()) - 1];
-  const auto expected = pictureOf(preview("source", source), {"-orient", stored, "-auto-orient"});
+  const auto expected = turnedPicture(preview("source", source), orientation());
   EXPECT_GE(likeness(expected, pictureOf(preview("result", mustRewrite(source, {std::nullopt, true})))), 30);
 }
 
-INSTANTIATE_TEST_SUITE_P(AllTypes, OrientedPhotoTest, Combine(Values(ImageType::jpeg), Range(1, 9)),
-                         [](const auto& test) {
-                           return nameOf(std::get<0>(test.param)) + std::to_string(std::get<1>(test.param));
-                         });
+std::string orientedName(const testing::TestParamInfo<OrientedType>& test) {
+  return nameOf(std::get<0>(test.param)) + std::to_string(std::get<1>(test.param));
+}
+
+INSTANTIATE_TEST_SUITE_P(AllTypes, OrientedPhotoTest,
+                         Combine(Values(ImageType::jpeg, ImageType::png), Range(1, 9)), orientedName);
+INSTANTIATE_TEST_SUITE_P(Previews, OrientedJpegTest, Combine(Values(ImageType::jpeg), Range(1, 9)),
+                         orientedName);
 
 class PhotoTypeTest : public testing::TestWithParam<ImageType> {
  protected:
@@ -152,9 +160,11 @@ class PhotoTypeTest : public testing::TestWithParam<ImageType> {
 
 /// A photo with as much metadata as exiftool can put into its type.
 Bytes richPhoto(const TemporaryFolder& folder, ImageType type) {
-  const Path path =
-      writeFile(folder / ("rich." + nameOf(type)),
-                photoOf(type, {.width = 320, .height = 200, .orientation = 6, .makerNoteBytes = 300}));
+  const Path path = writeFile(folder / ("rich." + nameOf(type)),
+                              photoOf(type, {.width = 320,
+                                             .height = 200,
+                                             .orientation = 6,
+                                             .makerNoteBytes = type == ImageType::png ? 0U : 300U}));
   const ToolRun run =
       runTool("exiftool", {"-q",
                            "-q",
@@ -185,7 +195,7 @@ Bytes richPhoto(const TemporaryFolder& folder, ImageType type) {
 TEST_P(PhotoTypeTest, LosesNoTagByScaling) {
   const Bytes source = richPhoto(folder_, GetParam());
   const Tags before = tagsOf(writeFile(folder_ / "source", source));
-  ASSERT_GE(before.size(), 30U);
+  ASSERT_GE(before.size(), 25U);
   const Bytes result = mustRewrite(source, {PixelSize{160, 100}, false});
   EXPECT_THAT(unexpectedChanges(before, tagsOf(writeFile(folder_ / "result", result))), IsEmpty());
 }
@@ -214,6 +224,21 @@ TEST_P(PhotoTypeTest, IsAnErrorWhereverItIsCutOff) {
   }
 }
 
+/// Makes the checksums of a PNG's chunks right again, or else they would keep all damage from the decoder.
+void repairChecksums(Bytes& file) {
+  const auto numberAt = [&](std::size_t at) {
+    return std::size_t{file[at]} << 24 | std::size_t{file[at + 1]} << 16 | std::size_t{file[at + 2]} << 8 |
+           file[at + 3];
+  };
+  if (imageTypeOf(file) != ImageType::png) return;
+  for (std::size_t at = 8; at + 12 <= file.size() && numberAt(at) <= file.size() - at - 12;) {
+    const std::size_t end = at + 8 + numberAt(at);
+    const unsigned long sum = crc32_z(0, file.data() + at + 4, end - at - 4);
+    for (std::size_t i = 0; i < 4; ++i) file[end + i] = static_cast<std::uint8_t>(sum >> (24 - 8 * i));
+    at = end + 4;
+  }
+}
+
 Bytes mutated(const Bytes& source, std::mt19937& random) {
   Bytes file = source;
   for (auto changes = 1 + random() % 6; changes > 0; --changes) {
@@ -221,6 +246,7 @@ Bytes mutated(const Bytes& source, std::mt19937& random) {
     file[random() % range] = static_cast<std::uint8_t>(random());
   }
   if (random() % 4 == 0) file.resize(random() % file.size());
+  if (random() % 4 != 0) repairChecksums(file);
   return file;
 }
 
@@ -242,7 +268,7 @@ TEST_P(PhotoTypeTest, StandsAThousandMutations) {
   EXPECT_GT(written, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg),
+INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg, ImageType::png),
                          [](const auto& test) { return nameOf(test.param); });
 
 TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {

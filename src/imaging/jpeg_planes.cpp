@@ -2,7 +2,7 @@
 
 #include "imaging/image_error.h"
 #include "imaging/jpeg_encoder.h"
-#include "imaging/resampler.h"
+#include "imaging/raster_scaler.h"
 
 #include <algorithm>
 #include <utility>
@@ -74,32 +74,15 @@ AxisMapping planeAxis(std::int64_t source, std::int64_t scaled, int sourceSample
   return {sourceSamples, samples, pixelsPerSample * step, -overhang * step};
 }
 
-/// Scales the rows of one component as they come.
-class PlaneScaler {
- public:
-  PlaneScaler(const AxisMapping& x, const AxisMapping& y)
-      : resampler_(x, y, PixelLayout{}), plane_(x.resultCount, y.resultCount, 1) {}
-
-  void push(const std::uint8_t* row) {
-    resampler_.push(row);
-    while (filled_ < plane_.height() && resampler_.pull(plane_.row(filled_))) ++filled_;
-  }
-  Raster take() { return std::move(plane_); }
-
- private:
-  Resampler resampler_;
-  Raster plane_;
-  std::int64_t filled_ = 0;
-};
-
-PlaneScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std::size_t i,
-                      const RewritePlan& plan) {
+RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std::size_t i,
+                       const RewritePlan& plan) {
   const auto plane = decoder.plane(i);
   const auto& component = format.components[i];
   return {planeAxis(plan.source.width, plan.scaled.width, plane.width, plane.samplesPerPixelX,
                     component.horizontal, format.maxHorizontal(), plan.turn.mirrorX),
           planeAxis(plan.source.height, plan.scaled.height, plane.height, plane.samplesPerPixelY,
-                    component.vertical, format.maxVertical(), plan.turn.mirrorY)};
+                    component.vertical, format.maxVertical(), plan.turn.mirrorY),
+          PixelLayout{}};
 }
 
 }  // namespace
@@ -110,7 +93,7 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
   }
   const JpegFormat format = writableFormat(decoder.format());
   decoder.start(decodeScale(plan));
-  std::vector<PlaneScaler> scalers;
+  std::vector<RasterScaler> scalers;
   for (std::size_t i = 0; i < format.components.size(); ++i)
     scalers.push_back(scalerFor(decoder, format, i, plan));
   decoder.decode([&](std::size_t component, const std::uint8_t* row) { scalers[component].push(row); });

@@ -12,6 +12,8 @@ struct AxisMapping {
   int resultCount = 0;
   double step = 1;
   double origin = 0;
+
+  bool isIdentity() const { return sourceCount == resultCount && step == 1 && origin == 0; }
 };
 
 /// The mapping that lays the whole result over the whole source.

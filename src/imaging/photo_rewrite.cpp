@@ -4,6 +4,7 @@
 #include "imaging/jpeg_decoder.h"
 #include "imaging/jpeg_rewrite.h"
 #include "imaging/photo_properties.h"
+#include "imaging/png_rewrite.h"
 
 #include <algorithm>
 #include <exception>
@@ -34,6 +35,7 @@ ImageSize readSize(ByteView file) {
       size.stored = JpegDecoder(file).size();
       break;
     case ImageType::png:
+      size.stored = pngSize(file);
       break;
     case ImageType::tiff:
       break;
@@ -49,7 +51,7 @@ Bytes rewrite(ByteView file, const RewriteRequest& request) {
     case ImageType::jpeg:
       return rewriteJpeg(file, plan);
     case ImageType::png:
-      break;
+      return rewritePng(file, plan);
     case ImageType::tiff:
       break;
   }
