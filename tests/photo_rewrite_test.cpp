@@ -149,7 +149,8 @@ std::string orientedName(const testing::TestParamInfo<OrientedType>& test) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AllTypes, OrientedPhotoTest,
-                         Combine(Values(ImageType::jpeg, ImageType::png), Range(1, 9)), orientedName);
+                         Combine(Values(ImageType::jpeg, ImageType::png, ImageType::tiff), Range(1, 9)),
+                         orientedName);
 INSTANTIATE_TEST_SUITE_P(Previews, OrientedJpegTest, Combine(Values(ImageType::jpeg), Range(1, 9)),
                          orientedName);
 
@@ -164,7 +165,7 @@ Bytes richPhoto(const TemporaryFolder& folder, ImageType type) {
                               photoOf(type, {.width = 320,
                                              .height = 200,
                                              .orientation = 6,
-                                             .makerNoteBytes = type == ImageType::png ? 0U : 300U}));
+                                             .makerNoteBytes = type == ImageType::jpeg ? 300U : 0U}));
   const ToolRun run =
       runTool("exiftool", {"-q",
                            "-q",
@@ -268,7 +269,7 @@ TEST_P(PhotoTypeTest, StandsAThousandMutations) {
   EXPECT_GT(written, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg, ImageType::png),
+INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg, ImageType::png, ImageType::tiff),
                          [](const auto& test) { return nameOf(test.param); });
 
 TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {

@@ -43,9 +43,7 @@ void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
   auto block = TiffBlock::open(bytes);
   if (!block) return;
   if (patch.pixelSize) patchSize(*block, *patch.pixelSize);
-  if (!patch.resetOrientation) return;
-  block->setValue(block->firstDirectory(), orientation, 1);
-  block->setValue(block->nextDirectory(block->firstDirectory()), orientation, 1);
+  if (patch.resetOrientation) block->setValue(block->firstDirectory(), orientation, 1);
 }
 
 void remakePreview(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
@@ -56,6 +54,7 @@ void remakePreview(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
   const std::size_t length = madeOver(*block, directory, make);
   if (length == 0) return block->setNextDirectory(block->firstDirectory(), 0);
   block->setValue(directory, previewLength, static_cast<std::uint32_t>(length));
+  block->setValue(directory, orientation, 1);
 }
 
 }  // namespace kestrova::imaging

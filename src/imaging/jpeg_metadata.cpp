@@ -3,6 +3,7 @@
 #include "imaging/multi_picture.h"
 #include "imaging/photo_properties.h"
 #include "imaging/photoshop_resources.h"
+#include "imaging/xmp_patch.h"
 
 #include <algorithm>
 #include <string_view>
@@ -18,6 +19,7 @@ constexpr std::uint8_t app1 = 0xE1;
 constexpr std::uint8_t app2 = 0xE2;
 constexpr std::uint8_t app13 = 0xED;
 constexpr auto exifName = "Exif\0\0"sv;
+constexpr auto xmpName = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr auto multiPictureName = "MPF\0"sv;
 constexpr auto extensionName = "JFXX\0"sv;
 constexpr auto jfifName = "JFIF\0"sv;
@@ -131,6 +133,7 @@ Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const
     }
     if (is(segment, payload, app1, exifName)) editExif(payload, edit);
     if (edit.turnPreview) dropPreviews(segment, payload);
+    if (edit.turnPreview && is(segment, payload, app1, xmpName)) resetXmpOrientation(payload);
     appendSegment(result, segment.marker, payload);
   }
   result.insert(result.end(), pixels.begin() + 2, pixels.end());

@@ -5,6 +5,7 @@
 #include "imaging/jpeg_rewrite.h"
 #include "imaging/photo_properties.h"
 #include "imaging/png_rewrite.h"
+#include "imaging/tiff_rewrite.h"
 
 #include <algorithm>
 #include <exception>
@@ -38,6 +39,7 @@ ImageSize readSize(ByteView file) {
       size.stored = pngSize(file);
       break;
     case ImageType::tiff:
+      size.stored = {properties->pixelWidth.value_or(0), properties->pixelHeight.value_or(0)};
       break;
   }
   return size;
@@ -53,9 +55,9 @@ Bytes rewrite(ByteView file, const RewriteRequest& request) {
     case ImageType::png:
       return rewritePng(file, plan);
     case ImageType::tiff:
-      break;
+      return rewriteTiff(file, plan);
   }
-  throw ImageError("not written yet");
+  throw ImageError("a type that is not written");
 }
 
 /// Runs what throws and makes a value of it.

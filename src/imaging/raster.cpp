@@ -28,12 +28,14 @@ Steps stepsThrough(const Raster& raster, const Turn& turn) {
   return turn.transpose ? Steps{origin, alongY, alongX} : Steps{origin, alongX, alongY};
 }
 
-template <int pixelBytes>
+/// `fixedBytes` 0 stands for pixels of any width.
+template <int fixedBytes>
 void turnTile(const Steps& steps, Raster& result, std::int64_t left, std::int64_t top) {
+  const auto pixelBytes = static_cast<std::size_t>(fixedBytes == 0 ? result.pixelBytes() : fixedBytes);
   const std::int64_t right = std::min(left + tile, result.width());
   const std::int64_t bottom = std::min(top + tile, result.height());
   for (std::int64_t y = top; y < bottom; ++y) {
-    std::uint8_t* to = result.row(y) + left * pixelBytes;
+    std::uint8_t* to = result.row(y) + static_cast<std::size_t>(left) * pixelBytes;
     const std::uint8_t* from = steps.origin + y * steps.down + left * steps.right;
     for (std::int64_t x = left; x < right; ++x, to += pixelBytes, from += steps.right) {
       std::memcpy(to, from, pixelBytes);
@@ -41,12 +43,12 @@ void turnTile(const Steps& steps, Raster& result, std::int64_t left, std::int64_
   }
 }
 
-template <int pixelBytes>
+template <int fixedBytes>
 void turnAll(const Raster& raster, const Turn& turn, Raster& result) {
   const Steps steps = stepsThrough(raster, turn);
   for (std::int64_t top = 0; top < result.height(); top += tile) {
     for (std::int64_t left = 0; left < result.width(); left += tile)
-      turnTile<pixelBytes>(steps, result, left, top);
+      turnTile<fixedBytes>(steps, result, left, top);
   }
 }
 
@@ -87,7 +89,7 @@ Raster turned(Raster raster, const Turn& turn) {
       turnAll<8>(raster, turn, result);
       break;
     default:
-      throw ImageError("pixels of an unusual width");
+      turnAll<0>(raster, turn, result);
   }
   return result;
 }

@@ -37,6 +37,7 @@ constexpr std::array mayChange = std::to_array<std::string_view>({"Orientation",
                                                                   "ExifTool:",
                                                                   "System:",
                                                                   "PlanarConfiguration",
+                                                                  "Predictor",
                                                                   "YCbCrSubSampling"});
 
 bool isAllowed(const std::string& tag) {
