@@ -238,6 +238,12 @@ class OrganiseManager {
   // Operations
   void copyRecord(const OperationRecord& record);
   void resizeRecord(const OperationRecord& record);
+  bool writeAnew(const Path& from, const Path& to, std::int64_t resolution);
+  void writePhoto(Verdict verdict, ByteView bytes);
+  void copyUndecodable(const Path& from, const Path& to,
+                       const std::shared_ptr<InvocationOperation>& operation);
+  void rotateRecord(const OperationRecord& record);
+  FileResult<void> writeNew(const Bytes* data, const Path& to);
   void prepareFolderOf(const Path& file);
   void bookFailedCopy(const FileError& error);
   void haltForException(const QString& logText, const std::exception& error);

@@ -1,0 +1,223 @@
+#include "imaging/photo_properties.h"
+#include "imaging/photo_rewrite.h"
+#include "support/failing_file_manager.h"
+#include "support/headless_program.h"
+#include "support/sample_media.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+
+namespace {
+
+using test::SamplePhoto;
+using test::writeFile;
+
+/// Calls the handler as the queue would.
+class ResizeOperation : public testing::Test {
+ protected:
+  ResizeOperation() { manager().processQueue = std::make_shared<OperationQueue>(); }
+
+  Path write(const SamplePhoto& photo) {
+    return writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto(photo)));
+  }
+  void resize(const Path& from, std::int64_t resolution, std::optional<std::int64_t> orientation = 1) {
+    manager().verdictListener = [this](const Verdict& verdict) { verdicts.push_back(verdict); };
+    manager().resizeOperation(
+        recordOf({PlanEntry::Handler::resize, from, to, orientation, resolution}, operation));
+    program.settle();
+  }
+  imaging::ImageSize written() {
+    const std::string file = test::readFile(to);
+    return imaging::imageSizeOf(ByteView(reinterpret_cast<const std::uint8_t*>(file.data()), file.size()))
+        .value();
+  }
+  void expectSize(std::int64_t width, std::int64_t height) {
+    EXPECT_EQ(written().stored.width, width);
+    EXPECT_EQ(written().stored.height, height);
+  }
+  void expectCopied(const Path& from) {
+    EXPECT_EQ(test::readFile(to), test::readFile(from));
+    EXPECT_EQ(manager().tPhotoCount, 1);
+    EXPECT_EQ(manager().tRotatedCount, 0);
+    EXPECT_EQ(program.log.count(QStringLiteral("INVALID IMAGE : file://")), 1);
+  }
+  OrganiseManager& manager() { return program.manager(); }
+  MainInterface& controls() { return *program.interface; }
+
+  std::shared_ptr<test::FailingFileManager> files = std::make_shared<test::FailingFileManager>();
+  test::HeadlessProgram program{files};
+  std::shared_ptr<InvocationOperation> operation = std::make_shared<InvocationOperation>();
+  std::vector<Verdict> verdicts;
+  const Path to = program.target / "2014" / "A.JPG";
+};
+
+}  // namespace
+
+TEST_F(ResizeOperation, FitsAPhotoInto720P) {
+  resize(write({.width = 2000, .height = 1500}), 1);
+  expectSize(960, 720);
+  EXPECT_EQ(program.status(), QStringLiteral("Resizing photo 1 for 720P"));
+  EXPECT_EQ(manager().tRotatedCount, 1);
+  EXPECT_EQ(manager().tRotatedSize, static_cast<std::int64_t>(std::filesystem::file_size(to)));
+  EXPECT_EQ(manager().tPhotoCount, 0);
+  ASSERT_EQ(verdicts.size(), 1U);
+  EXPECT_EQ(verdicts[0].outcome, Verdict::Outcome::resized);
+}
+
+TEST_F(ResizeOperation, FitsAPhotoInto1080P) {
+  manager().tRotatedCount = 7;
+  resize(write({.width = 2400, .height = 1200}), 2);
+  expectSize(1920, 960);
+  EXPECT_EQ(program.status(), QStringLiteral("Resizing photo 8 for 1080P"));
+}
+
+TEST_F(ResizeOperation, RewritesAPhotoThatFitsWithoutEnlargingIt) {
+  resize(write({.width = 1000, .height = 700}), 1);
+  expectSize(1000, 700);
+  EXPECT_EQ(verdicts.at(0).outcome, Verdict::Outcome::rewritten);
+}
+
+TEST_F(ResizeOperation, KeepsTheSizeForResolution0) {
+  resize(write({.width = 1600, .height = 1200}), 0);
+  expectSize(1600, 1200);
+  EXPECT_EQ(program.status(), QStringLiteral("Rotating photo 1"));
+}
+
+TEST_F(ResizeOperation, KeepsTheSizeForARecordThatEndsBeforeItsResolution) {
+  resize(write({.width = 1600, .height = 1200}), 1, std::nullopt);
+  expectSize(1600, 1200);
+  EXPECT_EQ(program.status(), QStringLiteral("Rotating photo 1"));
+}
+
+TEST_F(ResizeOperation, KeepsTheSizeWithoutAWordWhenNoResolutionIsChosen) {
+  resize(write({.width = 1600, .height = 1200, .orientation = 6}), -1, 6);
+  expectSize(1200, 1600);
+  EXPECT_TRUE(program.statusTexts().isEmpty());
+}
+
+TEST_F(ResizeOperation, TurnsAPhotoUprightAndSetsItsTag) {
+  resize(write({.width = 1600, .height = 1200, .orientation = 6}), 1, 6);
+  expectSize(540, 720);
+  EXPECT_EQ(written().orientation, 1);
+}
+
+TEST_F(ResizeOperation, KeepsPixelsAndTagAsStoredWhenPhotosAreNotTurned) {
+  controls().chkRotate->performClick();
+  resize(write({.width = 1600, .height = 1200, .orientation = 6}), 1, 6);
+  expectSize(960, 720);
+  EXPECT_EQ(written().orientation, 6);
+}
+
+TEST_F(ResizeOperation, LogsTheDecodedSize) {
+  const Path from = write({.width = 640, .height = 480});
+  resize(from, 1);
+  EXPECT_TRUE(
+      program.log.holds(QStringLiteral("RESIZING PHOTOOOOO! : ") + QString::fromStdString(from.native())));
+  EXPECT_TRUE(program.log.holds(QStringLiteral("Width from NSBitmapImageRep: 640.000000")));
+  EXPECT_TRUE(program.log.holds(QStringLiteral("Height from NSBitmapImageRep: 480.000000")));
+}
+
+TEST_F(ResizeOperation, LeavesOutAPhotoWithASideBelow400WhenAsked) {
+  controls().chkFilterSmallPhotos->performClick();
+  const Path from = write({.width = 399, .height = 3000});
+  resize(from, 1);
+  EXPECT_FALSE(std::filesystem::exists(to));
+  EXPECT_EQ(manager().tFilteredCount, 1);
+  EXPECT_EQ(manager().tFilteredSize, static_cast<std::int64_t>(std::filesystem::file_size(from)));
+  EXPECT_EQ(verdicts.at(0).outcome, Verdict::Outcome::small);
+}
+
+TEST_F(ResizeOperation, TakesAPhotoOf400By400WithTheFilterOn) {
+  controls().chkFilterSmallPhotos->performClick();
+  resize(write({.width = 400, .height = 400}), 1);
+  expectSize(400, 400);
+}
+
+TEST_F(ResizeOperation, CopiesAFileThatDoesNotDecode) {
+  const Path from = writeFile(program.source / "a.jpg", "no photo at all");
+  resize(from, 1);
+  expectCopied(from);
+  EXPECT_TRUE(program.log.holds(QStringLiteral("Width from NSBitmapImageRep: 0.000000")));
+}
+
+TEST_F(ResizeOperation, CopiesAPhotoThatIsCutOff) {
+  Bytes photo = test::jpegPhoto({.width = 1600, .height = 1200});
+  photo.resize(photo.size() / 2);
+  const Path from = writeFile(program.source / "a.jpg", ByteView(photo));
+  resize(from, 1);
+  expectCopied(from);
+}
+
+TEST_F(ResizeOperation, CopiesASmallPhotoThatIsCutOffEvenWithTheFilterOn) {
+  controls().chkFilterSmallPhotos->performClick();
+  Bytes photo = test::jpegPhoto({.width = 300, .height = 300});
+  photo.resize(photo.size() / 2);
+  const Path from = writeFile(program.source / "a.jpg", ByteView(photo));
+  resize(from, 1);
+  expectCopied(from);
+}
+
+TEST_F(ResizeOperation, CountsAnExistingTargetOfACopiedFile) {
+  writeFile(to, "mine");
+  resize(writeFile(program.source / "a.jpg", "no photo"), 1);
+  EXPECT_EQ(test::readFile(to), "mine");
+  EXPECT_EQ(manager().targetExistCount, 1);
+}
+
+TEST_F(ResizeOperation, ReplacesWhatStandsUnderItsName) {
+  writeFile(to, "old");
+  resize(write({.width = 640, .height = 480}), 1);
+  expectSize(640, 480);
+}
+
+TEST_F(ResizeOperation, ThatIsCancelledDoesNothingButSetTheStage) {
+  operation->cancel();
+  resize(write({}), 1);
+  EXPECT_EQ(manager().appStatus, 3);
+  EXPECT_FALSE(std::filesystem::exists(to.parent_path()));
+  EXPECT_TRUE(program.statusTexts().isEmpty());
+}
+
+TEST_F(ResizeOperation, TakesAnyFailureToWriteForAFullVolume) {
+  files->onStageData = [](ByteView, const Path&) { return FileError{EACCES, "refused"}; };
+  controls().buttonStart->setTitle(QStringLiteral("Pause"));
+  resize(write({.width = 640, .height = 480}), 1);
+  EXPECT_TRUE(program.log.holds(QStringLiteral("No space left!!!!!")));
+  EXPECT_EQ(program.status(), QStringLiteral("Not enough space!"));
+  EXPECT_EQ(controls().buttonStart->title(), QStringLiteral("Start"));
+  EXPECT_TRUE(manager().haserror);
+  EXPECT_EQ(manager().tRotatedCount, 0);
+  EXPECT_EQ(verdicts.at(0).outcome, Verdict::Outcome::failed);
+}
+
+TEST_F(ResizeOperation, ThatRaisesAnExceptionHaltsTheRun) {
+  files->onStageData = [](ByteView, const Path&) -> std::optional<FileError> {
+    throw std::runtime_error("on purpose");
+  };
+  resize(write({}), 1);
+  EXPECT_EQ(program.status(), QStringLiteral("Error"));
+  EXPECT_TRUE(program.log.holds(QStringLiteral("EXCEPTION resizeOperation : on purpose")));
+  EXPECT_TRUE(manager().processQueue->isSuspended());
+}
+
+TEST_F(ResizeOperation, LogsACancelAndAPauseThatCameWhileItCopied) {
+  files->onStageCopy = [this](const Path&, const Path&) -> std::optional<FileError> {
+    operation->cancel();
+    manager().processQueue->setSuspended(true);
+    return std::nullopt;
+  };
+  resize(writeFile(program.source / "a.jpg", "no photo"), 1);
+  EXPECT_TRUE(program.log.holds(QStringLiteral("CANCELLLED")));
+  EXPECT_TRUE(program.log.holds(QStringLiteral("SUSPENDED : 0")));
+}
+
+TEST_F(ResizeOperation, WritesThePhotosContentTypeWhateverItsNameSays) {
+  const Path from =
+      writeFile(program.source / "a.jpg", ByteView(test::pngPhoto({.width = 1600, .height = 1200})));
+  resize(from, 1);
+  expectSize(960, 720);
+  EXPECT_EQ(test::readFile(to).substr(1, 3), "PNG");
+}
+
+}  // namespace kestrova
