@@ -161,6 +161,15 @@ TEST(PhotoProperties, ReadsAPngInEitherByteOrder) {
   expectSample(readPrefix(pngPhoto(photo)));
 }
 
+TEST(PhotoProperties, ReadsTheRawFilesThatAreTiffInAllButTheirMagic) {
+  for (const int magic : {0x55, 0x4F52, 0x5352}) {
+    Bytes tiff = tiffPhoto(sample());
+    tiff.at(2) = static_cast<std::uint8_t>(magic);
+    tiff.at(3) = static_cast<std::uint8_t>(magic >> 8);
+    expectSample(readPrefix(tiff));
+  }
+}
+
 TEST(PhotoProperties, ReadsEveryOrientation) {
   for (int orientation = 1; orientation <= 8; ++orientation) {
     SamplePhoto photo = sample();
@@ -247,7 +256,23 @@ TEST(PhotoProperties, ReadsAShortTextFromTheEntryItself) {
 }
 
 TEST(PhotoProperties, PassesOverADigitizingTimeThatIsNoText) {
-  EXPECT_EQ(digitizedOf(blockWithExif(tiffFiller(digitizedTag, 20))), "");
+  TiffEntry entry = tiffText(digitizedTag, "2014:05:21 13:45:02");
+  entry.type = TiffType::undefined;
+  EXPECT_EQ(digitizedOf(blockWithExif(entry)), "");
+}
+
+TEST(PhotoProperties, TakesTheFirstDigitizingTimeThatHasAText) {
+  TiffBlock block;
+  block.exif = {tiffText(digitizedTag, "   "), tiffText(digitizedTag, "2014:05:21 13:45:02"),
+                tiffText(digitizedTag, "later")};
+  EXPECT_EQ(digitizedOf(block.encode()), "2014:05:21 13:45:02");
+}
+
+TEST(PhotoProperties, TakesAShortTextThatEndsBeforeTheCut) {
+  Bytes block = blockWithExif(tiffText(digitizedTag, std::string_view("2014:05:21\0 13:45:02", 20)));
+  constexpr std::size_t behindTheNul = 9;
+  block.resize(block.size() - 1 - behindTheNul);
+  EXPECT_EQ(digitizedOf(block), "2014:05:21");
 }
 
 TEST(PhotoProperties, KeepsTheFirst32BytesOfALongText) {
@@ -297,6 +322,14 @@ TEST(PhotoProperties, PassesOverFillBytesJunkAndStandaloneMarkers) {
       readPrefix(joined({startOfImage, fill, exif, junk, standalone, tooShort, frameHeader(0xC2, 96, 64)})));
 }
 
+TEST(PhotoProperties, PassesOverASegmentThatClaimsToBeShorterThanItsLengthField) {
+  for (const int length : {0, 1}) {
+    Bytes frame = frameHeader(0xC0, 96, 64);
+    frame.at(3) = static_cast<std::uint8_t>(length);
+    EXPECT_EQ(readPrefix(joined({startOfImage, frame})).pixelWidth, std::nullopt);
+  }
+}
+
 TEST(PhotoProperties, LooksNoFurtherThanTheFirstScan) {
   const PhotoProperties read = readPrefix(joined({startOfImage, startOfScan, frameHeader(0xC0, 96, 64)}));
   EXPECT_EQ(read.pixelWidth, std::nullopt);
@@ -315,6 +348,15 @@ TEST(PhotoProperties, TakesTheFirstOfSeveralExifBlocks) {
   other.digitized = "1999:09:09 09:09:09";
   expectSample(readPrefix(joined({startOfImage, exifSegment(exifBlock(sample()).encode()),
                                   exifSegment(exifBlock(other).encode()), frameHeader(0xC0, 96, 64)})));
+}
+
+TEST(PhotoProperties, TakesTheFirstOfSeveralPngExifChunks) {
+  SamplePhoto other = sample();
+  other.digitized = "1999:09:09 09:09:09";
+  Bytes png = pngPhoto(other);
+  const Bytes chunk = pngChunk("eXIf", exifBlock(sample()).encode());
+  png.insert(png.begin() + 33, chunk.begin(), chunk.end());
+  expectSample(readPrefix(png));
 }
 
 TEST(PhotoProperties, FindsThePngExifChunkBehindThePixels) {
@@ -406,6 +448,13 @@ TEST(PhotoProperties, WithstandsOffsetsThatPointOutside) {
     setWord(block, entryOf(block, digitizedTag) + 8, std::max(offset, 100000U));
     EXPECT_EQ(readBlock(block).digitized(), "") << offset;
   }
+}
+
+TEST(PhotoProperties, FindsNoDirectoryInTheHeader) {
+  // Taken for a directory, the magic would be a count and the second entry an orientation.
+  const Bytes tiff{'I', 'I', 42,   0,    2, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                   0,   0,   0x12, 0x01, 3, 0, 1, 0, 0, 0, 6, 0, 0, 0};
+  EXPECT_EQ(readPrefix(tiff).orientation, std::nullopt);
 }
 
 TEST(PhotoProperties, WithstandsDirectoriesThatPointAtEachOther) {
