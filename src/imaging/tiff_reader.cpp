@@ -102,11 +102,10 @@ ByteView TiffReader::text(const Entry& entry, std::uint64_t longest) const noexc
   return at ? reader_.view(*at, std::min(entry.count, longest)) : ByteView();
 }
 
-/// None for a directory that would lie in the header or past the end, so that positions in it cannot
-/// overflow.
+/// None for a directory that would lie in the header or past the end.
 std::uint64_t TiffReader::entryCount(std::uint64_t directory) const noexcept {
   const std::uint64_t header = 2 * wordSize();
-  if (directory < header || directory >= reader_.size()) return 0;
+  if (directory < header) return 0;
   return isBig_ ? reader_.at<std::uint64_t>(directory).value_or(0)
                 : reader_.at<std::uint16_t>(directory).value_or(0);
 }
