@@ -143,6 +143,7 @@ void MainWindow::layOut() {
   const int labelWidth = ui_->photoFormatsLabel->sizeHint().width();
   for (auto* label : {ui_->copyLabel, ui_->folderFormatLabel}) label->setMinimumWidth(labelWidth);
   resize(size().boundedTo(screen()->availableSize()));
+  ui_->buttonAddSource->setFocus();  // where everyone begins
 }
 
 // As wide as the numbers of a large collection need, so that nothing moves while they grow.

@@ -181,7 +181,7 @@ TEST_F(ARun, ThatFindsNothingSaysSo) {
 }
 
 TEST_F(ARun, OverThousandsOfFilesLeavesTheWindowAlive) {
-  constexpr int count = 4000;
+  constexpr int count = 2000;
   for (std::size_t size = 1; size <= count; ++size) {
     writeFile(folder / "in" / (std::to_string(size) + ".jpg"), std::string(size, 'x'));
   }
