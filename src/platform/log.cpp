@@ -1,5 +1,7 @@
 #include "platform/log.h"
 
+#include "platform/printable_text.h"
+
 #include <cstdio>
 
 namespace kestrova {
@@ -8,21 +10,6 @@ Q_LOGGING_CATEGORY(kestrovaLog, "kestrova", QtInfoMsg)
 
 namespace {
 
-QString oneLine(const QString& text) {
-  QString line;
-  line.reserve(text.size());
-  for (const QChar c : text) {
-    if (c == u'\n') {
-      line += QStringLiteral("\\n");
-    } else if (c.unicode() < 0x20 || c.unicode() == 0x7f) {
-      line += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
-    } else {
-      line += c;
-    }
-  }
-  return line;
-}
-
 void writeToStandardError(QtMsgType, const QMessageLogContext&, const QString& message) {
   const QByteArray line = message.toUtf8() + '\n';
   std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stderr);
@@ -30,7 +17,7 @@ void writeToStandardError(QtMsgType, const QMessageLogContext&, const QString& m
 
 }  // namespace
 
-void log(const QString& text) { qCInfo(kestrovaLog).noquote() << oneLine(text); }
+void log(const QString& text) { qCInfo(kestrovaLog).noquote() << printableText(text); }
 
 QString displayPath(const Path& path) {
   const std::string& bytes = path.native();

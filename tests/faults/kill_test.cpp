@@ -96,8 +96,9 @@ TEST_P(KilledRun, LeavesNoPartialFileAndIsCompletedByTheNext) {
     for (const auto& name : filesBelow(source.path())) expectSame(source / name, target / name);
   }
   EXPECT_GT(incomplete, 0) << "no run was killed in time";
-  const bool leavesTraces = GetParam() == Staging::underTemporaryName;
-  EXPECT_TRUE(abandoned > 0 || !leavesTraces) << "nothing was there to clear away";
+  if (GetParam() == Staging::underTemporaryName) {
+    EXPECT_GT(abandoned, 0U) << "nothing was there to clear away";
+  }
 }
 
 }  // namespace kestrova

@@ -1,0 +1,115 @@
+#include "cli/progress.h"
+
+#include "platform/printable_text.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace kestrova::cli {
+
+namespace {
+
+using Stage = Standing::Stage;
+using std::chrono::seconds;
+
+constexpr int barWidth = 20;
+constexpr int plainWidth = 200;
+
+// What a file costs beside its bytes, in bytes: names, attributes and the wait for the disk.
+constexpr double costOfFile = 512.0 * 1024.0;
+
+double work(const Amount& amount) {
+  return static_cast<double>(amount.bytes) + costOfFile * static_cast<double>(amount.files);
+}
+
+double share(const Standing& standing) {
+  const double whole = work(standing.found);
+  return whole > 0 ? std::clamp(work(standing.settled) / whole, 0.0, 1.0) : 0.0;
+}
+
+QString bar(double share) {
+  const int full = static_cast<int>(share * barWidth);
+  const QString line = QString(full, u'=') + (full < barWidth ? QStringLiteral(">") : QString());
+  return QStringLiteral("[%1] %2%").arg(line.leftJustified(barWidth)).arg(static_cast<int>(share * 100), 3);
+}
+
+QString timeText(seconds left) {
+  const auto count = left.count();
+  if (count < 60) return QStringLiteral("%1 s left").arg(std::max<qint64>(1, count));
+  if (count < 3600) return QStringLiteral("%1 min left").arg((count + 30) / 60);
+  return QStringLiteral("%1 h %2 min left").arg(count / 3600).arg(count % 3600 / 60);
+}
+
+int terminalWidth() {
+  winsize size{};
+  const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : 80;
+}
+
+void writeToStandardError(const QString& text) {
+  const QByteArray bytes = text.toUtf8();
+  std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
+}
+
+}  // namespace
+
+std::optional<seconds> TimeLeft::guess(const Standing& standing, Clock::time_point now) {
+  if (standing.stage != Stage::writing) return std::nullopt;
+  if (!start_) start_ = Start{now, standing.settled};
+  const double done = work(standing.settled) - work(start_->settled);
+  const auto elapsed = std::chrono::duration<double>(now - start_->time);
+  if (done <= 0 || elapsed < seconds(1)) return std::nullopt;
+  const double left = std::max(0.0, work(standing.found) - work(standing.settled));
+  return std::chrono::ceil<seconds>(elapsed * (left / done));
+}
+
+QString progressLine(const Standing& standing, std::optional<seconds> timeLeft, int width) {
+  QStringList parts;
+  if (standing.stage == Stage::scanning) {
+    parts << QStringLiteral("%1 found, %2 duplicates").arg(standing.found.files).arg(standing.duplicates);
+  } else {
+    parts << bar(share(standing))
+          << QStringLiteral("%1 of %2").arg(standing.settled.files).arg(standing.found.files);
+  }
+  if (timeLeft) parts << timeText(*timeLeft);
+  parts << printableText(standing.status);
+  return parts.join(QStringLiteral("  ")).left(width);
+}
+
+Progress::~Progress() {
+  if (isDrawn_) writeToStandardError(QStringLiteral("\r\x1b[K"));
+}
+
+Progress::Mode Progress::modeOfStandardError() {
+  const char* terminal = std::getenv("TERM");
+  const bool canDraw = terminal != nullptr && std::string_view(terminal) != "dumb";
+  return canDraw && isatty(STDERR_FILENO) == 1 ? Mode::terminal : Mode::plain;
+}
+
+void Progress::show(const Standing& standing) {
+  if (mode_ == Mode::silent) return;
+  const auto timeLeft = timeLeft_.guess(standing, Clock::now());
+  if (mode_ == Mode::plain) return addLine(progressLine(standing, timeLeft, plainWidth));
+  // The last column stays free: some terminals wrap after it.
+  drawLine(progressLine(standing, timeLeft, terminalWidth() - 1));
+}
+
+void Progress::drawLine(const QString& line) {
+  writeToStandardError(u'\r' + line + QStringLiteral("\x1b[K"));
+  isDrawn_ = true;
+}
+
+void Progress::addLine(const QString& line) {
+  const auto now = Clock::now();
+  if (now - plainTime_ < plainInterval_) return;
+  plainTime_ = now;
+  writeToStandardError(line + u'\n');
+}
+
+}  // namespace kestrova::cli

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "cli/tally.h"
+
+#include <QString>
+#include <chrono>
+#include <optional>
+
+namespace kestrova::cli {
+
+/// How far a run is.
+struct Standing {
+  enum class Stage { scanning, planning, writing };
+  Stage stage = Stage::scanning;
+  QString status;               ///< the status line's text
+  Amount found;                 ///< what is to be organised, as far as it is known
+  std::int64_t duplicates = 0;  ///< files
+  Amount settled;               ///< of `found`, what is done with
+};
+
+/// Guesses how long the rest of the writing takes. Every file costs a little beside its bytes.
+class TimeLeft {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  /// Nothing before there is something to guess from.
+  std::optional<std::chrono::seconds> guess(const Standing& standing, Clock::time_point now);
+
+ private:
+  struct Start {
+    Clock::time_point time;
+    Amount settled;
+  };
+  std::optional<Start> start_;  // of the writing
+};
+
+/// One line of at most `width` characters: bar, counts, time left, status.
+QString progressLine(const Standing& standing, std::optional<std::chrono::seconds> timeLeft, int width);
+
+/// Shows on standard error how far a run is: on a terminal a line that is drawn again and again, elsewhere a
+/// line now and then.
+class Progress {
+ public:
+  enum class Mode { silent, plain, terminal };
+  using Clock = std::chrono::steady_clock;
+
+  /// Off a terminal a line appears every `plainInterval`, the first after the first.
+  explicit Progress(Mode mode, Clock::duration plainInterval = std::chrono::seconds(5))
+      : mode_(mode), plainInterval_(plainInterval) {}
+  /// Takes the drawn line away.
+  ~Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  /// What standard error can show.
+  static Mode modeOfStandardError();
+
+  void show(const Standing& standing);
+
+ private:
+  void drawLine(const QString& line);
+  void addLine(const QString& line);
+
+  Mode mode_;
+  Clock::duration plainInterval_;
+  Clock::time_point plainTime_ = Clock::now();
+  TimeLeft timeLeft_;
+  bool isDrawn_ = false;
+};
+
+}  // namespace kestrova::cli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "cli/tally.h"
+
+#include <QString>
+#include <chrono>
+
+namespace kestrova::cli {
+
+/// What a run came to.
+struct Summary {
+  enum class End { completed, nothingToDo, stopped, failed };
+  End end = End::completed;
+  QString status;  ///< the status line's last text
+  std::chrono::milliseconds elapsed{};
+
+  struct {
+    Amount photos, videos, total;
+  } found, written;     ///< `found` without duplicates
+  Amount duplicates;    ///< equal to the first file of their size
+  Amount passedOver;    ///< equal to a later file of their size
+  Amount rewritten;     ///< of what is written, photos written anew
+  Amount alreadyThere;  ///< the target was there when the run was planned
+  Amount small;         ///< left out by a filter
+  Amount exists;        ///< the target turned out to be taken
+  Amount failed;
+  Amount notReached;
+};
+
+/// 0 completed, 1 ended in error or a file could not be written, 130 stopped.
+int exitStatus(const Summary& summary);
+
+/// A table for people, ending with one line that says how the run ended.
+QString summaryTable(const Summary& summary);
+
+/// One JSON object on one line, in UTF-8.
+QByteArray summaryJson(const Summary& summary);
+
+/// One line for every file that could not be written, and one when the run ended in error.
+QString errorLines(const Summary& summary, const std::vector<Tally::Failure>& failures);
+
+}  // namespace kestrova::cli

@@ -1,0 +1,155 @@
+#include "cli/run.h"
+
+#include "app/main_interface.h"
+#include "platform/main_queue.h"
+#include "platform/printable_text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace kestrova::cli {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Outcome = Verdict::Outcome;
+
+constexpr auto refreshInterval = std::chrono::milliseconds(100);
+
+std::string unusable(const Path& folder, const std::string& reason) {
+  return '"' + printableText(folder.native()).toStdString() + "\": " + reason;
+}
+
+Host hostWith(std::shared_ptr<FileManager> files) {
+  Host host;
+  host.files = std::move(files);
+  host.defaults = volatileUserDefaults();
+  host.power = systemPowerAssertions();
+  return host;
+}
+
+void applyOptions(MainInterface& interface, const Arguments& arguments) {
+  interface.comboCopy->chooseItem(arguments.media);
+  interface.comboPhotoFormats->chooseItem(arguments.photoFormats);
+  interface.comboFolderFormat->chooseItem(arguments.folders);
+  interface.comboResolution->chooseItem(arguments.size);
+  interface.chkRotate->setState(arguments.upright);
+  interface.chkFilterSmallPhotos->setState(arguments.skipSmallPhotos);
+  interface.chkFilterSmallVideos->setState(arguments.skipSmallVideos);
+  for (const Path& source : arguments.sources) interface.manager.addSource(source);
+  interface.manager.setTarget(arguments.target);
+}
+
+Amount amountOf(const Counter& files, const Counter& bytes) { return {files, bytes}; }
+
+Standing::Stage stageOf(std::int32_t appStatus) {
+  if (appStatus < 2) return Standing::Stage::scanning;
+  return appStatus == 2 ? Standing::Stage::planning : Standing::Stage::writing;
+}
+
+Standing standingOf(const MainInterface& interface, const Tally& tally) {
+  const auto& manager = interface.manager;
+  return {stageOf(manager.appStatus), interface.lblStatus->stringValue(),
+          amountOf(manager.sTotalCount, manager.sTotalSize), manager.sDuplicateCount, tally.settled()};
+}
+
+// An operation that met an exception has halted the run: nobody is there to continue it. While the planner
+// holds the queue suspended it counts as executing; asking twice tells its end from a halt.
+bool isHalted(const OperationQueue& queue) {
+  return queue.isSuspended() && queue.executingCount() == 0 && queue.isSuspended() &&
+         queue.operationCount() > 0;
+}
+
+/// Returns the status of the run that an exception halted; nothing of one that came to its end.
+std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, StopSignals& stop,
+                                  Progress& progress) {
+  auto& manager = interface.manager;
+  const OperationQueue& queue = *manager.processQueue;
+  std::optional<QString> halted;
+  while (queue.operationCount() > 0) {
+    const bool hasHalted = isHalted(queue);
+    if (hasHalted && !manager.hasstopped) halted = interface.lblStatus->stringValue();
+    if (stop.take() || hasHalted) manager.stopProcess();
+    progress.show(standingOf(interface, tally));
+    MainQueue::instance().runUntil([&] { return queue.operationCount() == 0 || stop.isPending(); },
+                                   refreshInterval);
+  }
+  manager.processQueue->waitUntilIdle();
+  MainQueue::instance().runPending();
+  return halted;
+}
+
+// A scan that found nothing ends without a report; one that broke off leaves its animation on.
+Summary::End endOf(const MainInterface& interface, bool halted) {
+  const auto& manager = interface.manager;
+  if (halted || manager.haserror) return Summary::End::failed;
+  if (manager.hasstopped) return Summary::End::stopped;
+  if (manager.fileList.empty() && interface.sourceProgress->isHidden()) return Summary::End::nothingToDo;
+  return interface.lblStatus->stringValue() == QStringLiteral("Completed") ? Summary::End::completed
+                                                                           : Summary::End::failed;
+}
+
+QString statusOf(Summary::End end, const QString& shown) {
+  if (end == Summary::End::nothingToDo) return QStringLiteral("Nothing to do");
+  return end == Summary::End::stopped ? QStringLiteral("Stopped") : shown;
+}
+
+Amount difference(const Amount& whole, const Amount& part) {
+  return {std::max<std::int64_t>(0, whole.files - part.files),
+          std::max<std::int64_t>(0, whole.bytes - part.bytes)};
+}
+
+Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
+  Summary summary;
+  summary.found = {amountOf(manager.sPhotoCount, manager.sPhotoSize),
+                   amountOf(manager.sVideoCount, manager.sVideoSize),
+                   amountOf(manager.sTotalCount, manager.sTotalSize)};
+  summary.written = {amountOf(manager.tPhotoCount, manager.tPhotoSize),
+                     amountOf(manager.tVideoCount, manager.tVideoSize),
+                     amountOf(manager.tTotalCount, manager.tTotalSize)};
+  summary.duplicates = amountOf(manager.sDuplicateCount, manager.sDuplicateSize);
+  summary.passedOver = tally.of(Outcome::sameContent);
+  summary.rewritten = amountOf(manager.tRotatedCount, manager.tRotatedSize);
+  summary.alreadyThere = amountOf(manager.tAlreadyCount, manager.tAlreadySize);
+  summary.small = amountOf(manager.tFilteredCount, manager.tFilteredSize);
+  summary.exists = difference(tally.of(Outcome::exists), summary.alreadyThere);
+  summary.failed = tally.of(Outcome::failed);
+  summary.notReached = difference(summary.found.total, tally.settled());
+  return summary;
+}
+
+}  // namespace
+
+std::string unusableFolder(const Arguments& arguments, const FileManager& files) {
+  for (const Path& source : arguments.sources) {
+    const auto attributes = files.attributesOfItem(source);
+    if (!attributes) return unusable(source, attributes.error().message);
+    if (!attributes->isDirectory) return unusable(source, "this source is no folder");
+    if (access(source.c_str(), R_OK | X_OK) != 0 && errno == EACCES)
+      return unusable(source, std::strerror(EACCES));
+  }
+  const auto target = files.attributesOfItem(arguments.target);
+  return target && !target->isDirectory ? unusable(arguments.target, "this target is no folder") : "";
+}
+
+Summary organise(const Arguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
+                 Progress& progress, Tally& tally) {
+  const auto start = Clock::now();
+  MainInterface interface(hostWith(std::move(files)));
+  MainQueue::instance().runPending();  // the controller loads its settings first
+  applyOptions(interface, arguments);
+  interface.manager.verdictListener = [&tally](const Verdict& verdict) { tally.add(verdict); };
+  interface.manager.startProcess();
+  const auto halted = waitForEnd(interface, tally, stop, progress);
+
+  Summary summary = summaryOf(interface.manager, tally);
+  summary.end = endOf(interface, halted.has_value());
+  summary.status = statusOf(summary.end, halted.value_or(interface.lblStatus->stringValue()));
+  summary.elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  return summary;
+}
+
+}  // namespace kestrova::cli

@@ -1,0 +1,155 @@
+#include "cli/arguments.h"
+
+#include <gmock/gmock.h>
+
+namespace kestrova::cli {
+
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Words = std::vector<std::string_view>;
+
+tl::expected<Arguments, std::string> parse(const Words& words) { return parseArguments(words, "/home/me"); }
+
+/// What a complete command line with these words more gives.
+tl::expected<Arguments, std::string> parseWith(Words words) {
+  words.insert(words.begin(), {"organise", "/in", "--to", "/out"});
+  return parse(words);
+}
+
+std::string errorOf(const tl::expected<Arguments, std::string>& result) {
+  return result ? "no error" : result.error();
+}
+
+}  // namespace
+
+TEST(CliArguments, TakesSourcesAndTarget) {
+  const auto arguments = parse({"organise", "/a", "/b c", "--to", "/out"});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_EQ(arguments->command, Arguments::Command::organise);
+  EXPECT_THAT(arguments->sources, ElementsAre(Path("/a"), Path("/b c")));
+  EXPECT_EQ(arguments->target, Path("/out"));
+}
+
+TEST(CliArguments, StartFromTheWindowsDefaults) {
+  const auto arguments = parseWith({});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_EQ(arguments->media, 0);
+  EXPECT_EQ(arguments->photoFormats, 0);
+  EXPECT_EQ(arguments->folders, 0);
+  EXPECT_EQ(arguments->size, 0);
+  EXPECT_TRUE(arguments->upright);
+  EXPECT_FALSE(arguments->skipSmallPhotos || arguments->skipSmallVideos);
+  EXPECT_FALSE(arguments->json || arguments->quiet || arguments->log);
+}
+
+TEST(CliArguments, TakeEveryOption) {
+  const auto arguments = parseWith({"--media", "videos", "--photo-formats", "jpeg+tiff+png", "--folders",
+                                    "medium", "--size", "1080p", "--no-upright", "--skip-small-photos",
+                                    "--skip-small-videos", "--json", "--quiet", "--log"});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_EQ(arguments->media, 2);
+  EXPECT_EQ(arguments->photoFormats, 2);
+  EXPECT_EQ(arguments->folders, 1);
+  EXPECT_EQ(arguments->size, 2);
+  EXPECT_FALSE(arguments->upright);
+  EXPECT_TRUE(arguments->skipSmallPhotos && arguments->skipSmallVideos);
+  EXPECT_TRUE(arguments->json && arguments->quiet && arguments->log);
+}
+
+TEST(CliArguments, TakeValuesAfterAnEqualsSign) {
+  const auto arguments = parse({"--media=photos", "organise", "--to=/out=1", "/in"});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_EQ(arguments->media, 1);
+  EXPECT_EQ(arguments->target, Path("/out=1"));
+}
+
+TEST(CliArguments, TakeEverythingAfterTwoDashesAsSources) {
+  const auto arguments = parse({"organise", "--to", "/out", "--", "--json", "-x", "--"});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_THAT(arguments->sources,
+              ElementsAre(Path("/home/me/--json"), Path("/home/me/-x"), Path("/home/me/--")));
+  EXPECT_FALSE(arguments->json);
+}
+
+TEST(CliArguments, MakePathsAbsoluteWithoutFollowingWhatMayBeALink) {
+  const auto arguments = parse({"organise", "a", "./b/", "../c", "/d//e/.", ".", "--to", "link/../out"});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_THAT(arguments->sources, ElementsAre(Path("/home/me/a"), Path("/home/me/b"), Path("/home/me/../c"),
+                                              Path("/d/e"), Path("/home/me")));
+  EXPECT_EQ(arguments->sources.at(1).native(), "/home/me/b");
+  EXPECT_EQ(arguments->target, Path("/home/me/link/../out"));
+}
+
+TEST(CliArguments, KeepPathsThatAreNotUtf8) {
+  const auto arguments = parse({"organise", "/\xff\n", "--to", "\xc3"});
+  ASSERT_TRUE(arguments) << arguments.error();
+  EXPECT_EQ(arguments->sources.front().native(), "/\xff\n");
+  EXPECT_EQ(arguments->target.native(), "/home/me/\xc3");
+}
+
+TEST(CliArguments, HelpAndVersionNeedNothingElse) {
+  EXPECT_EQ(parse({"--help"})->command, Arguments::Command::help);
+  EXPECT_EQ(parse({"organise", "--help", "--nonsense"})->command, Arguments::Command::help);
+  EXPECT_EQ(parse({"--version"})->command, Arguments::Command::version);
+}
+
+TEST(CliArguments, MissWhatIsNecessary) {
+  EXPECT_EQ(errorOf(parse({})), "no command is given: there is \"organise\"");
+  EXPECT_EQ(errorOf(parse({"organise", "--to", "/out"})), "no source folder is given");
+  EXPECT_EQ(errorOf(parse({"organise", "/in"})), "no target folder is given: --to FOLDER names it");
+  EXPECT_EQ(errorOf(parse({"organise", "/in", "--to"})), "--to needs a folder");
+  EXPECT_EQ(errorOf(parse({"organise", "/in", "--to="})), "--to needs a folder");
+  EXPECT_EQ(errorOf(parse({"organise", "/in", "--to", ""})), "--to needs a folder");
+  EXPECT_EQ(errorOf(parse({"organise", "", "--to", "/out"})), "the name of a source folder is empty");
+}
+
+TEST(CliArguments, TakeNoOptionForAFolder) {
+  EXPECT_EQ(errorOf(parse({"organise", "/in", "--to", "--json"})), "--to needs a folder");
+}
+
+TEST(CliArguments, RefuseWhatIsUnknown) {
+  EXPECT_EQ(errorOf(parse({"organize", "/in"})), "unknown command \"organize\": there is \"organise\"");
+  for (const std::string_view option : {"--report", "--dry-run", "--media-x", "-h", "-q", "--Json"}) {
+    EXPECT_EQ(errorOf(parseWith({option})), "unknown option \"" + std::string(option) + '"');
+  }
+  EXPECT_EQ(errorOf(parseWith({"--report=x.csv"})), "unknown option \"--report\"");
+}
+
+TEST(CliArguments, ListTheValuesThatAreAllowed) {
+  EXPECT_EQ(errorOf(parseWith({"--media", "music"})),
+            "unknown value \"music\" for --media: it takes all, photos or videos");
+  EXPECT_EQ(errorOf(parseWith({"--size=720P"})),
+            "unknown value \"720P\" for --size: it takes original, 720p or 1080p");
+  EXPECT_EQ(errorOf(parseWith({"--folders="})),
+            "unknown value \"\" for --folders: it takes long, medium or short");
+  EXPECT_EQ(errorOf(parseWith({"--photo-formats"})),
+            "--photo-formats needs a value: jpeg, jpeg+tiff or jpeg+tiff+png");
+}
+
+TEST(CliArguments, RefuseAnOptionGivenTwice) {
+  EXPECT_EQ(errorOf(parseWith({"--to", "/other"})), "--to is given twice");
+  EXPECT_EQ(errorOf(parseWith({"--quiet", "--quiet"})), "--quiet is given twice");
+  EXPECT_EQ(errorOf(parseWith({"--upright", "--no-upright"})), "--no-upright contradicts --upright");
+}
+
+TEST(CliArguments, RefuseAValueWhereNoneBelongs) {
+  EXPECT_EQ(errorOf(parseWith({"--json=yes"})), "--json takes no value");
+  EXPECT_EQ(errorOf(parseWith({"--help=all"})), "--help takes no value");
+}
+
+TEST(CliArguments, EscapeWhatATerminalWouldObey) {
+  EXPECT_EQ(errorOf(parseWith({"--\x1b[2J\n\xff"})), "unknown option \"--\\x1b[2J\\n\\xff\"");
+}
+
+TEST(CliArguments, NameEveryOptionInTheHelp) {
+  for (const char* option :
+       {"--to", "--media", "--photo-formats", "--folders", "--size", "--upright", "--no-upright",
+        "--skip-small-photos", "--skip-small-videos", "--json", "--quiet", "--log", "--help", "--version"}) {
+    EXPECT_THAT(std::string(helpText()), HasSubstr(option));
+  }
+}
+
+}  // namespace kestrova::cli

@@ -1,0 +1,98 @@
+#include "cli/progress.h"
+
+#include <gmock/gmock.h>
+
+namespace kestrova::cli {
+
+namespace {
+
+using Stage = Standing::Stage;
+using std::chrono::seconds;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::int64_t megabyte = 1024 * 1024;
+
+Standing writing(std::int64_t done, std::int64_t found) {
+  return {Stage::writing, QStringLiteral("Copying"), {found, found * megabyte}, 0, {done, done * megabyte}};
+}
+
+std::string line(const Standing& standing, std::optional<seconds> left = {}, int width = 200) {
+  return progressLine(standing, left, width).toStdString();
+}
+
+}  // namespace
+
+TEST(CliProgress, CountsWhatAScanFinds) {
+  EXPECT_EQ(line({Stage::scanning, QStringLiteral("Analyzing source folders"), {12, 0}, 3, {}}),
+            "12 found, 3 duplicates  Analyzing source folders");
+}
+
+TEST(CliProgress, DrawsABarOfWhatIsDone) {
+  EXPECT_EQ(line(writing(5, 20)), "[=====>              ]  25%  5 of 20  Copying");
+  EXPECT_EQ(line(writing(20, 20)), "[====================] 100%  20 of 20  Copying");
+}
+
+TEST(CliProgress, NeverExceedsTheWidth) {
+  for (const int width : {0, 1, 10, 40}) EXPECT_EQ(line(writing(5, 20), seconds(9), width).size(), width);
+}
+
+TEST(CliProgress, SaysTheTimeLeftInFittingUnits) {
+  EXPECT_THAT(line(writing(1, 2), seconds(0)), HasSubstr("  1 s left  "));
+  EXPECT_THAT(line(writing(1, 2), seconds(59)), HasSubstr("  59 s left  "));
+  EXPECT_THAT(line(writing(1, 2), seconds(150)), HasSubstr("  3 min left  "));
+  EXPECT_THAT(line(writing(1, 2), seconds(7290)), HasSubstr("  2 h 1 min left  "));
+}
+
+TEST(CliProgress, GuessesTheTimeLeftFromTheWritingAlone) {
+  TimeLeft timeLeft;
+  const TimeLeft::Clock::time_point start{};
+  Standing standing = writing(10, 40);
+  standing.stage = Stage::planning;
+  EXPECT_FALSE(timeLeft.guess(standing, start));
+  EXPECT_FALSE(timeLeft.guess(writing(10, 40), start + seconds(100)));
+  EXPECT_FALSE(timeLeft.guess(writing(10, 40), start + seconds(105)));
+  EXPECT_EQ(timeLeft.guess(writing(20, 40), start + seconds(110)), seconds(20));
+  EXPECT_EQ(timeLeft.guess(writing(40, 40), start + seconds(130)), seconds(0));
+}
+
+TEST(CliProgress, SaysNothingOfAnEmptyRunsTime) {
+  TimeLeft timeLeft;
+  EXPECT_FALSE(timeLeft.guess({}, {}));
+  EXPECT_THAT(line({Stage::writing, {}, {}, 0, {}}), HasSubstr("  0%  0 of 0"));
+}
+
+TEST(CliProgress, EscapesTheStatus) {
+  EXPECT_THAT(line({Stage::scanning, QStringLiteral("\x1b[2J"), {}, 0, {}}), Not(HasSubstr("\x1b")));
+}
+
+TEST(CliProgress, AddsLinesWhereThereIsNoTerminal) {
+  testing::internal::CaptureStderr();
+  {
+    Progress progress(Progress::Mode::plain, {});
+    progress.show(writing(5, 20));
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), line(writing(5, 20)) + '\n');
+}
+
+TEST(CliProgress, IsSilentThereWhenARunIsShort) {
+  testing::internal::CaptureStderr();
+  Progress progress(Progress::Mode::plain, std::chrono::hours(1));
+  progress.show(writing(5, 20));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(CliProgress, DrawsOneLineOnATerminalAndTakesItAway) {
+  testing::internal::CaptureStderr();
+  {
+    Progress progress(Progress::Mode::terminal);
+    progress.show(writing(5, 20));
+    progress.show(writing(6, 20));
+  }
+  const std::string drawn = testing::internal::GetCapturedStderr();
+  EXPECT_THAT(drawn, HasSubstr("\r[=====>"));
+  EXPECT_THAT(drawn, testing::EndsWith("\r\x1b[K"));
+  EXPECT_THAT(drawn, Not(HasSubstr("\n")));
+}
+
+}  // namespace kestrova::cli

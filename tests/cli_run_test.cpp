@@ -1,0 +1,152 @@
+#include "cli/run.h"
+#include "support/temporary_folder.h"
+
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <pthread.h>
+
+// Runs with a file system that fails, or brings a signal, at a moment of the test's choice.
+
+namespace kestrova::cli {
+
+namespace {
+
+using test::TemporaryFolder;
+using test::writeFile;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// The host's file system, which tells the test of what is asked of it first.
+class WatchedFiles : public FileManager {
+ public:
+  std::function<void()> willReadAttributes = [] {};
+  std::function<void()> willCopy = [] {};
+
+  FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
+    willReadAttributes();
+    return system_->attributesOfItem(path);
+  }
+  std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
+    return system_->readPrefix(path, count);
+  }
+  FileResult<Bytes> readFile(const Path& path) const override { return system_->readFile(path); }
+  FileResult<void> createDirectory(const Path& folder) override { return system_->createDirectory(folder); }
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
+    willCopy();
+    return system_->stageCopy(from, to);
+  }
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
+    return system_->stageData(data, to);
+  }
+
+ private:
+  std::shared_ptr<FileManager> system_ = systemFileManager();
+};
+
+class CliRun : public testing::Test {
+ protected:
+  CliRun() {
+    for (const char* text : {"1", "22", "333", "4444"}) writeFile(in_ / (std::string(text) + ".jpg"), text);
+    arguments_.sources = {in_};
+    arguments_.target = out_;
+  }
+
+  Summary organise() { return cli::organise(arguments_, files_, stop_, progress_, tally_); }
+
+  /// A block that does something on its `number`th call.
+  static std::function<void()> atCall(int number, std::function<void()> block) {
+    return [left = number, block = std::move(block)]() mutable {
+      if (--left == 0) block();
+    };
+  }
+  static void fail() { throw std::runtime_error("out of order"); }
+  /// The user's Ctrl-C, and time to see it.
+  static std::function<void()> ctrlC() {
+    return [main = pthread_self()] {
+      pthread_kill(main, SIGINT);
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    };
+  }
+
+  TemporaryFolder root_;
+  Path in_ = root_ / "in";
+  Path out_ = root_ / "out";
+  Arguments arguments_;
+  std::shared_ptr<WatchedFiles> files_ = std::make_shared<WatchedFiles>();
+  StopSignals stop_;
+  Progress progress_{Progress::Mode::silent};
+  Tally tally_;
+};
+
+}  // namespace
+
+TEST_F(CliRun, CompletesAndCountsEveryFile) {
+  const Summary summary = organise();
+  EXPECT_EQ(summary.end, Summary::End::completed);
+  EXPECT_EQ(exitStatus(summary), 0);
+  EXPECT_EQ(summary.written.total.files, 4);
+  EXPECT_EQ(summary.written.total.bytes, 10);
+  EXPECT_EQ(tally_.settled().files, 4);
+}
+
+TEST_F(CliRun, EndsInErrorWhenAnOperationMeetsAnException) {
+  files_->willCopy = atCall(2, fail);
+  const Summary summary = organise();
+  EXPECT_EQ(summary.end, Summary::End::failed);
+  EXPECT_EQ(exitStatus(summary), 1);
+  EXPECT_EQ(summary.status, QStringLiteral("Error"));
+  EXPECT_EQ(summary.written.total.files, 1);
+  EXPECT_THAT(test::filesBelow(out_), SizeIs(1));
+}
+
+TEST_F(CliRun, EndsInErrorWhenPlanningMeetsAnException) {
+  for (const int call : {1, 4}) {
+    files_->willReadAttributes = atCall(call, fail);
+    const Summary summary = organise();
+    EXPECT_EQ(summary.end, Summary::End::failed);
+    EXPECT_EQ(summary.status, QStringLiteral("EXCEPTION copyFiles : out of order"));
+    EXPECT_THAT(test::filesBelow(out_), IsEmpty());
+  }
+}
+
+TEST_F(CliRun, StopsOnASignalThatCameFirst) {
+  std::raise(SIGTERM);
+  const Summary summary = organise();
+  EXPECT_EQ(exitStatus(summary), 130);
+  EXPECT_THAT(test::filesBelow(out_), IsEmpty());
+}
+
+TEST_F(CliRun, StopsWhilePlanning) {
+  for (const int call : {1, 4}) {
+    files_->willReadAttributes = atCall(call, ctrlC());
+    const Summary summary = organise();
+    EXPECT_EQ(summary.end, Summary::End::stopped);
+    EXPECT_EQ(summary.status, QStringLiteral("Stopped"));
+    EXPECT_THAT(test::filesBelow(out_), IsEmpty());
+  }
+}
+
+TEST_F(CliRun, FinishesTheFileInHandWhenStopped) {
+  files_->willCopy = atCall(2, ctrlC());
+  const Summary summary = organise();
+  EXPECT_EQ(exitStatus(summary), 130);
+  EXPECT_EQ(summary.written.total.files, 2);
+  EXPECT_EQ(summary.notReached.files, 2);
+  EXPECT_THAT(test::filesBelow(out_), SizeIs(2));
+}
+
+TEST_F(CliRun, DoesNotHangWhenAStoppedOperationMeetsAnException) {
+  files_->willCopy = atCall(1, [stop = ctrlC()] {
+    stop();
+    fail();
+  });
+  EXPECT_EQ(exitStatus(organise()), 130);
+}
+
+}  // namespace kestrova::cli
