@@ -20,11 +20,11 @@ struct PixelSize {
 
 /// What is to become of a photo.
 struct RewriteRequest {
-  /// The wanted pixel size of the written photo as it is *stored* when `upright` is off, and as it is *seen* when it
-  /// is on; absent keeps the size.
+  /// The wanted pixel size of the written photo as it is *stored* when `upright` is off, and as it is *seen*
+  /// when it is on; absent keeps the size.
   std::optional<PixelSize> size;
-  /// Turn the pixels upright by the stored orientation and set the orientation to 1. Otherwise the pixels stay as
-  /// they are stored, and so does the tag.
+  /// Turn the pixels upright by the stored orientation and set the orientation to 1. Otherwise the pixels
+  /// stay as they are stored, and so does the tag.
   bool upright = false;
 };
 
@@ -37,17 +37,15 @@ std::optional<ImageType> imageTypeOf(ByteView file);
 
 /// What a decoder would make of the photo, without decoding its pixels.
 struct ImageSize {
-  PixelSize stored;                ///< as the pixels lie in the file
-  std::int64_t orientation = 1;    ///< 1 to 8
-  PixelSize upright() const {
-    return orientation >= 5 ? PixelSize{stored.height, stored.width} : stored;
-  }
+  PixelSize stored;              ///< as the pixels lie in the file
+  std::int64_t orientation = 1;  ///< 1 to 8
+  PixelSize upright() const { return orientation >= 5 ? PixelSize{stored.height, stored.width} : stored; }
 };
 tl::expected<ImageSize, RewriteError> imageSizeOf(ByteView file);
 
-/// Writes a photo anew, in the type of its content, with everything but the named pixels carried over. A photo that
-/// does not decode whole and without a warning is an error: nothing of it is written. Memory stays within the bounds
-/// stated in image_limits.h. Pure and callable from any thread; it starts no threads.
+/// Writes a photo anew, in the type of its content, with everything but the named pixels carried over. A
+/// photo that does not decode whole and without a warning is an error: nothing of it is written. Memory stays
+/// within the bounds stated in image_limits.h. Pure and callable from any thread; it starts no threads.
 tl::expected<Bytes, RewriteError> rewritePhoto(ByteView file, const RewriteRequest& request);
 
 }  // namespace kestrova::imaging

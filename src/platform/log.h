@@ -20,7 +20,8 @@ inline bool isLogging() { return kestrovaLog().isInfoEnabled(); }
 /// A path for people to read: decoded as UTF-8, undecodable bytes replaced.
 QString displayPath(const Path& path);
 
-/// Makes `log` write bare texts to standard error, without Qt's decoration. Called once by each program's `main`.
+/// Makes `log` write bare texts to standard error, without Qt's decoration. Called once by each program's
+/// `main`.
 void installLog();
 
 }  // namespace kestrova

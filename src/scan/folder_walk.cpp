@@ -77,7 +77,7 @@ unsigned char typeOf(int folder, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN) return entry.d_type;
   struct stat status = {};
   if (::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) < 0) return DT_UNKNOWN;
-  return IFTODT(status.st_mode);
+  return static_cast<unsigned char>(IFTODT(status.st_mode));
 }
 
 class Walker {

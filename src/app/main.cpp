@@ -1,0 +1,51 @@
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "window/main_window.h"
+
+#include <QApplication>
+#include <cstdio>
+#include <cstring>
+
+using namespace kestrova;
+
+namespace {
+
+constexpr const char* usage =
+    "usage: kestrova [--help] [--version]\n"
+    "Opens the window that turns scattered photos and videos into one dated folder tree.\n"
+    "kestrova-cli does the same without a window.\n";
+
+// Answered before there is an application, as that takes a display.
+bool answers(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+      return std::fputs(usage, stdout) >= 0;
+    }
+    if (std::strcmp(argv[i], "--version") == 0) return std::puts("kestrova " KESTROVA_VERSION) >= 0;
+  }
+  return false;
+}
+
+Host systemHost() {
+  Host host;
+  host.files = systemFileManager();
+  host.defaults = standardUserDefaults();
+  host.power = systemPowerAssertions();
+  host.workspace = desktopWorkspace();
+  return host;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (answers(argc, argv)) return 0;
+  installLog();
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Kestrova"));
+  QApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
+  const MainQueueRunner runner;
+  MainWindow window(systemHost());
+  window.show();
+  window.controls().delegate.applicationDidFinishLaunching();
+  return QApplication::exec();
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kestrova::imaging {
+
+// What reading and writing one photo may cost. A photo that would need more counts as one that cannot be
+// decoded; it is turned down by its headers, before the memory is taken.
+
+/// Most pixels a photo may have.
+inline constexpr std::int64_t maxPixels = 1'000'000'000;
+
+/// Most bytes a decoder may hold at a time, and most that the decoded pixels of one photo may take up.
+inline constexpr std::int64_t maxWorkingBytes = 1'000'000'000;
+
+/// Most scans of a progressive JPEG: honest files have about ten, each one costs a pass over all pixels.
+inline constexpr int maxJpegScans = 100;
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "imaging/jpeg_decoder.h"
+#include "imaging/raster.h"
+#include "imaging/rewrite_plan.h"
+
+#include <vector>
+
+namespace kestrova::imaging {
+
+/// A JPEG's components, scaled and turned, ready to be encoded.
+struct JpegPlanes {
+  JpegFormat format;
+  PixelSize size;
+  std::vector<Raster> planes;
+};
+
+/// Decodes the photo's planes as the plan wants them. They are decoded at the smallest scale that leaves the
+/// filter half as much again as it has to give. The decoder must not have been started. Throws ImageError.
+JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan);
+
+}  // namespace kestrova::imaging

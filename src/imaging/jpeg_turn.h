@@ -1,0 +1,16 @@
+#pragma once
+
+#include "imaging/jpeg_decoder.h"
+#include "imaging/turn.h"
+
+namespace kestrova::imaging {
+
+/// Whether turning the coefficients gives exactly the picture turned: blocks that the edge cuts must not come
+/// to lie at the left or the top.
+bool turnsLosslessly(const JpegDecoder& decoder, const Turn& turn);
+
+/// The picture turned without decoding its pixels, with Huffman tables of its own and no application
+/// segments. The decoder must not have been started. Throws ImageError.
+Bytes turnCoefficients(JpegDecoder& decoder, const Turn& turn);
+
+}  // namespace kestrova::imaging

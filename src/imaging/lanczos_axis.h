@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace kestrova::imaging {
+
+/// How one axis of the result lies over that of the source: result sample i is centred on the source
+/// coordinate origin + (i + 0.5) * step, where source sample j reaches from j to j + 1.
+struct AxisMapping {
+  int sourceCount = 0;
+  int resultCount = 0;
+  double step = 1;
+  double origin = 0;
+
+  bool isIdentity() const { return sourceCount == resultCount && step == 1 && origin == 0; }
+};
+
+/// The mapping that lays the whole result over the whole source.
+inline AxisMapping wholeAxis(int sourceCount, int resultCount) {
+  return {sourceCount, resultCount, static_cast<double>(sourceCount) / resultCount, 0};
+}
+
+/// The weights of a Lanczos-3 filter (Lanczos-windowed sinc of three lobes), widened by the step when the
+/// axis shrinks. Weights of a sample sum to 1; beyond the edges nothing is made up, the weights that remain
+/// take over.
+class LanczosAxis {
+ public:
+  explicit LanczosAxis(const AxisMapping& mapping);
+
+  int resultCount() const { return static_cast<int>(first_.size()); }
+  int sourceCount() const { return sourceCount_; }
+  /// Weights a result sample has, a multiple of 4: those that are too many are 0.
+  int taps() const { return taps_; }
+  int first(int sample) const { return first_[static_cast<std::size_t>(sample)]; }
+  /// Source samples from the first that count.
+  int count(int sample) const { return count_[static_cast<std::size_t>(sample)]; }
+  const float* weights(int sample) const {
+    return weights_.data() + static_cast<std::size_t>(sample) * static_cast<std::size_t>(taps_);
+  }
+
+ private:
+  void weigh(int sample, double centre, double widening);
+
+  int sourceCount_;
+  int taps_;
+  std::vector<int> first_;
+  std::vector<int> count_;
+  std::vector<float> weights_;
+};
+
+}  // namespace kestrova::imaging

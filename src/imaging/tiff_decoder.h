@@ -1,0 +1,45 @@
+#pragma once
+
+#include "imaging/tiff_library.h"
+#include "imaging/tiff_pixels.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace kestrova::imaging {
+
+/// Decodes the first picture of a TIFF row by row, however it is cut into strips, tiles and planes.
+class TiffDecoder {
+ public:
+  /// Reads the directory; throws ImageError when the pixels are of a kind that cannot be written again. The
+  /// file has to outlive the decoder.
+  explicit TiffDecoder(ByteView file);
+
+  const TiffFormat& format() const { return format_; }
+
+  /// Decodes all rows, from the top: samples of one byte (also those of less than 8 bits) or two,
+  /// interleaved. Throws ImageError.
+  using TakeRow = std::function<void(const std::uint8_t* row)>;
+  void decode(const TakeRow& take);
+
+ private:
+  struct Tiles;
+
+  void readFormat();
+  void readColorMap();
+  void readExtraSamples();
+  void requireSupported();
+  void decodeStrips(const TakeRow& take);
+  void decodeTiles(const TakeRow& take);
+  void decodeBand(const Tiles& tiles, std::uint32_t top, Bytes& tile, Raster& band);
+  int planes() const { return separate_ ? format_.samplesPerPixel : 1; }
+  int samplesPerPlane() const { return separate_ ? 1 : format_.samplesPerPixel; }
+  void spread(const std::uint8_t* packed, std::int64_t pixels, int plane, std::uint8_t* row) const;
+
+  ByteView file_;
+  TiffHandle tiff_;
+  TiffFormat format_;
+  bool separate_ = false;
+};
+
+}  // namespace kestrova::imaging

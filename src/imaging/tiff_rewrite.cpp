@@ -1,0 +1,21 @@
+#include "imaging/tiff_rewrite.h"
+
+#include "imaging/exif_patch.h"
+#include "imaging/tiff_encoder.h"
+#include "imaging/tiff_metadata.h"
+#include "imaging/tiff_pixels.h"
+
+namespace kestrova::imaging {
+
+Bytes rewriteTiff(ByteView file, const RewritePlan& plan) {
+  const ExifPatch patch{plan.result(), plan.resetOrientation};
+  if (plan.keepsPixels()) {
+    verifyTiff(file);
+    Bytes result(file.begin(), file.end());
+    patchExif(result, patch);
+    return result;
+  }
+  return withMetadata(encodeTiff(decodeTiff(file, plan), file), file, patch);
+}
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,36 @@
+#include "window/alert_panel.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace kestrova {
+
+namespace {
+
+// The first button does what the alert is about, the others do not; each desktop has its own places for them.
+QList<QAbstractButton*> addButtons(QMessageBox& box, const QStringList& titles) {
+  QList<QAbstractButton*> buttons;
+  for (const QString& title : titles) {
+    buttons << box.addButton(title, buttons.isEmpty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+  }
+  box.setDefaultButton(static_cast<QPushButton*>(buttons.constFirst()));
+  box.setEscapeButton(buttons.constLast());
+  return buttons;
+}
+
+}  // namespace
+
+int WindowAlertPanel::runModal(const Alert& alert) {
+  QMessageBox box(&window_);
+  box.setWindowTitle(window_.windowTitle());
+  box.setIcon(QMessageBox::Warning);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(alert.messageText);
+  box.setInformativeText(alert.informativeText);
+  const auto buttons = addButtons(box, alert.buttons);
+  box.exec();
+  const auto index = buttons.indexOf(box.clickedButton());
+  return firstButtonReturn + static_cast<int>(index >= 0 ? index : buttons.size() - 1);
+}
+
+}  // namespace kestrova

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace kestrova {
+
+/// A combo box that shows a value of its own, which may differ from the selected item's text.
+class ValueComboBox : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+  const QString& displayedValue() const { return displayedValue_; }
+  void setDisplayedValue(const QString& value);
+
+ protected:
+  void initStyleOption(QStyleOptionComboBox* option) const override;
+  /// Only turns the choice when the user is at it, not when the pointer passes by.
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  QString displayedValue_;
+};
+
+}  // namespace kestrova

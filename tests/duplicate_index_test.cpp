@@ -1,0 +1,92 @@
+#include "scan/duplicate_index.h"
+
+#include <map>
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+
+namespace {
+
+using Kind = Sighting::Kind;
+
+class DuplicateIndex : public testing::Test {
+ protected:
+  /// Shows the index a file of this size whose fingerprint is the given text.
+  Sighting see(const std::string& path, std::uint64_t size, const std::string& fingerprint) {
+    fingerprints[path] = fingerprint;
+    return judgeFile(fileList, hashList, path, size, [this](const Path& file) {
+      ++reads[file.native()];
+      return fingerprints.at(file.native());
+    });
+  }
+  FileList fileList;
+  HashList hashList;
+  std::map<std::string, std::string> fingerprints;
+  std::map<std::string, int> reads;
+};
+
+}  // namespace
+
+TEST_F(DuplicateIndex, TakesTheFirstFileOfASizeAsNewWithoutReadingIt) {
+  EXPECT_EQ(see("/a", 7, "A").kind, Kind::newFile);
+  EXPECT_EQ(*fileList.find("7"), "/a");
+  EXPECT_TRUE(reads.empty());
+}
+
+TEST_F(DuplicateIndex, TakesACopyOfTheFirstFileAsItsDuplicate) {
+  see("/a", 7, "A");
+  const Sighting copy = see("/b", 7, "A");
+  EXPECT_EQ(copy.kind, Kind::duplicate);
+  EXPECT_EQ(copy.original, "/a");
+  EXPECT_EQ(copy.fingerprint, "A");
+  EXPECT_EQ(fileList.size(), 1U);
+}
+
+TEST_F(DuplicateIndex, KeepsADifferentFileOfTheSameSizeUnderFingerprintAndSize) {
+  see("/a", 7, "A");
+  EXPECT_EQ(see("/b", 7, "B").kind, Kind::sameFileSize);
+  EXPECT_EQ(*fileList.find("B7"), "/b");
+  EXPECT_EQ(fileList.size(), 2U);
+}
+
+TEST_F(DuplicateIndex, PassesOverAFileThatEqualsALaterOneOfItsSize) {
+  see("/a", 7, "A");
+  see("/b", 7, "B");
+  const Sighting third = see("/c", 7, "B");
+  EXPECT_EQ(third.kind, Kind::passedOver);
+  EXPECT_EQ(third.original, "/b");
+  EXPECT_EQ(fileList.size(), 2U);
+}
+
+TEST_F(DuplicateIndex, DoesNotCompareFilesOfDifferentSizes) {
+  see("/a", 7, "A");
+  EXPECT_EQ(see("/b", 8, "A").kind, Kind::newFile);
+  EXPECT_TRUE(reads.empty());
+}
+
+TEST_F(DuplicateIndex, ReadsTheFirstFileOfASizeOnlyOnce) {
+  see("/a", 7, "A");
+  for (const char* path : {"/b", "/c", "/d"}) see(path, 7, path);
+  EXPECT_EQ(reads["/a"], 1);
+  EXPECT_EQ(hashList.size(), 1U);
+  EXPECT_EQ(hashList.at("/a"), "A");
+}
+
+TEST_F(DuplicateIndex, ListsFilesInTheOrderInWhichTheyWereSeen) {
+  see("/z", 1, "Z");
+  see("/a", 2, "A");
+  see("/m", 1, "M");
+  std::string order;
+  for (const auto& entry : fileList) order += entry.path;
+  EXPECT_EQ(order, "/z/a/m");
+}
+
+TEST_F(DuplicateIndex, IsEmptyAfterClearing) {
+  see("/a", 7, "A");
+  fileList.clear();
+  EXPECT_TRUE(fileList.empty());
+  EXPECT_EQ(fileList.find("7"), nullptr);
+}
+
+}  // namespace kestrova

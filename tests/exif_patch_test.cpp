@@ -1,0 +1,102 @@
+#include "imaging/exif_patch.h"
+
+#include "imaging/photo_properties.h"
+#include "support/sample_media.h"
+
+#include <algorithm>
+#include <random>
+
+#include <gtest/gtest.h>
+
+namespace kestrova::imaging {
+namespace {
+
+using namespace kestrova::test;
+
+Bytes sampleBlock(bool bigEndian) {
+  return exifBlock({.width = 640,
+                    .height = 480,
+                    .orientation = 6,
+                    .exifPixelSize = true,
+                    .bigEndian = bigEndian,
+                    .thumbnail = true,
+                    .makerNoteBytes = 100})
+      .encode();
+}
+
+PhotoProperties read(const Bytes& block) {
+  Bytes file{0xFF, 0xD8};
+  const Bytes segment = exifSegment(block);
+  file.insert(file.end(), segment.begin(), segment.end());
+  return readPhotoProperties(file).value();
+}
+
+std::size_t differences(const Bytes& one, const Bytes& other) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < one.size(); ++i) count += std::size_t{one[i] != other[i]};
+  return count;
+}
+
+class ExifPatchTest : public testing::TestWithParam<bool> {};
+
+TEST_P(ExifPatchTest, WritesOrientationAndPixelSizeWhereTheyStand) {
+  const Bytes source = sampleBlock(GetParam());
+  Bytes block = source;
+  patchExif(block, {PixelSize{100, 70}, true});
+  EXPECT_EQ(read(block).orientation, 1);
+  EXPECT_EQ(read(block).pixelWidth, 100);
+  EXPECT_EQ(read(block).pixelHeight, 70);
+  EXPECT_LE(differences(source, block), 5U);
+}
+
+TEST_P(ExifPatchTest, KeepsTheOrientationWhenThePixelsWereNotTurned) {
+  Bytes block = sampleBlock(GetParam());
+  patchExif(block, {PixelSize{100, 70}, false});
+  EXPECT_EQ(read(block).orientation, 6);
+}
+
+TEST_P(ExifPatchTest, LeavesAPreviewOutThatCannotBeMadeOver) {
+  Bytes block = sampleBlock(GetParam());
+  remakePreview(block, [](auto) { return 0U; });
+  bool asked = false;
+  remakePreview(block, [&](auto) { return asked = true, 1U; });
+  EXPECT_FALSE(asked);
+}
+
+TEST_P(ExifPatchTest, StatesTheLengthOfAPreviewThatWasMadeOver) {
+  Bytes block = sampleBlock(GetParam());
+  remakePreview(block, [](std::span<std::uint8_t> preview) {
+    EXPECT_EQ(preview[0], 0xFF);
+    EXPECT_EQ(preview[1], 0xD8);
+    return std::size_t{123};
+  });
+  std::size_t length = 0;
+  remakePreview(block, [&](std::span<std::uint8_t> preview) { return length = preview.size(); });
+  EXPECT_EQ(length, 123U);
+}
+
+TEST_P(ExifPatchTest, StandsWhateverTheBytesAre) {
+  std::mt19937 random(3);
+  const Bytes source = sampleBlock(GetParam());
+  for (int i = 0; i < 5000; ++i) {
+    Bytes block = source;
+    block.resize(i % 2 == 0 ? block.size() : random() % block.size());
+    for (int change = 0; change < 8 && !block.empty(); ++change) {
+      block[random() % std::min<std::size_t>(block.size(), change % 2 == 0 ? 160 : block.size())] =
+          static_cast<std::uint8_t>(random());
+    }
+    const std::size_t size = block.size();
+    remakePreview(block, [](std::span<std::uint8_t> preview) {
+      std::ranges::fill(preview, std::uint8_t{0});
+      return preview.size();
+    });
+    patchExif(block, {PixelSize{70'000, 70}, true});
+    ASSERT_EQ(block.size(), size);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(ByteOrders, ExifPatchTest, testing::Bool(),
+                         [](const auto& type) { return type.param ? "BigEndian" : "LittleEndian"; });
+
+}  // namespace
+}  // namespace kestrova::imaging

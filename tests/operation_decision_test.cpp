@@ -1,0 +1,87 @@
+#include "planning/operation_decision.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+
+namespace {
+
+using Handler = PlanEntry::Handler;
+
+const PlanningOptions bothFilters{.filterSmallPhotos = true, .filterSmallVideos = true};
+
+FileFacts photo(std::uint64_t size) { return {size, true, false}; }
+FileFacts video(std::uint64_t size) { return {size, false, true}; }
+
+ImageMetadata picture(std::optional<std::int64_t> width, std::optional<std::int64_t> height) {
+  ImageMetadata metadata;
+  metadata.pixelWidth = width;
+  metadata.pixelHeight = height;
+  return metadata;
+}
+
+ImageMetadata turned(std::int64_t orientation) {
+  ImageMetadata metadata;
+  metadata.orientation = orientation;
+  return metadata;
+}
+
+}  // namespace
+
+TEST(OperationDecision, FiltersAPhotoOf19999BytesAndKeepsOneOf20000) {
+  EXPECT_TRUE(isSmallFile(photo(19999), bothFilters));
+  EXPECT_FALSE(isSmallFile(photo(20000), bothFilters));
+}
+
+TEST(OperationDecision, FiltersAVideoOf1999999BytesAndKeepsOneOf2000000) {
+  EXPECT_TRUE(isSmallFile(video(1999999), bothFilters));
+  EXPECT_FALSE(isSmallFile(video(2000000), bothFilters));
+}
+
+TEST(OperationDecision, FiltersByKind) {
+  EXPECT_FALSE(isSmallFile(video(100), {.filterSmallPhotos = true}));
+  EXPECT_FALSE(isSmallFile(photo(100), {.filterSmallVideos = true}));
+  EXPECT_FALSE(isSmallFile({100, false, false}, bothFilters));
+  EXPECT_FALSE(isSmallFile(photo(0), {}));
+}
+
+TEST(OperationDecision, FiltersAPhotoWithASideBelow400Pixels) {
+  EXPECT_TRUE(isSmallPicture(picture(4000, 399), bothFilters));
+  EXPECT_TRUE(isSmallPicture(picture(399, 4000), bothFilters));
+  EXPECT_FALSE(isSmallPicture(picture(400, 400), bothFilters));
+  EXPECT_FALSE(isSmallPicture(picture(10, 10), {}));
+}
+
+TEST(OperationDecision, DoesNotFilterAPhotoWithAnUnknownSide) {
+  EXPECT_FALSE(isSmallPicture(picture(std::nullopt, 10), bothFilters));
+  EXPECT_FALSE(isSmallPicture(picture(10, std::nullopt), bothFilters));
+}
+
+TEST(OperationDecision, HandsAPhotoToResizingWhenItIsToShrink) {
+  EXPECT_EQ(chooseHandler(photo(1), {}, {.resolution = 1}), Handler::resize);
+  EXPECT_EQ(chooseHandler(photo(1), {}, {.resolution = 0}), Handler::copy);
+}
+
+TEST(OperationDecision, CopiesAVideoWhateverTheResolution) {
+  EXPECT_EQ(chooseHandler(video(1), {}, {.rotate = true, .resolution = 2}), Handler::copy);
+}
+
+TEST(OperationDecision, HandsATurnedPhotoToResizingOnlyWhenItIsToStandUpright) {
+  EXPECT_EQ(chooseHandler(photo(1), turned(6), {.rotate = true}), Handler::resize);
+  EXPECT_EQ(chooseHandler(photo(1), turned(6), {.rotate = false}), Handler::copy);
+  EXPECT_EQ(chooseHandler(photo(1), turned(1), {.rotate = true}), Handler::copy);
+  EXPECT_EQ(chooseHandler(photo(1), {}, {.rotate = true}), Handler::copy);
+}
+
+TEST(OperationDecision, KeepsTheSizeWhenNoResolutionIsChosen) {
+  EXPECT_EQ(chooseHandler(photo(1), turned(1), {.rotate = true, .resolution = -1}), Handler::copy);
+  EXPECT_EQ(chooseHandler(photo(1), turned(8), {.rotate = true, .resolution = -1}), Handler::resize);
+}
+
+TEST(OperationDecision, NamesAFileOfBothKindsAsAVideo) {
+  EXPECT_EQ(mediaKindOf({1, true, true}), MediaKind::video);
+  EXPECT_EQ(mediaKindOf(photo(1)), MediaKind::photo);
+  EXPECT_EQ(mediaKindOf({1, false, false}), MediaKind::other);
+}
+
+}  // namespace kestrova

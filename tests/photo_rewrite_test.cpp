@@ -1,0 +1,292 @@
+#include "imaging/photo_rewrite.h"
+
+#include "imaging/photo_properties.h"
+#include "support/external_tool.h"
+#include "support/photo_tags.h"
+#include "support/sample_media.h"
+#include "support/temporary_folder.h"
+
+#include <functional>
+#include <random>
+#include <string>
+#include <tuple>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+namespace kestrova::imaging {
+
+void PrintTo(ImageType type, std::ostream* stream) {
+  *stream << (type == ImageType::jpeg ? "JPEG" : type == ImageType::png ? "PNG" : "TIFF");
+}
+
+namespace {
+
+using namespace kestrova::test;
+using testing::Combine;
+using testing::IsEmpty;
+using testing::Range;
+using testing::Values;
+
+Bytes photoOf(ImageType type, const SamplePhoto& photo) {
+  switch (type) {
+    case ImageType::jpeg:
+      return jpegPhoto(photo);
+    case ImageType::png:
+      return pngPhoto(photo);
+    case ImageType::tiff:
+      break;
+  }
+  return tiffPhoto(photo);
+}
+
+Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
+  const auto result = rewritePhoto(file, request);
+  if (!result) ADD_FAILURE() << result.error().reason;
+  return result.value_or(Bytes());
+}
+
+std::string nameOf(ImageType type) {
+  return type == ImageType::jpeg ? "Jpeg" : type == ImageType::png ? "Png" : "Tiff";
+}
+
+/// How like two decodings of the same pixels have to be: a JPEG that cannot be turned without loss is encoded
+/// again.
+double turnedLikeness(ImageType type) { return type == ImageType::jpeg ? 38 : 999; }
+
+/// Turned by ImageMagick, which is told the orientation: it does not look for it in every type.
+Picture turnedPicture(const Path& file, std::int64_t orientation,
+                      const std::vector<std::string>& scaling = {}) {
+  static const std::vector<std::string> names{"TopLeft", "TopRight", "BottomRight", "BottomLeft",
+                                              "LeftTop", "RightTop", "RightBottom", "LeftBottom"};
+  std::vector<std::string> operations{"-orient", names.at(static_cast<std::size_t>(orientation - 1)),
+                                      "-auto-orient"};
+  operations.insert(operations.end(), scaling.begin(), scaling.end());
+  return pictureOf(file, operations);
+}
+
+using OrientedType = std::tuple<ImageType, int>;
+
+class OrientedPhotoTest : public testing::TestWithParam<OrientedType> {
+ protected:
+  ImageType type() const { return std::get<0>(GetParam()); }
+  int orientation() const { return std::get<1>(GetParam()); }
+  SamplePhoto sample(int width, int height) const {
+    return {.width = width,
+            .height = height,
+            .orientation = orientation(),
+            .exifPixelSize = true,
+            .thumbnail = true};
+  }
+  /// The photo as a viewer that honours its tag shows it.
+  Picture seen(const Bytes& photo, const std::vector<std::string>& scaling = {}) const {
+    return turnedPicture(writeFile(folder_ / "seen", photo), *readPhotoProperties(photo)->orientation,
+                         scaling);
+  }
+  Picture stored(const Bytes& photo) const { return pictureOf(writeFile(folder_ / "stored", photo)); }
+  TemporaryFolder folder_;
+};
+
+TEST_P(OrientedPhotoTest, StandsUprightInWholeBlocks) {
+  const Bytes source = photoOf(type(), sample(208, 144));
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_EQ(readPhotoProperties(result)->orientation, 1);
+  EXPECT_GE(likeness(seen(source), stored(result)), type() == ImageType::jpeg ? 48 : 999);
+}
+
+TEST_P(OrientedPhotoTest, StandsUprightInAnySize) {
+  const Bytes source = photoOf(type(), sample(203, 141));
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_EQ(readPhotoProperties(result)->orientation, 1);
+  EXPECT_GE(likeness(seen(source), stored(result)), turnedLikeness(type()));
+}
+
+TEST_P(OrientedPhotoTest, StandsUprightWhenScaled) {
+  const Bytes source = photoOf(type(), sample(403, 301));
+  const PixelSize whole = imageSizeOf(source)->upright();
+  const PixelSize wanted{whole.width * 2 / 5, whole.height * 2 / 5};
+  const Bytes result = mustRewrite(source, {wanted, true});
+  EXPECT_EQ(imageSizeOf(result)->stored, wanted);
+  const std::string size = std::to_string(wanted.width) + "x" + std::to_string(wanted.height) + "!";
+  EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
+            type() == ImageType::jpeg ? 33 : 45);
+}
+
+TEST_P(OrientedPhotoTest, KeepsPixelsAndTagAsStoredWhenNotToBeTurned) {
+  const Bytes source = photoOf(type(), sample(203, 141));
+  const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
+  EXPECT_EQ(readPhotoProperties(result)->orientation, orientation());
+  EXPECT_EQ(imageSizeOf(result)->stored, (PixelSize{101, 70}));
+  const std::string size = orientation() >= 5 ? "70x101!" : "101x70!";
+  EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
+            type() == ImageType::jpeg ? 31 : 45);
+}
+
+TEST_P(OrientedPhotoTest, ReportsItsSizeAsStoredAndAsSeen) {
+  const auto size = imageSizeOf(photoOf(type(), sample(203, 141)));
+  ASSERT_TRUE(size);
+  EXPECT_EQ(size->orientation, orientation());
+  EXPECT_EQ(size->stored, (PixelSize{203, 141}));
+  EXPECT_EQ(size->upright(), (orientation() >= 5 ? PixelSize{141, 203} : PixelSize{203, 141}));
+}
+
+class OrientedJpegTest : public OrientedPhotoTest {};
+
+TEST_P(OrientedJpegTest, HasAPreviewThatIsTurnedWithIt) {
+  const Bytes source = photoOf(type(), sample(416, 288));
+  const auto preview = [&](const std::string& name, const Bytes& photo) {
+    const Path path = writeFile(folder_ / name, photo);
+    return writeFile(folder_ / (name + ".preview"),
+                     runTool("exiftool", {"-b", "-ThumbnailImage", path.native()}).output);
+  };
+  const auto expected = turnedPicture(preview("source", source), orientation());
+  EXPECT_GE(likeness(expected, pictureOf(preview("result", mustRewrite(source, {std::nullopt, true})))), 30);
+}
+
+std::string orientedName(const testing::TestParamInfo<OrientedType>& test) {
+  return nameOf(std::get<0>(test.param)) + std::to_string(std::get<1>(test.param));
+}
+
+INSTANTIATE_TEST_SUITE_P(AllTypes, OrientedPhotoTest,
+                         Combine(Values(ImageType::jpeg, ImageType::png, ImageType::tiff), Range(1, 9)),
+                         orientedName);
+INSTANTIATE_TEST_SUITE_P(Previews, OrientedJpegTest, Combine(Values(ImageType::jpeg), Range(1, 9)),
+                         orientedName);
+
+class PhotoTypeTest : public testing::TestWithParam<ImageType> {
+ protected:
+  TemporaryFolder folder_;
+};
+
+/// A photo with as much metadata as exiftool can put into its type.
+Bytes richPhoto(const TemporaryFolder& folder, ImageType type) {
+  const Path path = writeFile(folder / ("rich." + nameOf(type)),
+                              photoOf(type, {.width = 320,
+                                             .height = 200,
+                                             .orientation = 6,
+                                             .makerNoteBytes = type == ImageType::jpeg ? 300U : 0U}));
+  const ToolRun run =
+      runTool("exiftool", {"-q",
+                           "-q",
+                           "-overwrite_original",
+                           "-GPSLatitude=48.2",
+                           "-GPSLatitudeRef=N",
+                           "-GPSLongitude=16.3",
+                           "-GPSLongitudeRef=E",
+                           "-XMP-dc:Title=Title",
+                           "-XMP-dc:Subject=one",
+                           "-XMP-xmp:Rating=4",
+                           "-Artist=Ärtist",
+                           "-Copyright=Copy",
+                           "-ExposureTime=1/250",
+                           "-FNumber=2.8",
+                           "-LensModel=Lens",
+                           "-UserComment=a comment",
+                           "-XResolution=300",
+                           "-YResolution=300",
+                           type == ImageType::png ? "-PNG:Comment=text" : "-IPTC:Keywords=keyword",
+                           type == ImageType::jpeg ? "-Comment=a JPEG comment" : "-Software=software",
+                           path.native()});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  const std::string bytes = readFile(path);
+  return {bytes.begin(), bytes.end()};
+}
+
+TEST_P(PhotoTypeTest, LosesNoTagByScaling) {
+  const Bytes source = richPhoto(folder_, GetParam());
+  const Tags before = tagsOf(writeFile(folder_ / "source", source));
+  ASSERT_GE(before.size(), 25U);
+  const Bytes result = mustRewrite(source, {PixelSize{160, 100}, false});
+  EXPECT_THAT(unexpectedChanges(before, tagsOf(writeFile(folder_ / "result", result))), IsEmpty());
+}
+
+TEST_P(PhotoTypeTest, LosesNoTagByTurning) {
+  const Bytes source = richPhoto(folder_, GetParam());
+  const Tags before = tagsOf(writeFile(folder_ / "source", source));
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_THAT(unexpectedChanges(before, tagsOf(writeFile(folder_ / "result", result))), IsEmpty());
+}
+
+TEST_P(PhotoTypeTest, KeepsItsPixelsWhenThereIsNothingToDo) {
+  const Bytes source = photoOf(GetParam(), {.width = 203, .height = 141, .orientation = 6});
+  const Bytes result = mustRewrite(source, {std::nullopt, false});
+  const auto before = pictureOf(writeFile(folder_ / "source", source));
+  EXPECT_EQ(likeness(before, pictureOf(writeFile(folder_ / "result", result))), 999);
+}
+
+TEST_P(PhotoTypeTest, IsAnErrorWhereverItIsCutOff) {
+  const Bytes source = photoOf(GetParam(), {.width = 120, .height = 80, .orientation = 6});
+  for (std::size_t size = 0; size < source.size(); size += 1 + source.size() / 97) {
+    const Bytes cut(source.begin(), source.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_FALSE(rewritePhoto(cut, {PixelSize{60, 40}, true})) << size << " of " << source.size() << " bytes";
+    EXPECT_FALSE(rewritePhoto(cut, {std::nullopt, false}))
+        << size << " of " << source.size() << " bytes, kept";
+  }
+}
+
+/// Makes the checksums of a PNG's chunks right again, or else they would keep all damage from the decoder.
+void repairChecksums(Bytes& file) {
+  const auto numberAt = [&](std::size_t at) {
+    return std::size_t{file[at]} << 24 | std::size_t{file[at + 1]} << 16 | std::size_t{file[at + 2]} << 8 |
+           file[at + 3];
+  };
+  if (imageTypeOf(file) != ImageType::png) return;
+  for (std::size_t at = 8; at + 12 <= file.size() && numberAt(at) <= file.size() - at - 12;) {
+    const std::size_t end = at + 8 + numberAt(at);
+    const unsigned long sum = crc32_z(0, file.data() + at + 4, end - at - 4);
+    for (std::size_t i = 0; i < 4; ++i) file[end + i] = static_cast<std::uint8_t>(sum >> (24 - 8 * i));
+    at = end + 4;
+  }
+}
+
+Bytes mutated(const Bytes& source, std::mt19937& random) {
+  Bytes file = source;
+  for (auto changes = 1 + random() % 6; changes > 0; --changes) {
+    const std::size_t range = random() % 3 == 0 ? file.size() : std::min<std::size_t>(file.size(), 800);
+    file[random() % range] = static_cast<std::uint8_t>(random());
+  }
+  if (random() % 4 == 0) file.resize(random() % file.size());
+  if (random() % 4 != 0) repairChecksums(file);
+  return file;
+}
+
+TEST_P(PhotoTypeTest, StandsAThousandMutations) {
+  const Bytes source = photoOf(GetParam(), {.width = 96, .height = 64, .orientation = 7, .thumbnail = true});
+  std::mt19937 random(11);
+  int written = 0;
+  for (int i = 0; i < 1000; ++i) {
+    const Bytes file = mutated(source, random);
+    const bool upright = random() % 2 == 0;
+    const auto scaled = rewritePhoto(file, {PixelSize{37, 41}, upright});
+    const auto kept = rewritePhoto(file, {std::nullopt, upright});
+    for (const auto& result : {scaled, kept}) {
+      if (!result) continue;
+      ++written;
+      EXPECT_TRUE(imageSizeOf(*result).has_value()) << "mutation " << i;
+    }
+  }
+  EXPECT_GT(written, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg, ImageType::png, ImageType::tiff),
+                         [](const auto& test) { return nameOf(test.param); });
+
+TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {
+  for (const Bytes& file : {Bytes{}, Bytes{0xFF}, Bytes{0xFF, 0xD8, 0xFF},
+                            Bytes{'G', 'I', 'F', '8', '9', 'a'}, Bytes(100, 0), videoFile(5000)}) {
+    EXPECT_FALSE(rewritePhoto(file, {std::nullopt, true}));
+    EXPECT_FALSE(imageSizeOf(file));
+  }
+}
+
+TEST(PhotoRewrite, TurnsDownSizesThatNoPictureHas) {
+  const Bytes photo = jpegPhoto({.width = 64, .height = 48});
+  for (const PixelSize& size :
+       {PixelSize{0, 10}, PixelSize{10, -1}, PixelSize{70'000, 10}, PixelSize{60'000, 60'000}}) {
+    EXPECT_FALSE(rewritePhoto(photo, {size, false})) << size.width << "x" << size.height;
+  }
+}
+
+}  // namespace
+}  // namespace kestrova::imaging

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "app/main_interface.h"
+#include "support/temporary_folder.h"
+
+#include <QStringList>
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace kestrova::test {
+
+/// Collects the log's lines for as long as it lives, from any thread.
+class LogCapture {
+ public:
+  LogCapture();
+  ~LogCapture();
+  LogCapture(const LogCapture&) = delete;
+  LogCapture& operator=(const LogCapture&) = delete;
+
+  QStringList lines() const;
+  bool holds(const QString& line) const { return lines().contains(line); }
+  qsizetype count(const QString& start) const;
+};
+
+/// Counts what is created and released.
+class FakePowerAssertions : public PowerAssertions {
+ public:
+  std::optional<std::uint32_t> create(const QString& reason) override;
+  void release(std::uint32_t identifier) override;
+
+  std::vector<QString> reasons() const;
+  std::vector<std::uint32_t> released() const;
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<QString> reasons_;
+  std::vector<std::uint32_t> released_;
+};
+
+/// The whole program without a window, on a source and a target folder of its own. Settings are loaded.
+class HeadlessProgram {
+ public:
+  explicit HeadlessProgram(std::shared_ptr<FileManager> files = systemFileManager(),
+                           std::shared_ptr<UserDefaults> defaults = volatileUserDefaults());
+  ~HeadlessProgram();
+
+  TemporaryFolder folder;
+  const Path source = folder / "source";
+  const Path target = folder / "target";
+  std::shared_ptr<FakePowerAssertions> power = std::make_shared<FakePowerAssertions>();
+  LogCapture log;
+  std::unique_ptr<MainInterface> interface;
+
+  OrganiseManager& manager() { return interface->manager; }
+
+  /// Chooses both folders.
+  void chooseFolders();
+  /// Presses Start with both folders chosen and returns when nothing is left to do.
+  void run();
+  void press(const std::shared_ptr<Button>& button);
+  /// Returns when the queue holds no operation and what was posted has run.
+  void waitUntilEnded();
+  /// Runs the main queue until the condition holds; fails the test when it never does.
+  void waitUntil(const std::function<bool()>& condition);
+  /// Runs what was posted until now.
+  static void settle();
+  QString status() const { return interface->lblStatus->stringValue(); }
+  /// Every status text since the program began.
+  const QStringList& statusTexts() const { return statusTexts_; }
+  std::vector<std::string> targetFiles() const { return filesBelow(target); }
+
+ private:
+  QStringList statusTexts_;
+};
+
+/// A file that looks like a photo to anything that reads no pixels: the size counts, and the seed tells files
+/// apart.
+Path writePhoto(const Path& path, std::size_t size, char seed = 'a');
+
+/// Sets a file's modification time, given as a local time "yyyy:MM:dd HH:mm:ss".
+void setModified(const Path& path, std::string_view localTime);
+
+}  // namespace kestrova::test

@@ -1,0 +1,78 @@
+#include "planning/target_naming.h"
+
+#include "support/headless_program.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+
+namespace {
+
+const DateParts wednesday{2014, 5, 21, 13, 45, 2, 4};
+
+std::optional<Path> folder(int format, const DateParts& date = wednesday) {
+  return targetFolder("/t", format, date, englishMonths(), englishDays());
+}
+
+}  // namespace
+
+TEST(TargetNaming, NamesTheFolderByTheChosenFormat) {
+  EXPECT_EQ(folder(0), Path("/t/2014/05/21-May-2014 Wednesday"));
+  EXPECT_EQ(folder(1), Path("/t/2014/05/21-May Wednesday"));
+  EXPECT_EQ(folder(2), Path("/t/2014/05/21"));
+}
+
+TEST(TargetNaming, HasNoFolderForAnyOtherFormat) {
+  EXPECT_FALSE(folder(-1).has_value());
+  EXPECT_FALSE(folder(3).has_value());
+}
+
+TEST(TargetNaming, CallsMonth5MayAndWeekday1Sunday) {
+  EXPECT_EQ(englishMonths().at(4), "May");
+  EXPECT_EQ(englishDays().at(0), "Sunday");
+  EXPECT_EQ(folder(0, {2015, 12, 27, 0, 0, 0, 1}), Path("/t/2015/12/27-December-2015 Sunday"));
+}
+
+TEST(TargetNaming, PadsEveryNumberOfADate) {
+  EXPECT_EQ(folder(2, {987, 1, 2, 3, 4, 5, 1}), Path("/t/0987/01/02"));
+  EXPECT_EQ(targetFileName(MediaKind::photo, {2015, 1, 1, 0, 0, 0, 5}, 7, QStringLiteral("jpg")),
+            "PHOTO_20150101000000_7.JPG");
+}
+
+TEST(TargetNaming, NamesAFileByKindTimeAndSize) {
+  EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 2345678, QStringLiteral("jpg")),
+            "PHOTO_20140521134502_2345678.JPG");
+  EXPECT_EQ(targetFileName(MediaKind::video, wednesday, 10, QStringLiteral("MoV")),
+            "VIDEO_20140521134502_10.MOV");
+}
+
+TEST(TargetNaming, NamesAFileThatIsNeitherWithoutAnUnderscore) {
+  EXPECT_EQ(targetFileName(MediaKind::other, wednesday, 512, QStringLiteral("txt")),
+            "FILE20140521134502_512.TXT");
+}
+
+TEST(TargetNaming, GivesTwoFilesOfOneSizeAndSecondTheSameName) {
+  EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 9, QStringLiteral("jpg")),
+            targetFileName(MediaKind::photo, wednesday, 9, QStringLiteral("JPG")));
+}
+
+TEST(TargetNaming, WritesASizeBeyond32BitsInFull) {
+  EXPECT_EQ(targetFileName(MediaKind::video, wednesday, 18446744073709551615U, QStringLiteral("mp4")),
+            "VIDEO_20140521134502_18446744073709551615.MP4");
+}
+
+TEST(TargetNaming, KeepsATargetFolderThatIsNoText) {
+  EXPECT_EQ(targetFolder("/t\xff%20", 2, wednesday, englishMonths(), englishDays()),
+            Path("/t\xff%20/2014/05/21"));
+}
+
+TEST(TextMonth, SaysJanuaryFor1To11AndNothingElse) {
+  test::HeadlessProgram program;
+  EXPECT_EQ(program.manager().textMonth(5), QStringLiteral("January"));
+  EXPECT_EQ(program.manager().textMonth(1), QStringLiteral("January"));
+  EXPECT_EQ(program.manager().textMonth(11), QStringLiteral("January"));
+  EXPECT_EQ(program.manager().textMonth(12), QString());
+  EXPECT_EQ(program.manager().textMonth(0), QString());
+}
+
+}  // namespace kestrova

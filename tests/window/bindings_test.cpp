@@ -1,0 +1,156 @@
+#include "window/bindings.h"
+
+#include "window/elided_label.h"
+#include "window/value_combo_box.h"
+#include "window/visible_text.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace kestrova {
+
+namespace {
+
+constexpr int patience = 60'000;  // milliseconds
+
+template <typename Condition>
+bool eventually(Condition condition) {
+  return QTest::qWaitFor(condition, patience);
+}
+
+TEST(FrameRefresh, CopiesAControlThatChangesManyTimesOnlyOnceAFrame) {
+  FrameRefresh refresh;
+  const auto field = std::make_shared<TextField>();
+  QStringList copies;
+  refresh.bind(field, [&] { copies << field->stringValue(); });
+  for (int i = 1; i <= 100'000; ++i) field->setStringValue(QString::number(i));
+  EXPECT_TRUE(eventually([&] { return copies.size() > 1; }));
+  QTest::qWait(100);
+  EXPECT_EQ(copies, QStringList({QString(), QStringLiteral("100000")}));
+}
+
+TEST(FrameRefresh, LetsGoOfTheControlsWhenItEnds) {
+  const auto field = std::make_shared<TextField>();
+  {
+    FrameRefresh refresh;
+    refresh.bind(field, [] {});
+  }
+  EXPECT_FALSE(field->didChange);
+  field->setStringValue(QStringLiteral("unseen"));
+}
+
+TEST(Bindings, ATextFieldShowsMarkupAsItStands) {
+  FrameRefresh refresh;
+  const auto field = std::make_shared<TextField>();
+  QLabel label;
+  bindTextField(refresh, field, label);
+  field->setStringValue(QStringLiteral("<b>a\nb</b>"));
+  EXPECT_TRUE(eventually([&] { return label.text() == QStringLiteral("<b>a\u240ab</b>"); }));
+  EXPECT_EQ(label.textFormat(), Qt::PlainText);
+}
+
+TEST(Bindings, AButtonActsOnTheControlAndTakesItsTitle) {
+  FrameRefresh refresh;
+  const auto button = std::make_shared<Button>();
+  int clicks = 0;
+  button->action = [&] { ++clicks; };
+  button->setTitle(QStringLiteral("Start"));
+  QPushButton widget;
+  bindButton(refresh, button, widget);
+  EXPECT_EQ(widget.text(), QStringLiteral("&Start"));
+  QTest::mouseClick(&widget, Qt::LeftButton);
+  button->setEnabled(false);
+  EXPECT_TRUE(eventually([&] { return !widget.isEnabled(); }));
+  QTest::mouseClick(&widget, Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST(Bindings, ACheckBoxShowsTheMixedStateUntilItIsClicked) {
+  FrameRefresh refresh;
+  const auto box = std::make_shared<CheckBox>();
+  box->setState(CheckBox::mixed);
+  QCheckBox widget;
+  bindCheckBox(refresh, box, widget);
+  EXPECT_EQ(widget.checkState(), Qt::PartiallyChecked);
+  QTest::mouseClick(&widget, Qt::LeftButton, {}, {8, widget.height() / 2});
+  EXPECT_EQ(box->state(), CheckBox::on);
+  EXPECT_TRUE(eventually([&] { return !widget.isTristate(); }));
+  EXPECT_EQ(widget.checkState(), Qt::Checked);
+}
+
+TEST(Bindings, AProgressBarMovesWithoutAnEndWhileNoneIsKnown) {
+  FrameRefresh refresh;
+  const auto progress = std::make_shared<ProgressIndicator>();
+  QProgressBar bar;
+  bindProgressBar(refresh, progress, bar);
+  EXPECT_EQ(bar.maximum(), 100);
+  progress->setIndeterminate(true);
+  progress->startAnimation();
+  EXPECT_TRUE(eventually([&] { return bar.maximum() == 0; }));
+  progress->stopAnimation();
+  EXPECT_TRUE(eventually([&] { return bar.maximum() == 1; })) << "stands still";
+  progress->setIndeterminate(false);
+  progress->setMaxValue(5300);
+  progress->setDoubleValue(1240);
+  EXPECT_TRUE(eventually([&] { return bar.value() == 1240 && bar.maximum() == 5300; }));
+}
+
+TEST(Bindings, AProgressBarNeverPassesItsEnd) {
+  FrameRefresh refresh;
+  const auto progress = std::make_shared<ProgressIndicator>();
+  progress->setMaxValue(10);
+  progress->setDoubleValue(1e12);
+  QProgressBar bar;
+  bindProgressBar(refresh, progress, bar);
+  EXPECT_EQ(bar.value(), 10);
+  progress->setMaxValue(0);
+  EXPECT_TRUE(eventually([&] { return bar.value() == 0; }));
+}
+
+QImage pictureOf(int index, const QString& displayed) {
+  ValueComboBox combo;
+  combo.addItems({QStringLiteral("One"), QStringLiteral("Two")});
+  combo.setCurrentIndex(index);
+  combo.setDisplayedValue(displayed);
+  combo.resize(120, 30);
+  return combo.grab().toImage();
+}
+
+TEST(ValueComboBox, PaintsTheDisplayedValueNotTheSelectedItem) {
+  const QString one = QStringLiteral("One");
+  EXPECT_EQ(pictureOf(0, one), pictureOf(1, one));
+  EXPECT_NE(pictureOf(0, one), pictureOf(0, QStringLiteral("Two")));
+}
+
+TEST(ElidedLabel, NeverAsksForTheWidthOfItsText) {
+  ElidedLabel label;
+  label.setText(QString(1000, u'x'));
+  EXPECT_EQ(label.minimumSizeHint().width(), 0);
+  EXPECT_GT(label.minimumSizeHint().height(), 0);
+}
+
+TEST(ElidedLabel, ShowsItsPlaceholderOnlyWhileEmpty) {
+  const auto picture = [](const QString& text, const QString& placeholder) {
+    ElidedLabel label;
+    label.setText(text);
+    label.setPlaceholderText(placeholder);
+    label.resize(200, 30);
+    return label.grab().toImage();
+  };
+  const QString hint = QStringLiteral("hint");
+  EXPECT_NE(picture({}, hint), picture({}, {}));
+  EXPECT_EQ(picture(QStringLiteral("path"), hint), picture(QStringLiteral("path"), {}));
+}
+
+TEST(VisibleText, PicturesControlCharacters) {
+  EXPECT_EQ(visibleText(QStringLiteral("a\tb\x7f")), QStringLiteral("a\u2409b\u2421"));
+}
+
+}  // namespace
+
+}  // namespace kestrova
