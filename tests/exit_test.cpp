@@ -120,7 +120,7 @@ TEST_F(Exit, LinksOpenTheirAddresses) {
   EXPECT_TRUE(opened[0].endsWith(QStringLiteral("/help")));
   EXPECT_TRUE(opened[1].endsWith(QStringLiteral("/requestfeature.html#feature")));
   EXPECT_TRUE(opened[2].startsWith(QStringLiteral("macappstore://")));
-  EXPECT_TRUE(opened[2].contains(QStringLiteral("id=")));
+  EXPECT_TRUE(opened[2].contains(QStringLiteral("addUserReview?id=")));
   EXPECT_TRUE(opened[2].endsWith(QStringLiteral("displayable-kind=30")));
   EXPECT_TRUE(opened[3].contains(QStringLiteral("/sharer/sharer.php?u=http")));
   EXPECT_TRUE(opened[4].contains(

@@ -49,8 +49,8 @@ void OrganiseManager::gotoHelp(const Control*) {
 }
 
 void OrganiseManager::gotoReviewPage(const Control*) {
-  open(host_, QStringLiteral("macappstore://itunes.apple.com/WebObjects/MZStore.woa/wa/"
-                             "viewContentsUserReviews?id=" KESTROVA_STORE_ID "&displayable-kind=30"));
+  open(host_, QStringLiteral("macappstore://userpub.itunes.apple.com/WebObjects/MZUserPublishing.woa/wa/"
+                             "addUserReview?id=" KESTROVA_STORE_ID "&displayable-kind=30"));
 }
 
 void OrganiseManager::requestNewFeature(const Control*) {
@@ -62,10 +62,10 @@ void OrganiseManager::shareFacebook(const Control*) {
 }
 
 void OrganiseManager::shareTwitter(const Control*) {
-  const QString address = QStringLiteral(
-      "https://twitter.com/share?hashtags=kestrova&text=This is all in one solution to organise your photo "
-      "and video folders : "
-      "&url=" KESTROVA_SITE);
+  const QString text =
+      QStringLiteral("This is all in one solution to organise your photo and video folders : ");
+  const QString address = QStringLiteral("https://twitter.com/share?hashtags=kestrova&text=") + text +
+                          QStringLiteral("&url=" KESTROVA_SITE);
   open(host_, QString(address).replace(u' ', QStringLiteral("%20")));
 }
 
