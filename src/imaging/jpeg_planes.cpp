@@ -92,6 +92,7 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
     throw ImageError("the picture is too large for a JPEG");
   }
   const JpegFormat format = writableFormat(decoder.format());
+  requireAffordable(plan, static_cast<std::int64_t>(format.components.size()));
   decoder.start(decodeScale(plan));
   std::vector<RasterScaler> scalers;
   for (std::size_t i = 0; i < format.components.size(); ++i)
