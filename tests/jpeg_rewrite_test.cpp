@@ -8,6 +8,7 @@
 #include "support/temporary_folder.h"
 
 #include <algorithm>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -243,6 +244,48 @@ TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
   EXPECT_TRUE(secondPicture(result).empty());
   EXPECT_FALSE(contains(result, second));
   EXPECT_EQ(outlineJpeg(result)->imageEnd, result.size());
+}
+
+TEST_F(MultiPictureTest, StandsAThousandMutations) {
+  const Bytes second = jpegPhoto({.width = 64, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = withSegments(
+      multiPicture(jpegPhoto({.width = 64, .height = 48, .orientation = 6, .thumbnail = true}), second),
+      {jpegSegment(0xED, named(std::string_view("Photoshop 3.0\0"
+                                                "8BIM\4\x0C\0\0\0\0\0\10",
+                                                26),
+                               60, 1))});
+  std::mt19937 random(17);
+  int written = 0;
+  for (int i = 0; i < 1000; ++i) {
+    Bytes file = source;
+    for (auto changes = 1 + random() % 5; changes > 0; --changes) {
+      const std::size_t range = random() % 2 == 0 ? 260 : file.size();
+      file[random() % range] = static_cast<std::uint8_t>(random());
+    }
+    const auto result = rewritePhoto(file, {PixelSize{24, 32}, random() % 2 == 0});
+    if (!result) continue;
+    ++written;
+    EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << "mutation " << i;
+  }
+  EXPECT_GT(written, 100);
+}
+
+TEST(JpegRewrite, LeavesPhotoshopsPreviewOutWhenItTurns) {
+  const auto resource = [](std::uint8_t low, std::uint8_t filler) {
+    Bytes block{'8', 'B', 'I', 'M', 4, low, 0, 0, 0, 0, 0, 5};
+    block.resize(block.size() + 6, filler);
+    return block;
+  };
+  const Bytes preview = resource(0x0C, 7);
+  const Bytes other = resource(0x04, 9);
+  Bytes payload = named(std::string_view("Photoshop 3.0\0", 14), 0, 0);
+  for (const Bytes& part : {other, preview, other}) payload.insert(payload.end(), part.begin(), part.end());
+  const Bytes source =
+      withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {jpegSegment(0xED, payload)});
+  Bytes both = other;
+  both.insert(both.end(), other.begin(), other.end());
+  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), both));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), preview));
 }
 
 /// The file with the two numbers of its frame header changed.
