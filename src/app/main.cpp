@@ -1,6 +1,7 @@
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "window/main_window.h"
+#include "window/translations.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -43,8 +44,10 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Kestrova"));
   QApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
+  QGuiApplication::setDesktopFileName(QStringLiteral("example.kestrova.Kestrova"));
+  installTranslations(QLocale());
   const MainQueueRunner runner;
-  MainWindow window(systemHost());
+  MainWindow window(systemHost(), systemDesktopStatus());
   window.show();
   window.controls().delegate.applicationDidFinishLaunching();
   return QApplication::exec();

@@ -6,7 +6,9 @@ namespace kestrova {
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("MainInterface", text); }
+struct Items {
+  Q_DECLARE_TR_FUNCTIONS(Items)
+};
 
 }  // namespace
 
@@ -23,12 +25,14 @@ MainInterface::MainInterface(Host host) : manager(std::move(host)) {
 MainInterface::~MainInterface() = default;
 
 void MainInterface::layOut() {
-  comboCopy->setItems({tr("Photos and videos"), tr("Photos only"), tr("Videos only")});
-  comboPhotoFormats->setItems({tr("JPEG"), tr("JPEG and TIFF"), tr("JPEG, TIFF and PNG")});
+  comboCopy->setItems({Items::tr("Photos and videos"), Items::tr("Photos only"), Items::tr("Videos only")});
+  comboPhotoFormats->setItems(
+      {Items::tr("JPEG"), Items::tr("JPEG and TIFF"), Items::tr("JPEG, TIFF and PNG")});
   // Samples of folder names, which are English in every language.
   comboFolderFormat->setItems({QStringLiteral("2014/05/21-May-2014 Wednesday"),
                                QStringLiteral("2014/05/21-May Wednesday"), QStringLiteral("2014/05/21")});
-  comboResolution->setItems({tr("Original size"), tr("720P (1280 x 720)"), tr("1080P (1920 x 1080)")});
+  comboResolution->setItems(
+      {Items::tr("Original size"), Items::tr("720P (1280 x 720)"), Items::tr("1080P (1920 x 1080)")});
   chkRotate->setState(CheckBox::on);
   buttonStart->setTitle(QStringLiteral("Start"));
   buttonStop->setTitle(QStringLiteral("Stop"));

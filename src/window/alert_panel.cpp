@@ -1,5 +1,7 @@
 #include "window/alert_panel.h"
 
+#include "window/shown_text.h"
+
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -11,7 +13,8 @@ namespace {
 QList<QAbstractButton*> addButtons(QMessageBox& box, const QStringList& titles) {
   QList<QAbstractButton*> buttons;
   for (const QString& title : titles) {
-    buttons << box.addButton(title, buttons.isEmpty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+    buttons << box.addButton(shownText(title),
+                             buttons.isEmpty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
   }
   box.setDefaultButton(static_cast<QPushButton*>(buttons.constFirst()));
   box.setEscapeButton(buttons.constLast());
@@ -22,11 +25,11 @@ QList<QAbstractButton*> addButtons(QMessageBox& box, const QStringList& titles) 
 
 int WindowAlertPanel::runModal(const Alert& alert) {
   QMessageBox box(&window_);
-  box.setWindowTitle(window_.windowTitle());
+  box.setWindowTitle(QStringLiteral("Kestrova"));
   box.setIcon(QMessageBox::Warning);
   box.setTextFormat(Qt::PlainText);
-  box.setText(alert.messageText);
-  box.setInformativeText(alert.informativeText);
+  box.setText(shownText(alert.messageText));
+  box.setInformativeText(shownText(alert.informativeText));
   const auto buttons = addButtons(box, alert.buttons);
   box.exec();
   const auto index = buttons.indexOf(box.clickedButton());

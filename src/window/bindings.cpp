@@ -1,5 +1,6 @@
 #include "window/bindings.h"
 
+#include "window/shown_text.h"
 #include "window/value_combo_box.h"
 #include "window/visible_text.h"
 
@@ -19,9 +20,10 @@ void copyState(const Control& control, QWidget& widget) {
   widget.setVisible(!control.isHidden());
 }
 
-// The designed text tells which letter of its title Alt goes with; in other titles it is the first.
-QString withMnemonic(const QString& title, const QString& designed) {
-  return QString(designed).remove(u'&') == title ? designed : u'&' + title;
+// Whoever hears a number must hear of what.
+void nameAccessibly(QLabel& label, const QString& meaning) {
+  if (meaning.isEmpty()) return;
+  label.setAccessibleName(label.text().isEmpty() ? meaning : meaning + QStringLiteral(": ") + label.text());
 }
 
 Qt::CheckState checkState(int state) {
@@ -47,17 +49,20 @@ void copyProgress(const ProgressIndicator& progress, QProgressBar& bar) {
 
 }  // namespace
 
-void bindTextField(FrameRefresh& refresh, const std::shared_ptr<TextField>& field, QLabel& label) {
+void bindTextField(FrameRefresh& refresh, const std::shared_ptr<TextField>& field, QLabel& label,
+                   Wording wording) {
   label.setTextFormat(Qt::PlainText);
-  refresh.bind(field, [field, &label] {
-    label.setText(visibleText(field->stringValue()));
+  refresh.bind(field, [field, &label, wording, meaning = label.accessibleName()] {
+    const QString& text = field->stringValue();
+    label.setText(visibleText(wording ? wording(text) : text));
+    nameAccessibly(label, meaning);
     copyState(*field, label);
   });
 }
 
 void bindButton(FrameRefresh& refresh, const std::shared_ptr<Button>& button, QAbstractButton& widget) {
-  refresh.bind(button, [button, &widget, designed = widget.text()] {
-    const QString text = withMnemonic(button->title(), designed);
+  refresh.bind(button, [button, &widget] {
+    const QString text = shownTitle(button->title());
     if (widget.text() != text) widget.setText(text);
     copyState(*button, widget);
   });

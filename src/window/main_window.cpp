@@ -1,11 +1,13 @@
 #include "window/main_window.h"
 
+#include "platform/file_url.h"
 #include "ui_main_window.h"
 #include "window/alert_panel.h"
 #include "window/bindings.h"
 #include "window/dropped_folders.h"
 #include "window/folder_panel.h"
-#include "window/progress_text.h"
+#include "window/readable_palette.h"
+#include "window/shown_text.h"
 #include "window/visible_text.h"
 
 #include <QDropEvent>
@@ -23,9 +25,14 @@ constexpr double headingScale = 1.15;
 
 }  // namespace
 
-MainWindow::MainWindow(Host host)
-    : interface_(completed(std::move(host))), ui_(std::make_unique<Ui::MainWindow>()) {
+MainWindow::MainWindow(Host host, std::shared_ptr<DesktopStatus> desktop)
+    : workspace_(host.workspace),
+      desktop_(std::move(desktop)),
+      interface_(completed(std::move(host))),
+      ui_(std::make_unique<Ui::MainWindow>()),
+      dropHighlight_(*this) {
   ui_->setupUi(this);
+  useReadableColors();
   layOut();
   bindFolders();
   bindOptions();
@@ -42,6 +49,16 @@ Host MainWindow::completed(Host host) {
   if (!host.alertPanel) host.alertPanel = std::make_shared<WindowAlertPanel>(*this);
   if (!host.terminate) host.terminate = [this] { terminate(); };
   return host;
+}
+
+void MainWindow::useReadableColors() {
+  const QPalette colors = readableColors(QGuiApplication::palette());
+  if (colors != palette()) setPalette(colors);
+}
+
+bool MainWindow::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange) useReadableColors();
+  return QMainWindow::event(event);
 }
 
 // --- Folders ---
@@ -74,15 +91,29 @@ void MainWindow::showSources() {
   ui_->buttonRemoveSource->setEnabled(false);
 }
 
+bool MainWindow::isOverTarget(QPointF place) const {
+  return ui_->targetStep->rect().contains(ui_->targetStep->mapFrom(this, place.toPoint()));
+}
+
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (!foldersIn(*event->mimeData()).empty()) event->acceptProposedAction();
 }
 
+void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
+  if (isOverTarget(event->position()))
+    dropHighlight_.showOver(*ui_->targetStep, tr("Make this the target folder"));
+  else
+    dropHighlight_.showOver(*ui_->sourceList, tr("Add to the source folders"));
+  event->acceptProposedAction();
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent*) { dropHighlight_.hide(); }
+
 void MainWindow::dropEvent(QDropEvent* event) {
+  dropHighlight_.hide();
   const auto folders = foldersIn(*event->mimeData());
   if (folders.empty()) return;
-  const QPoint place = ui_->targetStep->mapFrom(this, event->position().toPoint());
-  if (ui_->targetStep->rect().contains(place)) {
+  if (isOverTarget(event->position())) {
     interface_.manager.setTarget(folders.front());
   } else {
     for (const Path& folder : folders) interface_.manager.addSource(folder);
@@ -153,33 +184,37 @@ void MainWindow::keepNumbersInPlace() {
   const int sizeWidth = metrics.horizontalAdvance(QStringLiteral("8888888.88 MB"));
   for (auto* label : {ui_->lblTotalCount, ui_->trgTotalCount}) label->setMinimumWidth(countWidth);
   for (auto* label : {ui_->lblTotalSize, ui_->trgTotalSize}) label->setMinimumWidth(sizeWidth);
-  const QString longest = progressText({RunProgress::Stage::executing, 88'888, 88'888});
-  ui_->progressText->setMinimumWidth(ui_->progressText->fontMetrics().horizontalAdvance(longest));
 }
 
 // --- Run ---
 
 void MainWindow::bindRun() {
-  bindTextField(refresh_, interface_.lblStatus, *ui_->lblStatus);
+  bindTextField(refresh_, interface_.lblStatus, *ui_->lblStatus, shownText);
   bindButton(refresh_, interface_.buttonStart, *ui_->buttonStart);
   bindButton(refresh_, interface_.buttonStop, *ui_->buttonStop);
   bindProgressBar(refresh_, interface_.processBar, *ui_->processBar);
   bindProgressBar(refresh_, interface_.sourceProgress, *ui_->sourceProgress);
-  refresh_.didRefresh = [this] { showProgress(); };
+  display_ = std::make_unique<RunDisplay>(*this, *ui_, interface_, tally_, desktop_);
+  refresh_.didRefresh = [this] { display_->refresh(); };
+  interface_.manager.verdictListener = [this](const Verdict& verdict) { tally_.add(verdict); };
+  interface_.buttonStart->action = [this] { start(); };
+  connect(ui_->buttonOpenTarget, &QPushButton::clicked, &refresh_, [this] { openTarget(); });
   const auto* shortcut = new QShortcut(Qt::CTRL | Qt::Key_Return, this);
   connect(shortcut, &QShortcut::activated, ui_->buttonStart, &QPushButton::click);
 }
 
-void MainWindow::showProgress() {
-  using Stage = RunProgress::Stage;
-  const ProgressIndicator& search = *interface_.sourceProgress;
-  const ProgressIndicator& bar = *interface_.processBar;
-  const auto stage = !search.isIndeterminate() ? Stage::none  // what the first search makes it, for good
-                     : !search.isHidden()      ? Stage::scanning
-                     : bar.isIndeterminate()   ? Stage::planning
-                                               : Stage::executing;
-  const auto done = static_cast<std::int64_t>(bar.doubleValue());
-  ui_->progressText->setText(progressText({stage, interface_.manager.sTotalCount, done}));
+// What the last run has left to know goes when another one begins, before its workers count anew.
+void MainWindow::start() {
+  auto& manager = interface_.manager;
+  const auto queue = manager.processQueue;
+  if (!queue || queue->operationCount() == 0) tally_.clear();
+  manager.startProcess(interface_.buttonStart.get());
+  if (manager.processQueue != queue) display_->begin();
+}
+
+void MainWindow::openTarget() {
+  const auto target = interface_.manager.targetPath.get();
+  if (target && workspace_) workspace_->openUrl(QString::fromStdString(fileUrlString(*target)));
 }
 
 // --- Menus and end ---

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "app/main_interface.h"
+#include "window/drop_highlight.h"
 #include "window/frame_refresh.h"
+#include "window/run_display.h"
+#include "window/run_tally.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -18,8 +21,9 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// What is absent of the host's panels and its `terminate` is the window's own.
-  explicit MainWindow(Host host);
+  /// What is absent of the host's panels and its `terminate` is the window's own. Without a desktop nothing
+  /// is shown outside the window.
+  explicit MainWindow(Host host, std::shared_ptr<DesktopStatus> desktop = nullptr);
   ~MainWindow() override;
 
   MainInterface& controls() { return interface_; }
@@ -29,11 +33,15 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool event(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
   Host completed(Host host);
+  void useReadableColors();
   void layOut();
   void keepNumbersInPlace();
   void bindFolders();
@@ -43,10 +51,17 @@ class MainWindow : public QMainWindow {
   void bindRun();
   void bindMenus();
   void showSources();
-  void showProgress();
+  bool isOverTarget(QPointF place) const;
+  void start();
+  void openTarget();
 
+  RunTally tally_;  // workers of the interface's controller write to it
+  std::shared_ptr<Workspace> workspace_;
+  std::shared_ptr<DesktopStatus> desktop_;
   MainInterface interface_;
   std::unique_ptr<Ui::MainWindow> ui_;
+  DropHighlight dropHighlight_;
+  std::unique_ptr<RunDisplay> display_;
   FrameRefresh refresh_;  // ends before what it refers to
   bool isAsking_ = false;
 };

@@ -1,13 +1,21 @@
 #include "window/value_combo_box.h"
 
+#include "window/accessible_combo_box.h"
+
+#include <QAccessible>
 #include <QStyleOptionComboBox>
 #include <QWheelEvent>
 
 namespace kestrova {
 
+ValueComboBox::ValueComboBox(QWidget* parent) : QComboBox(parent) { AccessibleComboBox::install(); }
+
 void ValueComboBox::setDisplayedValue(const QString& value) {
+  if (displayedValue_ == value) return;
   displayedValue_ = value;
   update();
+  QAccessibleEvent changed(this, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&changed);
 }
 
 void ValueComboBox::initStyleOption(QStyleOptionComboBox* option) const {

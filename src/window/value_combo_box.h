@@ -4,10 +4,13 @@
 
 namespace kestrova {
 
-/// A combo box that shows a value of its own, which may differ from the selected item's text.
+/// A combo box that shows a value of its own, which may differ from the selected item's text. Screen readers
+/// are told the shown one, as its name; its label names it by relation.
 class ValueComboBox : public QComboBox {
+  Q_OBJECT
+
  public:
-  using QComboBox::QComboBox;
+  explicit ValueComboBox(QWidget* parent = nullptr);
 
   const QString& displayedValue() const { return displayedValue_; }
   void setDisplayedValue(const QString& value);

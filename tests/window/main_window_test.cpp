@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDragEnterEvent>
+#include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -136,13 +137,23 @@ TEST_F(AWindow, RemovesTheSelectedRowsByButton) {
 
 class ADrop : public AWindow {
  protected:
-  void drop(const Path& path, QPoint place) {
+  /// Comes into the window there.
+  void drag(const Path& path, QPoint place) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path.native()))});
     QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
     QApplication::sendEvent(window.get(), &enter);
     isTaken = enter.isAccepted();
     if (!isTaken) return;
+    QDragMoveEvent moved(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &moved);
+  }
+  DropHighlight& highlight() { return *window->findChild<DropHighlight*>(); }
+  void drop(const Path& path, QPoint place) {
+    drag(path, place);
+    if (!isTaken) return;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path.native()))});
     QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
     QApplication::sendEvent(window.get(), &drop);
   }
@@ -175,6 +186,29 @@ TEST_F(ADrop, OnTheSecondStepSetsTheTarget) {
   EXPECT_TRUE(rows().isEmpty());
 }
 
+TEST_F(ADrop, IsAnnouncedWhereItWouldLand) {
+  open();
+  EXPECT_FALSE(highlight().isVisible());
+  drag(folder.path(), middleOf("sourceList"));
+  EXPECT_TRUE(highlight().isVisible());
+  EXPECT_EQ(highlight().promise(), QStringLiteral("Add to the source folders"));
+  EXPECT_TRUE(highlight().geometry().contains(middleOf("sourceList")));
+  drag(folder.path(), middleOf("targetStep"));
+  EXPECT_EQ(highlight().promise(), QStringLiteral("Make this the target folder"));
+  EXPECT_TRUE(highlight().geometry().contains(middleOf("targetStep")));
+  EXPECT_FALSE(highlight().geometry().contains(middleOf("sourceList")));
+  EXPECT_EQ(receiverAt(middleOf("targetStep")), window.get()) << "the highlight is not in the way";
+  QDragLeaveEvent leave;
+  QApplication::sendEvent(window.get(), &leave);
+  EXPECT_FALSE(highlight().isVisible());
+}
+
+TEST_F(ADrop, IsNoLongerAnnouncedOnceItIsDone) {
+  open();
+  drop(folder.path(), middleOf("sourceList"));
+  EXPECT_FALSE(highlight().isVisible());
+}
+
 TEST_F(ADrop, OfAFileIsRefused) {
   open();
   drop(writeFile(folder / "a.jpg", "photo"), middleOf("sourceList"));
@@ -186,6 +220,7 @@ TEST_F(AWindow, IsReachedWhollyByTheTabKey) {
   addThreeSources();
   selectRow(0);
   controls().buttonStop->setEnabled(true);
+  widget<QWidget>("buttonOpenTarget").show();
   frame();
   QStringList reached;
   auto* first = &widget<QWidget>("sourceList");
@@ -197,7 +232,7 @@ TEST_F(AWindow, IsReachedWhollyByTheTabKey) {
   EXPECT_EQ(reached.join(u' ').toStdString(),
             "sourceList buttonAddSource buttonRemoveSource buttonChooseTarget comboCopy comboPhotoFormats "
             "comboFolderFormat comboResolution chkRotate chkFilterSmallPhotos chkFilterSmallVideos "
-            "buttonStart buttonStop");
+            "buttonOpenTarget buttonStart buttonStop");
 }
 
 TEST_F(AWindow, HasADifferentMnemonicForEachThing) {
@@ -216,29 +251,69 @@ TEST_F(AWindow, HasADifferentMnemonicForEachThing) {
     EXPECT_FALSE(owners.contains(mnemonic)) << qPrintable(text + u' ' + owners.value(mnemonic));
     owners.insert(mnemonic, text);
   }
-  EXPECT_EQ(owners.size(), 18);
+  EXPECT_EQ(owners.size(), 19);
 }
 
-TEST_F(AWindow, FitsASmallScreen) {
-  open();
-  EXPECT_LE(window->minimumSizeHint().width(), 1000);
-  EXPECT_LE(window->minimumSizeHint().height(), 540);
-}
-
-TEST_F(AWindow, OpensTheLinksOfItsMenu) {
-  open();
-  for (const char* name : {"actionHelp", "actionRequestFeature", "btnReview", "actionShareFacebook",
-                           "actionShareTwitter", "actionShareGooglePlus", "actionSharePinterest"}) {
-    window->findChild<QAction*>(QString::fromLatin1(name))->trigger();
+class AMenu : public AWindow {
+ protected:
+  /// Opens a menu by keys and presses its entry with the pointer, as often as there are titles.
+  void press(std::initializer_list<const char*> path) {
+    QWidget* place = window->menuBar();
+    for (const char* title : path) {
+      QAction* entry = entryOf(*place, title);
+      ASSERT_NE(entry, nullptr) << title;
+      const QRect area = qobject_cast<QMenuBar*>(place) != nullptr
+                             ? static_cast<QMenuBar*>(place)->actionGeometry(entry)
+                             : static_cast<QMenu*>(place)->actionGeometry(entry);
+      QTest::mouseClick(place, Qt::LeftButton, {}, area.center());
+      if (entry->menu() == nullptr) return;
+      ASSERT_TRUE(eventually([entry] { return entry->menu()->isVisible(); })) << title;
+      place = entry->menu();
+    }
   }
-  ASSERT_EQ(workspace->addresses.size(), 7);
-  EXPECT_TRUE(workspace->addresses[0].endsWith(QStringLiteral("/help")));
-  EXPECT_TRUE(workspace->addresses[1].endsWith(QStringLiteral("/requestfeature.html#feature")));
-  EXPECT_TRUE(workspace->addresses[2].startsWith(QStringLiteral("macappstore:")));
-  EXPECT_TRUE(workspace->addresses[3].contains(QStringLiteral("facebook")));
-  EXPECT_TRUE(workspace->addresses[4].contains(QStringLiteral("twitter")));
-  EXPECT_TRUE(workspace->addresses[5].contains(QStringLiteral("plus.google")));
-  EXPECT_TRUE(workspace->addresses[6].contains(QStringLiteral("pinterest")));
+
+ private:
+  static QAction* entryOf(const QWidget& place, const char* title) {
+    for (QAction* action : place.actions()) {
+      if (action->text().remove(u'&') == QString::fromUtf8(title)) return action;
+    }
+    return nullptr;
+  }
+};
+
+TEST_F(AMenu, OpensTheSevenAddresses) {
+  open();
+  press({"Help", "Help"});
+  press({"Help", "Suggest a feature"});
+  press({"Help", "Write a review"});
+  for (const char* service : {"Facebook", "Twitter", "Google+", "Pinterest"})
+    press({"Help", "Share", service});
+  const QString site = QStringLiteral(KESTROVA_SITE);
+  EXPECT_THAT(
+      workspace->addresses,
+      ElementsAre(
+          site + QStringLiteral("/help"), site + QStringLiteral("/requestfeature.html#feature"),
+          QStringLiteral("macappstore://userpub.itunes.apple.com/WebObjects/MZUserPublishing.woa/wa/"
+                         "addUserReview?id=" KESTROVA_STORE_ID "&displayable-kind=30"),
+          QStringLiteral("https://www.facebook.com/sharer/sharer.php?u=") + site,
+          QStringLiteral("https://twitter.com/share?hashtags=kestrova&text=This%20is%20all%20in%20one%20"
+                         "solution%20to%20organise%20your%20photo%20and%20video%20folders%20:%20&url=") +
+              site,
+          QStringLiteral("https://plus.google.com/share?url=") + site,
+          QStringLiteral("https://pinterest.com/pin/create/link/?url=") + site));
+}
+
+TEST_F(AMenu, ChoosesFoldersAndQuits) {
+  open();
+  folders->answer = Path("/sources/a");
+  press({"File", "Add source folder…"});
+  folders->answer = Path("/target");
+  press({"File", "Choose target folder…"});
+  press({"File", "Quit"});
+  EXPECT_THAT(rows(), ElementsAre(QStringLiteral("/sources/a")));
+  EXPECT_EQ(controls().manager.targetPath.get(), Path("/target"));
+  ASSERT_EQ(alerts->alerts.size(), 1U);
+  EXPECT_EQ(alerts->alerts[0].buttons, QStringList({QStringLiteral("Exit"), QStringLiteral("Cancel")}));
 }
 
 /// Runs the application's loop until the program ends; nothing when it had to be ended by force.
@@ -251,6 +326,15 @@ std::optional<int> resultAfter(Request request) {
   force.start(500);
   const int result = QApplication::exec();
   return result == byForce ? std::nullopt : std::optional(result);
+}
+
+TEST_F(AWindow, SavesBeforeItAsks) {
+  open();
+  QFile::remove(settingsFile());
+  bool wereSaved = false;
+  alerts->onRun = [&] { wereSaved = saved("selectedCopy").isValid(); };
+  EXPECT_FALSE(window->close());
+  EXPECT_TRUE(wereSaved);
 }
 
 TEST_F(AWindow, AsksBeforeItIsClosed) {

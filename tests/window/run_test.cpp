@@ -3,6 +3,7 @@
 #include <QProgressBar>
 #include <QTimer>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <semaphore>
 #include <thread>
@@ -186,6 +187,109 @@ TEST_F(ARun, ThatFindsNothingSaysSo) {
   EXPECT_FALSE(isEnabled("buttonStart"));
   EXPECT_EQ(title("buttonStart"), QStringLiteral("Pause"));
   EXPECT_TRUE(isEnabled("buttonStop"));
+}
+
+TEST_F(ARun, ThatFindsNothingSaysHowToGoOn) {
+  std::filesystem::create_directory(folder / "in");
+  openWithFolders();
+  click("buttonStart");
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("remainderBox").isVisible(); }));
+  EXPECT_TRUE(text("remainderText").contains(QStringLiteral("close Kestrova and open it again")));
+  EXPECT_EQ(window->windowTitle(), QStringLiteral("Kestrova"));
+}
+
+TEST_F(ARun, ShowsItsShareInTheTitleAndTheTaskBar) {
+  writeAlbum();
+  holdCopies();
+  openWithFolders();
+  EXPECT_EQ(window->windowTitle(), QStringLiteral("Kestrova"));
+  click("buttonStart");
+  ASSERT_TRUE(isExecuting());
+  EXPECT_TRUE(eventually([this] { return window->windowTitle() == QStringLiteral("0% - Kestrova"); }));
+  permits.release();
+  EXPECT_TRUE(eventually([this] { return window->windowTitle() == QStringLiteral("33% - Kestrova"); }));
+  EXPECT_EQ(desktop->shares.back(), 0.33);
+  click("buttonStart");
+  EXPECT_TRUE(
+      eventually([this] { return window->windowTitle() == QStringLiteral("33% (paused) - Kestrova"); }));
+  click("buttonStart");
+  letGo();
+  ASSERT_TRUE(waitForStatus("Completed"));
+  EXPECT_TRUE(eventually([this] { return window->windowTitle() == QStringLiteral("Kestrova"); }));
+  EXPECT_EQ(desktop->shares.back(), std::nullopt);
+}
+
+TEST_F(ARun, OpensItsTargetAtTheEnd) {
+  writeAlbum();
+  openWithFolders();
+  EXPECT_FALSE(widget<QWidget>("buttonOpenTarget").isVisible());
+  click("buttonStart");
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("buttonOpenTarget").isVisible(); }));
+  click("buttonOpenTarget");
+  EXPECT_EQ(workspace->addresses,
+            QStringList(QStringLiteral("file://") + QString::fromStdString((folder / "out").native())));
+}
+
+TEST_F(ARun, TellsTheDesktopOfItsEndWhenTheUserIsElsewhere) {
+  writeAlbum();
+  holdCopies();
+  openWithFolders();
+  click("buttonStart");
+  ASSERT_TRUE(isExecuting());
+  QWidget elsewhere;
+  elsewhere.show();
+  elsewhere.activateWindow();
+  ASSERT_TRUE(eventually([this] { return !window->isActiveWindow(); }));
+  letGo();
+  ASSERT_TRUE(eventually([this] { return !desktop->messages.isEmpty(); }));
+  EXPECT_EQ(desktop->messages, QStringList(QStringLiteral("Completed: 3 files written.")));
+}
+
+TEST_F(ARun, TellsTheDesktopNothingWhenTheUserIsLooking) {
+  writeAlbum();
+  openWithFolders();
+  click("buttonStart");
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("buttonOpenTarget").isVisible(); }));
+  EXPECT_TRUE(desktop->messages.isEmpty());
+}
+
+TEST_F(ARun, SaysWhatItCouldNotWrite) {
+  writeAlbum();
+  files->onStageCopy = [](const Path& from, const Path&) -> std::optional<FileError> {
+    if (from.filename() == "a.jpg") return FileError{EIO, "Input/output error"};
+    return std::nullopt;
+  };
+  openWithFolders();
+  click("buttonStart");
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("remainderBox").isVisible(); }));
+  EXPECT_EQ(text("remainderText"), QStringLiteral("1 file could not be written."));
+}
+
+TEST_F(ARun, ForgetsWhatTheLastOneLeft) {
+  writeAlbum();
+  files->onStageCopy = [](const Path& from, const Path&) -> std::optional<FileError> {
+    if (from.filename() == "a.jpg") return FileError{FileError::existingFile, "File exists"};
+    return std::nullopt;
+  };
+  openWithFolders();
+  click("buttonStart");
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("remainderBox").isVisible(); }));
+  EXPECT_EQ(text("remainderText"), QStringLiteral("1 file was left out, as another file has its name."));
+  EXPECT_TRUE(widget<QWidget>("lblTargetExistCount").isVisible());
+  files->onStageCopy = nullptr;
+  click("buttonStart");
+  EXPECT_FALSE(widget<QWidget>("remainderBox").isVisible());
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("remainderBox").isVisible(); }));
+  EXPECT_EQ(text("remainderText"), QStringLiteral("2 files were in the target already."));
+  EXPECT_FALSE(widget<QWidget>("lblTargetExistCount").isVisible()) << "that was the last run's";
+}
+
+TEST_F(ARun, ThatCannotStartLeavesTheLastOnesEndInSight) {
+  open();
+  click("buttonStart");
+  ASSERT_TRUE(waitForStatus("Please complete step 1 and 2 first"));
+  QTest::qWait(700);
+  EXPECT_FALSE(widget<QWidget>("remainderBox").isVisible());
 }
 
 TEST_F(ARun, OverThousandsOfFilesLeavesTheWindowAlive) {

@@ -1,5 +1,6 @@
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "window/translations.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   QApplication::setStyle(QStringLiteral("Fusion"));
+  kestrova::installTranslations(QLocale(QLocale::English));
   const kestrova::MainQueueRunner runner;
   return RUN_ALL_TESTS();
 }

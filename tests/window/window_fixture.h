@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QTest>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -30,8 +31,10 @@ class StandInAlertPanel : public AlertPanel {
  public:
   int runModal(const Alert& alert) override {
     alerts.push_back(alert);
+    if (onRun) onRun();
     return answer;
   }
+  std::function<void()> onRun;
   std::vector<Alert> alerts;
   int answer = firstButtonReturn + 1;
 };
@@ -49,6 +52,16 @@ class NoPowerAssertions : public PowerAssertions {
  public:
   std::optional<std::uint32_t> create(const QString&) override { return std::nullopt; }
   void release(std::uint32_t) override {}
+};
+
+class StandInDesktop : public DesktopStatus {
+ public:
+  void showProgress(std::optional<double> share) override { shares.push_back(share); }
+  void notify(const QString& title, const QString& text) override {
+    messages << title + QStringLiteral(": ") + text;
+  }
+  std::vector<std::optional<double>> shares;
+  QStringList messages;
 };
 
 /// A window on the screen, its settings and panels in the test's hands.
@@ -69,7 +82,7 @@ class WindowTest : public testing::Test {
 
   /// Shows the window and waits for it to have loaded its settings.
   void open() {
-    window = std::make_unique<MainWindow>(host);
+    window = std::make_unique<MainWindow>(host, desktop);
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     window->activateWindow();
@@ -113,6 +126,7 @@ class WindowTest : public testing::Test {
   std::shared_ptr<StandInFolderPanel> folders = std::make_shared<StandInFolderPanel>();
   std::shared_ptr<StandInAlertPanel> alerts = std::make_shared<StandInAlertPanel>();
   std::shared_ptr<StandInWorkspace> workspace = std::make_shared<StandInWorkspace>();
+  std::shared_ptr<StandInDesktop> desktop = std::make_shared<StandInDesktop>();
   Host host;
   std::unique_ptr<MainWindow> window;
 };

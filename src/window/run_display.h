@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/main_interface.h"
+#include "app/time_left.h"
+#include "platform/desktop_status.h"
+#include "window/run_tally.h"
+#include "window/run_texts.h"
+
+#include <QBasicTimer>
+#include <QObject>
+#include <memory>
+#include <optional>
+
+class QWidget;
+
+namespace kestrova {
+
+namespace Ui {
+class MainWindow;
+}
+
+/// Tells how far the run is, beyond what its controls show: in words below the bar, in the window's title and
+/// the task bar; and at its end what is left to know, here and, for whoever looks elsewhere, on the desktop.
+/// Main thread only; what it refers to must outlive it.
+class RunDisplay : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The desktop may be absent.
+  RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface, const RunTally& tally,
+             std::shared_ptr<DesktopStatus> desktop);
+
+  /// A run begins.
+  void begin();
+  /// Controls have changed.
+  void refresh();
+
+ protected:
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  bool isRunning() const;
+  bool isPaused() const;
+  bool isOver(const RunProgress& progress) const;
+  RunProgress progress() const;
+  RunRemainder remainder(const RunProgress& progress) const;
+  void showTimeLeft(const RunProgress& progress);
+  void showShare(const RunProgress& progress);
+  void showNameTaken();
+  void end(const RunProgress& progress);
+  void showRemainder(const RunRemainder& remainder);
+  void notify(const RunRemainder& remainder);
+
+  QWidget& window_;
+  Ui::MainWindow& ui_;
+  const MainInterface& interface_;
+  const RunTally& tally_;
+  std::shared_ptr<DesktopStatus> desktop_;
+  QBasicTimer timer_;  // as long as a run lasts
+  TimeLeft timeLeft_;
+  std::optional<double> shownShare_;
+};
+
+}  // namespace kestrova
