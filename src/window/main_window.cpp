@@ -16,12 +16,14 @@
 #include <QScreen>
 #include <QSessionManager>
 #include <QShortcut>
+#include <algorithm>
 
 namespace kestrova {
 
 namespace {
 
 constexpr double headingScale = 1.15;
+constexpr int buttonPadding = 12;  // points, both sides together
 
 }  // namespace
 
@@ -171,10 +173,20 @@ void MainWindow::layOut() {
     heading->setFont(font);
   }
   keepNumbersInPlace();
-  const int labelWidth = ui_->photoFormatsLabel->sizeHint().width();
-  for (auto* label : {ui_->copyLabel, ui_->folderFormatLabel}) label->setMinimumWidth(labelWidth);
+  alignColumns();
+  for (auto* button : findChildren<QPushButton*>()) {
+    button->setMinimumWidth(button->sizeHint().width() + buttonPadding);
+  }
   resize(size().boundedTo(screen()->availableSize()));
   ui_->buttonAddSource->setFocus();  // where everyone begins
+}
+
+// The options stand in the columns of the counts below them, however long their labels are.
+void MainWindow::alignColumns() {
+  const auto labels = {ui_->copyLabel, ui_->folderFormatLabel, ui_->photoFormatsLabel, ui_->resolutionLabel};
+  int width = 0;
+  for (const auto* label : labels) width = std::max(width, label->sizeHint().width());
+  for (auto* label : labels) label->setMinimumWidth(width);
 }
 
 // As wide as the numbers of a large collection need, so that nothing moves while they grow.

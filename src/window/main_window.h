@@ -43,6 +43,7 @@ class MainWindow : public QMainWindow {
   Host completed(Host host);
   void useReadableColors();
   void layOut();
+  void alignColumns();
   void keepNumbersInPlace();
   void bindFolders();
   void bindOptions();

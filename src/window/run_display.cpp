@@ -111,7 +111,8 @@ void RunDisplay::end(const RunProgress& progress) {
   showRemainder(left);
   const auto target = interface_.manager.targetPath.get();
   std::error_code ignored;
-  ui_.buttonOpenTarget->setVisible(target && std::filesystem::is_directory(*target, ignored));
+  const bool isThere = target && std::filesystem::is_directory(*target, ignored);
+  ui_.buttonOpenTarget->setVisible(isThere && !left.foundNothing);
   if (!window_.isActiveWindow() && !interface_.manager.hasstopped) notify(left);
 }
 

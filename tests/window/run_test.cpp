@@ -191,11 +191,13 @@ TEST_F(ARun, ThatFindsNothingSaysSo) {
 
 TEST_F(ARun, ThatFindsNothingSaysHowToGoOn) {
   std::filesystem::create_directory(folder / "in");
+  std::filesystem::create_directory(folder / "out");
   openWithFolders();
   click("buttonStart");
   ASSERT_TRUE(eventually([this] { return widget<QWidget>("remainderBox").isVisible(); }));
   EXPECT_TRUE(text("remainderText").contains(QStringLiteral("close Kestrova and open it again")));
   EXPECT_EQ(window->windowTitle(), QStringLiteral("Kestrova"));
+  EXPECT_FALSE(widget<QWidget>("buttonOpenTarget").isVisible()) << "nothing was put there";
 }
 
 TEST_F(ARun, ShowsItsShareInTheTitleAndTheTaskBar) {
