@@ -19,7 +19,8 @@ class ImageError : public std::runtime_error {
 inline void requireAffordable(std::int64_t width, std::int64_t height, std::int64_t bytesPerPixel = 1) {
   if (width <= 0 || height <= 0) throw ImageError("the picture has no pixels");
   if (width > maxPixels / height) throw ImageError("the picture has too many pixels");
-  if (width * height > maxWorkingBytes / bytesPerPixel) throw ImageError("the picture needs too much memory");
+  if (width > maxRowBytes / bytesPerPixel || width * height > maxWorkingBytes / bytesPerPixel)
+    throw ImageError("the picture needs too much memory");
 }
 
 }  // namespace kestrova::imaging
