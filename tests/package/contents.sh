@@ -17,12 +17,12 @@ for package in kestrova kestrova-cli; do
   [[ $(field $package Description) == photos* ]] || fail "$package is described by: $(field $package Description)"
   program=$installed/usr/bin/$package
   [ "$("$program" --version)" = "$package $version" ] || fail "$package is not of version $version"
-  ! readelf --sections --wide "$program" | grep -qE '\.symtab|\.debug' || fail "$package is not stripped"
-  ! readelf --dynamic "$program" | grep -qE 'R(UN)?PATH' || fail "$package looks for libraries where it was built"
+  ! grep -qE '\.symtab|\.debug' <<<"$(readelf --sections --wide "$program")" || fail "$package is not stripped"
+  ! grep -qE 'R(UN)?PATH' <<<"$(readelf --dynamic "$program")" || fail "$package looks for libraries where it was built"
   documents=$share/doc/$package
   for document in copyright changelog.gz changelog.Debian.gz; do
     [ -f "$documents/$document" ] || fail "$package lacks $document"
   done
-  zcat "$documents/changelog.Debian.gz" | head -n 1 | grep -qF "kestrova ($version-1)" ||
+  [[ $(zcat "$documents/changelog.Debian.gz") == "kestrova ($version-1)"* ]] ||
     fail "the changelog's newest version is not $version"
 done
