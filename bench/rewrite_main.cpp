@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -73,10 +72,15 @@ tl::expected<Bytes, imaging::RewriteError> rewrite(const Bytes& file, const Opti
   return imaging::rewritePhoto(file, request);
 }
 
+Bytes contents(const fs::path& path) {
+  Bytes bytes(fs::file_size(path));
+  std::ifstream(path, std::ios::binary)
+      .read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  return bytes;
+}
+
 bool rewriteFile(const fs::path& path, const Options& options) {
-  std::ifstream input(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(input), {}};
-  const auto result = rewrite(Bytes(text.begin(), text.end()), options);
+  const auto result = rewrite(contents(path), options);
   if (!result) {
     std::fprintf(stderr, "%s: %s\n", path.c_str(), result.error().reason.c_str());
     return false;

@@ -121,7 +121,7 @@ TEST(Image, RefusesAbsurdSizesByTheirHeaders) {
   EXPECT_FALSE(isDecodableSize(60000, 60000, 4));
   EXPECT_FALSE(isDecodableSize(0, 10, 4));
   EXPECT_FALSE(isDecodableSize(std::int64_t{1} << 62, std::int64_t{1} << 62, 4));
-  EXPECT_TRUE(isDecodableSize(16384, 16384, 4));
+  EXPECT_TRUE(isDecodableSize(16000, 15000, 4));
 }
 
 TEST(Image, SurvivesDamagedFilesInSilence) {

@@ -6,10 +6,11 @@
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
-#include <functional>
+#include <future>
 #include <random>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -286,6 +287,21 @@ TEST(PhotoRewrite, TurnsDownSizesThatNoPictureHas) {
        {PixelSize{0, 10}, PixelSize{10, -1}, PixelSize{70'000, 10}, PixelSize{60'000, 60'000}}) {
     EXPECT_FALSE(rewritePhoto(photo, {size, false})) << size.width << "x" << size.height;
   }
+}
+
+TEST(PhotoRewrite, GivesTheSameBytesInSeveralThreadsAtATime) {
+  const SamplePhoto sample{.width = 160, .height = 96, .orientation = 6, .thumbnail = true};
+  const std::vector<Bytes> photos{jpegPhoto(sample), pngPhoto(sample), tiffPhoto(sample)};
+  const auto rewriteAll = [&] {
+    std::vector<Bytes> results;
+    for (const auto& photo : photos)
+      results.push_back(rewritePhoto(photo, {PixelSize{48, 80}, true}).value_or(Bytes()));
+    return results;
+  };
+  const auto expected = rewriteAll();
+  std::vector<std::future<std::vector<Bytes>>> others;
+  for (int i = 0; i < 4; ++i) others.push_back(std::async(std::launch::async, rewriteAll));
+  for (auto& other : others) EXPECT_EQ(other.get(), expected);
 }
 
 }  // namespace

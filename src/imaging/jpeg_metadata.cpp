@@ -39,24 +39,28 @@ class Trailer {
         bytes_(file.begin() + static_cast<std::ptrdiff_t>(outline.imageEnd), file.end()) {
     for (const auto& segment : outline.metadata) {
       const ByteView payload = file.subspan(segment.offset, segment.length);
-      if (is(segment, payload, app2, multiPictureName)) readIndex(file, segment, payload);
+      if (!index_ && is(segment, payload, app2, multiPictureName)) readIndex(file, segment, payload);
     }
     if (index_ && turnPreview && !turnAll(turnPreview)) leaveOut();
   }
 
-  bool keepsIndex() const { return index_.has_value(); }
+  /// Whether the segment holds the index that goes with the trailer.
+  bool keeps(const JpegSegment& index) const { return index_ && index.offset == indexOffset_; }
   const Bytes& bytes() const { return bytes_; }
 
   /// Points the index, which stands at `base` in `file`, to the pictures behind a first picture of that
   /// length.
   void writeIndex(Bytes& file, std::size_t base, std::size_t firstLength) const {
+    if (!index_) return;
     std::vector<FurtherPicture> pictures = index_->pictures();
     for (auto& picture : pictures) picture.offset = picture.offset - imageEnd_ + firstLength;
-    index_->write(std::span(file).subspan(base), base, firstLength, pictures);
+    index_->write(std::span(file).subspan(base, indexLength_), base, firstLength, pictures);
   }
 
  private:
   void readIndex(ByteView file, const JpegSegment& segment, ByteView payload) {
+    indexOffset_ = segment.offset;
+    indexLength_ = payload.size() - multiPictureName.size();
     Bytes block(payload.begin() + static_cast<std::ptrdiff_t>(multiPictureName.size()), payload.end());
     index_ = MultiPictureIndex::read(block, segment.offset + multiPictureName.size(), imageEnd_, file.size());
   }
@@ -92,6 +96,8 @@ class Trailer {
   std::size_t imageEnd_;
   Bytes bytes_;
   std::optional<MultiPictureIndex> index_;
+  std::size_t indexOffset_ = 0;  ///< of the segment's payload, in the source
+  std::size_t indexLength_ = 0;
 };
 
 void editExif(std::span<std::uint8_t> payload, const JpegMetadataEdit& edit) {
@@ -122,14 +128,14 @@ Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const
   const Trailer trailer(file, outline, edit.turnPreview);
   Bytes result(pixels.begin(), pixels.begin() + 2);
   result.reserve(file.size() - outline.imageEnd + pixels.size() + (outline.metadata.empty() ? 0 : 1 << 17));
-  std::vector<std::size_t> indices;
+  std::size_t indexBase = 0;
   for (const auto& segment : outline.metadata) {
     Bytes payload(file.begin() + static_cast<std::ptrdiff_t>(segment.offset),
                   file.begin() + static_cast<std::ptrdiff_t>(segment.offset + segment.length));
     if (edit.turnPreview && is(segment, payload, app0, extensionName)) continue;
     if (is(segment, payload, app2, multiPictureName)) {
-      if (!trailer.keepsIndex()) continue;
-      indices.push_back(result.size() + segmentHeader + multiPictureName.size());
+      if (!trailer.keeps(segment)) continue;
+      indexBase = result.size() + segmentHeader + multiPictureName.size();
     }
     if (is(segment, payload, app1, exifName)) editExif(payload, edit);
     if (edit.turnPreview) dropPreviews(segment, payload);
@@ -138,7 +144,7 @@ Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const
   }
   result.insert(result.end(), pixels.begin() + 2, pixels.end());
   const std::size_t firstLength = result.size();
-  for (const std::size_t base : indices) trailer.writeIndex(result, base, firstLength);
+  trailer.writeIndex(result, indexBase, firstLength);
   result.insert(result.end(), trailer.bytes().begin(), trailer.bytes().end());
   return result;
 }

@@ -29,7 +29,8 @@ ImageSize readSize(ByteView file) {
   const ImageType type = requireType(file);
   const auto properties = readPhotoProperties(file);
   ImageSize size;
-  size.orientation = properties ? properties->orientation.value_or(1) : 1;
+  if (!properties) throw ImageError("nothing can be read of it");
+  size.orientation = properties->orientation.value_or(1);
   if (size.orientation < 1 || size.orientation > 8) size.orientation = 1;
   switch (type) {
     case ImageType::jpeg:
@@ -42,12 +43,12 @@ ImageSize readSize(ByteView file) {
       size.stored = {properties->pixelWidth.value_or(0), properties->pixelHeight.value_or(0)};
       break;
   }
+  requireAffordable(size.stored.width, size.stored.height);
   return size;
 }
 
 Bytes rewrite(ByteView file, const RewriteRequest& request) {
   const RewritePlan plan = planRewrite(readSize(file), request);
-  requireAffordable(plan.source.width, plan.source.height);
   requireAffordable(plan.scaled.width, plan.scaled.height);
   switch (requireType(file)) {
     case ImageType::jpeg:
@@ -67,6 +68,8 @@ auto asValue(const Work& work) -> tl::expected<decltype(work()), RewriteError> {
     return work();
   } catch (const std::exception& error) {
     return tl::unexpected(RewriteError{error.what()});
+  } catch (...) {
+    return tl::unexpected(RewriteError{"unknown"});
   }
 }
 

@@ -47,6 +47,7 @@ Picture decodePicture(ByteView file, const RewritePlan& plan) {
   const PngFormat source = decoder.format();
   if (plan.scales()) decoder.expand();
   PngFormat format = decoder.format();
+  requireAffordable(plan, format.pixelBytes());
   const PixelLayout layout{format.channels(), format.bitDepth == 16 ? 2 : 1,
                            (format.colorType & PNG_COLOR_MASK_ALPHA) != 0};
   RasterScaler scaler(wholeAxis(static_cast<int>(plan.source.width), static_cast<int>(plan.scaled.width)),

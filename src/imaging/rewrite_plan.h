@@ -1,7 +1,10 @@
 #pragma once
 
+#include "imaging/image_error.h"
 #include "imaging/photo_rewrite.h"
 #include "imaging/turn.h"
+
+#include <cstdint>
 
 namespace kestrova::imaging {
 
@@ -16,6 +19,13 @@ struct RewritePlan {
   bool scales() const { return scaled != source; }
   bool keepsPixels() const { return !scales() && turn.isNone(); }
 };
+
+/// Throws ImageError unless the result's pixels stay within the limits; while they are turned, they are there
+/// twice.
+inline void requireAffordable(const RewritePlan& plan, std::int64_t bytesPerPixel) {
+  requireAffordable(plan.scaled.width, plan.scaled.height,
+                    plan.turn.isNone() ? bytesPerPixel : 2 * bytesPerPixel);
+}
 
 inline RewritePlan planRewrite(const ImageSize& photo, const RewriteRequest& request) {
   const Turn turn = request.upright ? turnOf(photo.orientation) : Turn{};

@@ -70,7 +70,7 @@ void pack(const std::uint8_t* samples, std::size_t count, int bits, Bytes& packe
 void copyLook(TIFF* from, TIFF* to) {
   std::uint32_t kind = 0;
   if (TIFFGetField(from, TIFFTAG_SUBFILETYPE, &kind) == 1) TIFFSetField(to, TIFFTAG_SUBFILETYPE, kind);
-  for (const int tag : {TIFFTAG_RESOLUTIONUNIT, TIFFTAG_INKSET, TIFFTAG_SAMPLEFORMAT}) {
+  for (const int tag : {TIFFTAG_RESOLUTIONUNIT, TIFFTAG_INKSET, TIFFTAG_SAMPLEFORMAT, TIFFTAG_FILLORDER}) {
     std::uint16_t number = 0;
     if (TIFFGetField(from, static_cast<std::uint32_t>(tag), &number) == 1)
       TIFFSetField(to, static_cast<std::uint32_t>(tag), number);

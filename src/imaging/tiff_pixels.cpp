@@ -70,6 +70,7 @@ TiffPicture decodeTiff(ByteView file, const RewritePlan& plan) {
   if (decoder.format().size != plan.source) throw ImageError("the directory contradicts itself");
   RowExpander expander(decoder.format());
   TiffFormat format = plan.scales() ? expander.format() : decoder.format();
+  requireAffordable(plan, format.pixelBytes());
   RasterScaler scaler(wholeAxis(static_cast<int>(plan.source.width), static_cast<int>(plan.scaled.width)),
                       wholeAxis(static_cast<int>(plan.source.height), static_cast<int>(plan.scaled.height)),
                       layoutOf(format));

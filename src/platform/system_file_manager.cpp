@@ -45,10 +45,17 @@ FileResult<void> checkUnchanged(const RegularFile& source) {
   return isUnchanged ? FileResult<void>() : failure(EBUSY);
 }
 
+/// What a file system does not know (FAT and network drives have no permissions), no copy on it can carry.
+FileResult<void> asFarAsSupported(int answer) {
+  if (answer == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS || errno == EINVAL) return {};
+  return failure();
+}
+
 /// The permissions come last of all that they could forbid.
 FileResult<void> copyModeAndTimes(const struct stat& source, int to) {
-  if (::fchmod(to, source.st_mode & permissionBits) < 0) return failure();
-  return succeeded(::futimens(to, host::timesOf(source).both));
+  return asFarAsSupported(::fchmod(to, source.st_mode & permissionBits)).and_then([&] {
+    return asFarAsSupported(::futimens(to, host::timesOf(source).both));
+  });
 }
 
 FileResult<void> copyWhole(const RegularFile& source, int to) {

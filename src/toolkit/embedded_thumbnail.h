@@ -4,8 +4,8 @@
 
 namespace kestrova {
 
-/// The small JPEG that the second directory of a JPEG file's Exif data holds (Exif 2.3, 4.5.4): a view into
-/// the file, empty when there is none.
-ByteView embeddedThumbnail(ByteView jpegFile);
+/// The small JPEG that the second directory of a JPEG file's Exif data holds (Exif 2.3, 4.5.4); empty when
+/// there is none.
+Bytes embeddedThumbnail(ByteView jpegFile);
 
 }  // namespace kestrova

@@ -1,6 +1,6 @@
 #include "toolkit/image_canvas.h"
 
-#include "toolkit/exact_turn.h"
+#include "toolkit/bitmap_turn.h"
 #include "toolkit/image_codec.h"
 
 #include <QColorSpace>
@@ -58,9 +58,9 @@ QImage resampled(const QImage& bitmap, QSize pixels) {
 
 /// The turn that a transform makes of a bitmap, where sides stay parallel to the axes. QPainter is half a
 /// pixel off when it mirrors smoothly, so that is left to `turned`.
-std::optional<ExactTurn> exactTurn(const QTransform& t) {
-  if (t.m12() == 0 && t.m21() == 0) return ExactTurn{t.m11() < 0, t.m22() < 0, false};
-  if (t.m11() == 0 && t.m22() == 0) return ExactTurn{t.m12() < 0, t.m21() < 0, true};
+std::optional<imaging::Turn> exactTurn(const QTransform& t) {
+  if (t.m12() == 0 && t.m21() == 0) return imaging::Turn{t.m11() < 0, t.m22() < 0, false};
+  if (t.m11() == 0 && t.m22() == 0) return imaging::Turn{t.m12() < 0, t.m21() < 0, true};
   return std::nullopt;
 }
 

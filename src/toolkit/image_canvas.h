@@ -25,7 +25,7 @@ enum class Interpolation {
 
 /// A new picture to draw into. Coordinates are points; the origin is at the bottom left, y grows upwards and
 /// angles turn counter-clockwise. The canvas starts transparent, with one pixel a point, in sRGB; bitmaps of
-/// other colour spaces are converted. A size without area, or beyond the bound of image_codec.h, makes a
+/// other colour spaces are converted. A size without area, or beyond the bounds of image_limits.h, makes a
 /// canvas that is not valid: drawing on it does nothing.
 class ImageCanvas {
  public:

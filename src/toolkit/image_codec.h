@@ -14,10 +14,8 @@
 /// to standard error.
 namespace kestrova {
 
-/// The bound on a picture's pixels: none is decoded or made that needs more bytes than this. Decoding takes
-/// at most about three times as much.
-inline constexpr std::int64_t maximumPixelBytes = std::int64_t{1} << 30;
-
+/// Whether a picture of this size may be decoded or made: its pixels stay within the bounds of
+/// image_limits.h. Decoding takes at most about three times as much memory.
 bool isDecodableSize(std::int64_t width, std::int64_t height, int bytesPerPixel);
 
 /// The first picture in a JPEG, PNG or TIFF file (told by its content), as its pixels are stored. Null when

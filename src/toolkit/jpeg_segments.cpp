@@ -1,7 +1,10 @@
 #include "toolkit/jpeg_segments.h"
 
+#include "imaging/jpeg_outline.h"
+
 #include <algorithm>
 #include <string_view>
+#include <vector>
 
 namespace kestrova {
 
@@ -9,7 +12,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::uint8_t startOfScan = 0xda;
 constexpr std::uint8_t app0 = 0xe0;
 constexpr std::uint8_t app1 = 0xe1;
 constexpr std::uint8_t app2 = 0xe2;
@@ -19,21 +21,18 @@ constexpr std::size_t iccHeader =
     iccSignature.size() + 2;  // then the piece's number, from 1, and how many there are
 constexpr std::size_t longestIccPiece = 0xffff - 2 - iccHeader;
 
-bool startsWith(ByteView bytes, std::string_view text) {
-  return bytes.size() >= text.size() &&
-         std::equal(text.begin(), text.end(), bytes.begin(),
-                    [](char c, std::uint8_t b) { return static_cast<std::uint8_t>(c) == b; });
-}
-
-std::size_t lengthAt(ByteView file, std::size_t position) {
-  return static_cast<std::size_t>(file[position]) << 8 | file[position + 1];
-}
-
-ByteView segmentStartingWith(ByteView file, std::uint8_t marker, std::string_view text) {
-  for (const JpegSegment& segment : jpegSegments(file)) {
-    if (segment.marker == marker && startsWith(segment.payload, text)) return segment.payload;
+/// What stands behind the name in each of the segments of that marker and name.
+std::vector<ByteView> segmentsNamed(ByteView file, std::uint8_t marker, std::string_view name) {
+  std::vector<ByteView> contents;
+  const auto outline = imaging::outlineJpeg(file);
+  if (!outline) return contents;
+  for (const imaging::JpegSegment& segment : outline->metadata) {
+    const ByteView payload = file.subspan(segment.offset, segment.length);
+    if (segment.marker == marker && imaging::isNamed(payload, name)) {
+      contents.push_back(payload.subspan(name.size()));
+    }
   }
-  return {};
+  return contents;
 }
 
 template <typename Range>
@@ -52,44 +51,26 @@ void appendIccSegment(Bytes& bytes, ByteView piece, std::size_t number, std::siz
 /// Behind the JFIF segment, which has to come first where there is one.
 std::size_t placeForProfile(ByteView file) {
   const bool jfif = file.size() > 6 && file[3] == app0;
-  return jfif ? 4 + lengthAt(file, 4) : 2;
+  return jfif ? 4 + (std::size_t{file[4]} << 8 | file[5]) : 2;
 }
 
 }  // namespace
 
-std::vector<JpegSegment> jpegSegments(ByteView file) {
-  std::vector<JpegSegment> segments;
-  for (std::size_t position = 2; position + 4 <= file.size() && file[position] == 0xff;) {
-    const std::uint8_t marker = file[position + 1];
-    if (marker == 0xff) {  // a fill byte
-      ++position;
-      continue;
-    }
-    const std::size_t length = lengthAt(file, position + 2);
-    if (marker == startOfScan || length < 2 || file.size() - position - 2 < length) break;
-    segments.push_back({marker, file.subspan(position + 4, length - 2)});
-    position += 2 + length;
-  }
-  return segments;
-}
-
 ByteView exifBlock(ByteView file) {
-  constexpr auto signature = "Exif\0\0"sv;
-  const ByteView payload = segmentStartingWith(file, app1, signature);
-  return payload.empty() ? payload : payload.subspan(signature.size());
+  const std::vector<ByteView> blocks = segmentsNamed(file, app1, "Exif\0\0"sv);
+  return blocks.empty() ? ByteView() : blocks.front();
 }
 
-bool hasAdobeSegment(ByteView file) { return !segmentStartingWith(file, app14, "Adobe"sv).empty(); }
+bool hasAdobeSegment(ByteView file) { return !segmentsNamed(file, app14, "Adobe"sv).empty(); }
 
 Bytes iccProfile(ByteView file) {
   Bytes profile;
   std::size_t pieces = 0;
   std::size_t wanted = 0;
-  for (const auto& [marker, payload] : jpegSegments(file)) {
-    if (marker != app2 || payload.size() < iccHeader || !startsWith(payload, iccSignature)) continue;
-    if (payload[iccHeader - 2] != ++pieces) return {};
-    wanted = payload[iccHeader - 1];
-    append(profile, payload.subspan(iccHeader));
+  for (const ByteView piece : segmentsNamed(file, app2, iccSignature)) {
+    if (piece.size() < 2 || piece[0] != ++pieces) return {};
+    wanted = piece[1];
+    append(profile, piece.subspan(2));
   }
   return pieces == wanted ? profile : Bytes();
 }

@@ -2,18 +2,7 @@
 
 #include "platform/bytes.h"
 
-#include <vector>
-
 namespace kestrova {
-
-/// A marker segment of a JPEG file (ITU-T T.81, annex B), without marker and length.
-struct JpegSegment {
-  std::uint8_t marker = 0;  ///< its second byte
-  ByteView payload;         ///< a view into the file
-};
-
-/// The segments between the file's start and its first scan, as far as they are there as a whole.
-std::vector<JpegSegment> jpegSegments(ByteView file);
 
 /// The TIFF block of the Exif segment; empty when there is none.
 ByteView exifBlock(ByteView file);

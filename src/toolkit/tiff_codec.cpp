@@ -1,5 +1,6 @@
 #include "toolkit/tiff_codec.h"
 
+#include "imaging/image_limits.h"
 #include "toolkit/image_codec.h"
 
 #include <QColorSpace>
@@ -67,7 +68,7 @@ TiffHandle openTiff(MemoryFile& file, const char* mode) {
     void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
   };
   const std::unique_ptr<TIFFOpenOptions, FreeOptions> options(TIFFOpenOptionsAlloc());
-  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), maximumPixelBytes);
+  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), imaging::maxWorkingBytes);
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keepQuiet, nullptr);
   TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keepQuiet, nullptr);
   return TiffHandle(TIFFClientOpenExt("memory", mode, &file, readMemory, writeMemory, seekMemory, closeMemory,

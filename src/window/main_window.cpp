@@ -172,13 +172,14 @@ void MainWindow::bindRun() {
 
 void MainWindow::showProgress() {
   using Stage = RunProgress::Stage;
-  const auto& manager = interface_.manager;
-  const auto stage = !manager.starttime                         ? Stage::none
-                     : !interface_.sourceProgress->isHidden()   ? Stage::scanning
-                     : interface_.processBar->isIndeterminate() ? Stage::planning
-                                                                : Stage::executing;
-  const auto done = static_cast<std::int64_t>(interface_.processBar->doubleValue());
-  ui_->progressText->setText(progressText({stage, manager.sTotalCount, done}));
+  const ProgressIndicator& search = *interface_.sourceProgress;
+  const ProgressIndicator& bar = *interface_.processBar;
+  const auto stage = !search.isIndeterminate() ? Stage::none  // what the first search makes it, for good
+                     : !search.isHidden()      ? Stage::scanning
+                     : bar.isIndeterminate()   ? Stage::planning
+                                               : Stage::executing;
+  const auto done = static_cast<std::int64_t>(bar.doubleValue());
+  ui_->progressText->setText(progressText({stage, interface_.manager.sTotalCount, done}));
 }
 
 // --- Menus and end ---

@@ -246,7 +246,9 @@ template <typename Request>
 std::optional<int> resultAfter(Request request) {
   constexpr int byForce = 99;
   QTimer::singleShot(0, qApp, request);
-  QTimer::singleShot(500, qApp, [] { QCoreApplication::exit(byForce); });
+  QTimer force;  // a local one, so that it cannot end what comes later
+  force.callOnTimeout([] { QCoreApplication::exit(byForce); });
+  force.start(500);
   const int result = QApplication::exec();
   return result == byForce ? std::nullopt : std::optional(result);
 }

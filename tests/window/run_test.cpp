@@ -169,6 +169,14 @@ TEST_F(ARun, ShowsTheSearchInTheBarsPlaceWhileItLasts) {
   EXPECT_FALSE(widget<QWidget>("sourceProgress").isVisible());
 }
 
+TEST_F(ARun, SaysNothingOfFilesBeforeItsSearchBegins) {
+  openWithFolders();
+  controls().manager.starttime = Date();
+  controls().buttonStart->setTitle(QStringLiteral("Pause"));
+  frame();
+  EXPECT_EQ(text("progressText"), QString());
+}
+
 TEST_F(ARun, ThatFindsNothingSaysSo) {
   std::filesystem::create_directory(folder / "in");
   openWithFolders();

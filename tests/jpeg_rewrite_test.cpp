@@ -1,0 +1,339 @@
+#include "imaging/jpeg_rewrite.h"
+
+#include "imaging/jpeg_encoder.h"
+#include "imaging/jpeg_outline.h"
+#include "imaging/photo_rewrite.h"
+#include "support/external_tool.h"
+#include "support/sample_media.h"
+#include "support/temporary_folder.h"
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kestrova::imaging {
+namespace {
+
+using namespace kestrova::test;
+using testing::HasSubstr;
+
+Bytes bytesOf(const Path& path) {
+  const std::string text = readFile(path);
+  return {text.begin(), text.end()};
+}
+
+Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
+  const auto result = rewritePhoto(file, request);
+  if (!result) ADD_FAILURE() << result.error().reason;
+  return result.value_or(Bytes());
+}
+
+/// A JPEG as ImageMagick writes the sample picture with these settings.
+Bytes madeJpeg(const TemporaryFolder& folder, const std::vector<std::string>& settings, int width = 202,
+               int height = 146) {
+  const Path source = writeFile(folder / "made.png", pngPhoto({.width = width, .height = height}));
+  std::vector<std::string> arguments{source.native(), "-quality", "95"};
+  arguments.insert(arguments.end(), settings.begin(), settings.end());
+  arguments.push_back((folder / "made.jpg").native());
+  EXPECT_EQ(runTool("convert", arguments).status, 0);
+  return bytesOf(folder / "made.jpg");
+}
+
+std::string describe(const Path& file, const std::string& format) {
+  return runTool("identify", {"-format", format, file.native()}).output;
+}
+
+/// Puts segments behind the start of the image.
+Bytes withSegments(const Bytes& jpeg, const std::vector<Bytes>& segments) {
+  Bytes file(jpeg.begin(), jpeg.begin() + 2);
+  for (const auto& segment : segments) file.insert(file.end(), segment.begin(), segment.end());
+  file.insert(file.end(), jpeg.begin() + 2, jpeg.end());
+  return file;
+}
+
+Bytes named(std::string_view name, std::size_t size, std::uint8_t filler) {
+  Bytes payload(name.begin(), name.end());
+  payload.resize(name.size() + size, filler);
+  return payload;
+}
+
+bool contains(const Bytes& file, const Bytes& part) { return !std::ranges::search(file, part).empty(); }
+
+/// A photo that says it has to be turned by a quarter.
+Bytes quarterTurned(const Bytes& jpeg) {
+  return withSegments(jpeg, {exifSegment(exifBlock({.orientation = 6}).encode())});
+}
+
+struct Kind {
+  std::string name;
+  std::vector<std::string> settings;
+  std::string sampling;  ///< of the scaled result
+};
+
+void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
+
+class JpegKindTest : public testing::TestWithParam<Kind> {
+ protected:
+  double likenessOf(const Bytes& source, const std::vector<std::string>& operations, const Bytes& result) {
+    return likeness(pictureOf(writeFile(folder_ / "source.jpg", source), operations),
+                    pictureOf(writeFile(folder_ / "result.jpg", result)));
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_P(JpegKindTest, KeepsItsColoursAndItsKindWhenScaled) {
+  const Bytes source = madeJpeg(folder_, GetParam().settings);
+  const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
+  EXPECT_GE(likenessOf(source, {"-filter", "Lanczos", "-resize", "101x73!"}, result), 27);
+  const std::string format = "%m %[channels] %[jpeg:colorspace] %[interlace]";
+  EXPECT_EQ(describe(folder_ / "source.jpg", format), describe(folder_ / "result.jpg", format));
+  EXPECT_EQ(describe(folder_ / "result.jpg", "%[jpeg:sampling-factor]"), GetParam().sampling);
+}
+
+TEST_P(JpegKindTest, KeepsItsColoursWhenTurned) {
+  const Bytes source = madeJpeg(folder_, GetParam().settings);
+  const Bytes result = mustRewrite(quarterTurned(source), {std::nullopt, true});
+  EXPECT_GE(likenessOf(source, {"-rotate", "90"}, result), 30);
+}
+
+TEST_P(JpegKindTest, TurnsWithoutLossInWholeBlocks) {
+  const Bytes source = madeJpeg(folder_, GetParam().settings, 288, 192);
+  Bytes turned = source;
+  for (int i = 0; i < 4; ++i) turned = mustRewrite(quarterTurned(turned), {std::nullopt, true});
+  EXPECT_EQ(likenessOf(source, {}, turned), 999);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, JpegKindTest,
+    testing::Values(Kind{"Common", {"-sampling-factor", "2x2"}, "2x2,1x1,1x1"},
+                    Kind{"Full", {"-sampling-factor", "1x1"}, "1x1,1x1,1x1"},
+                    Kind{"HalfAcross", {"-sampling-factor", "2x1"}, "2x1,1x1,1x1"},
+                    Kind{"HalfDown", {"-sampling-factor", "1x2"}, "1x2,1x1,1x1"},
+                    Kind{"QuarterAcross", {"-sampling-factor", "4x1"}, "2x2,1x1,1x1"},
+                    Kind{"Odd", {"-sampling-factor", "3x1"}, "3x1,1x1,1x1"},
+                    Kind{"Grey", {"-colorspace", "Gray"}, "1x1"},
+                    Kind{"GreySampled", {"-colorspace", "Gray", "-sampling-factor", "2x2"}, "1x1"},
+                    Kind{"Progressive", {"-interlace", "JPEG", "-sampling-factor", "2x2"}, "2x2,1x1,1x1"},
+                    Kind{"Cmyk", {"-colorspace", "CMYK", "-sampling-factor", "1x1"}, "1x1,1x1,1x1,1x1"}),
+    [](const auto& test) { return test.param.name; });
+
+/// Red, green and blue as components of their own, which libjpeg tells by their names.
+Bytes rgbJpeg(const PixelSize& size) {
+  const Bytes pixels = samplePixels(static_cast<int>(size.width), static_cast<int>(size.height));
+  std::vector<Raster> planes(3, Raster(size.width, size.height, 1));
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const auto pixel = static_cast<std::int64_t>(i / 3);
+    planes[i % 3].row(pixel / size.width)[pixel % size.width] = pixels[i];
+  }
+  return encodeJpeg({JCS_RGB, false, {{'R', 1, 1}, {'G', 1, 1}, {'B', 1, 1}}}, size, planes, 95);
+}
+
+TEST(JpegRewrite, KeepsRedGreenAndBlueApart) {
+  const TemporaryFolder folder;
+  const Bytes source = rgbJpeg({202, 146});
+  const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
+  const Picture expected =
+      pictureOf(writeFile(folder / "source.jpg", source), {"-filter", "Lanczos", "-resize", "101x73!"});
+  EXPECT_GE(likeness(expected, pictureOf(writeFile(folder / "result.jpg", result))), 30);
+}
+
+TEST(JpegRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
+  const Bytes source = jpegPhoto({.width = 200, .height = 120, .orientation = 6, .thumbnail = true});
+  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+  EXPECT_EQ(mustRewrite(source, {PixelSize{200, 120}, false}), source);
+}
+
+TEST(JpegRewrite, PassesSegmentsThroughByteForByte) {
+  const std::vector<Bytes> segments{
+      jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\1\2", 14), 60'000, 3)),
+      jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\2\2", 14), 60'000, 4)),
+      jpegSegment(0xE1, named(std::string_view("http://ns.adobe.com/xmp/extension/\0", 35), 65'000, 'x')),
+      jpegSegment(0xED, named(std::string_view("Photoshop 3.0\0", 14), 20, 0)),
+      jpegSegment(0xEF, named("anything", 3, 9)),
+      jpegSegment(0xFE, named("a comment", 0, 0)),
+  };
+  const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
+  for (const RewriteRequest& request :
+       {RewriteRequest{PixelSize{32, 24}, false}, RewriteRequest{std::nullopt, true}}) {
+    const Bytes result = mustRewrite(source, request);
+    for (const auto& segment : segments) EXPECT_TRUE(contains(result, segment));
+  }
+}
+
+TEST(JpegRewrite, CarriesWhatFollowsThePicture) {
+  Bytes source = jpegPhoto({.width = 64, .height = 48});
+  const Bytes film = videoFile(3000);
+  source.insert(source.end(), film.begin(), film.end());
+  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  EXPECT_TRUE(std::ranges::equal(film, std::span(result).last(film.size())));
+}
+
+TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
+  const std::string_view name("http://ns.adobe.com/xap/1.0/\0", 29);
+  for (const std::string text :
+       {"<x tiff:Orientation=\"6\" y=\"6\"/>", "<tiff:Orientation>6</tiff:Orientation><a>6</a>"}) {
+    const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}),
+                                      {jpegSegment(0xE1, named(std::string(name) + text, 0, 0))});
+    std::string expected = text;
+    expected[expected.find('6')] = '1';
+    const auto asBytes = [](const std::string& string) { return Bytes(string.begin(), string.end()); };
+    EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), asBytes(expected)));
+    EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), asBytes(text)));
+  }
+}
+
+/// A photo with a second picture behind it and the index that leads there; big-endian.
+Bytes multiPicture(const Bytes& first, const Bytes& second) {
+  Bytes index = named(std::string_view("MPF\0MM\0*\0\0\0\10\0\3", 14), 0, 0);
+  const auto number = [&](std::size_t value, int bytes) {
+    while (bytes-- > 0) index.push_back(static_cast<std::uint8_t>(value >> 8 * bytes));
+  };
+  const auto entry = [&](std::size_t tag, std::size_t type, std::size_t count, std::size_t value) {
+    number(tag, 2), number(type, 2), number(count, 4), number(value, 4);
+  };
+  constexpr std::size_t entriesAt = 8 + 2 + 3 * 12 + 4;
+  entry(0xB000, 7, 4, 0x30313030);
+  entry(0xB001, 4, 1, 2);
+  entry(0xB002, 7, 32, entriesAt);
+  number(0, 4);
+  const std::size_t segmentBytes = 4 + 4 + entriesAt + 32;
+  const std::size_t base = 2 + 4 + 4;  // where offsets count from, in the file
+  number(0x20030000, 4), number(first.size() + segmentBytes, 4), number(0, 4), number(0, 4);
+  number(0x00020002, 4), number(second.size(), 4), number(first.size() + segmentBytes - base, 4),
+      number(0, 4);
+  Bytes file = withSegments(first, {jpegSegment(0xE2, index)});
+  file.insert(file.end(), second.begin(), second.end());
+  return file;
+}
+
+class MultiPictureTest : public testing::Test {
+ protected:
+  Bytes secondPicture(const Bytes& file) {
+    const Path path = writeFile(folder_ / "multi.jpg", file);
+    const std::string text = runTool("exiftool", {"-b", "-MPImage2", path.native()}).output;
+    return {text.begin(), text.end()};
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_F(MultiPictureTest, FindsItsSecondPictureBehindTheScaledFirst) {
+  const Bytes second = jpegPhoto({.width = 80, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = multiPicture(jpegPhoto({.width = 640, .height = 400}), second);
+  ASSERT_EQ(secondPicture(source), second);
+  EXPECT_EQ(secondPicture(mustRewrite(source, {PixelSize{320, 200}, false})), second);
+}
+
+TEST_F(MultiPictureTest, HasItsSecondPictureTurnedWithTheFirst) {
+  const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes turned = secondPicture(mustRewrite(source, {std::nullopt, true}));
+  EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "turned.jpg", turned)),
+                     pictureOf(writeFile(folder_ / "second.jpg", second), {"-rotate", "90"})),
+            45);
+}
+
+TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
+  const Bytes second(500, 7);
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_TRUE(secondPicture(result).empty());
+  EXPECT_FALSE(contains(result, second));
+  EXPECT_EQ(outlineJpeg(result)->imageEnd, result.size());
+}
+
+TEST_F(MultiPictureTest, StandsAThousandMutations) {
+  const Bytes second = jpegPhoto({.width = 64, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = withSegments(
+      multiPicture(jpegPhoto({.width = 64, .height = 48, .orientation = 6, .thumbnail = true}), second),
+      {jpegSegment(0xED, named(std::string_view("Photoshop 3.0\0"
+                                                "8BIM\4\x0C\0\0\0\0\0\10",
+                                                26),
+                               60, 1))});
+  std::mt19937 random(17);
+  int written = 0;
+  for (int i = 0; i < 1000; ++i) {
+    Bytes file = source;
+    for (auto changes = 1 + random() % 5; changes > 0; --changes) {
+      const std::size_t range = random() % 2 == 0 ? 260 : file.size();
+      file[random() % range] = static_cast<std::uint8_t>(random());
+    }
+    const auto result = rewritePhoto(file, {PixelSize{24, 32}, random() % 2 == 0});
+    if (!result) continue;
+    ++written;
+    EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << "mutation " << i;
+  }
+  EXPECT_GT(written, 100);
+}
+
+TEST(JpegRewrite, LeavesPhotoshopsPreviewOutWhenItTurns) {
+  const auto resource = [](std::uint8_t low, std::uint8_t filler) {
+    Bytes block{'8', 'B', 'I', 'M', 4, low, 0, 0, 0, 0, 0, 5};
+    block.resize(block.size() + 6, filler);
+    return block;
+  };
+  const Bytes preview = resource(0x0C, 7);
+  const Bytes other = resource(0x04, 9);
+  Bytes payload = named(std::string_view("Photoshop 3.0\0", 14), 0, 0);
+  for (const Bytes& part : {other, preview, other}) payload.insert(payload.end(), part.begin(), part.end());
+  const Bytes source =
+      withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {jpegSegment(0xED, payload)});
+  Bytes both = other;
+  both.insert(both.end(), other.begin(), other.end());
+  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), both));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), preview));
+}
+
+/// The file with the two numbers of its frame header changed.
+Bytes withFrameSize(Bytes jpeg, unsigned width, unsigned height) {
+  const Bytes marker{0xFF, 0xC0, 0x00, 0x11, 0x08};
+  const auto at = std::ranges::search(jpeg, marker);
+  EXPECT_FALSE(at.empty());
+  const auto put = [](auto position, unsigned number) {
+    position[0] = static_cast<std::uint8_t>(number >> 8);
+    position[1] = static_cast<std::uint8_t>(number & 0xFF);
+  };
+  put(at.end(), height);
+  put(at.end() + 2, width);
+  return jpeg;
+}
+
+TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
+  const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false});
+  ASSERT_TRUE(rewritePhoto(withFrameSize(photo, 64, 48), {PixelSize{32, 24}, false}));
+  for (const auto& [width, height] :
+       {std::pair{60'000U, 60'000U}, {0U, 48U}, {64U, 0U}, {640U, 480U}, {30'000U, 30'000U}}) {
+    EXPECT_FALSE(rewritePhoto(withFrameSize(photo, width, height), {PixelSize{32, 24}, false}))
+        << width << "x" << height;
+    EXPECT_FALSE(rewritePhoto(withFrameSize(photo, width, height), {std::nullopt, false}))
+        << width << "x" << height;
+  }
+}
+
+TEST(JpegRewrite, SaysThatABombHasTooManyPixels) {
+  const Bytes bomb = withFrameSize(jpegPhoto({.width = 64, .height = 48, .exif = false}), 60'000, 60'000);
+  EXPECT_THAT(rewritePhoto(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("too many pixels"));
+}
+
+TEST(JpegRewrite, ScalesALineOfPixels) {
+  const Bytes tall = jpegPhoto({.width = 1, .height = 65'500, .orientation = 8});
+  EXPECT_EQ(imageSizeOf(mustRewrite(tall, {PixelSize{1, 720}, false}))->stored, (PixelSize{1, 720}));
+  EXPECT_EQ(imageSizeOf(mustRewrite(tall, {std::nullopt, true}))->stored, (PixelSize{65'500, 1}));
+}
+
+TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
+  const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false, .progressive = true});
+  const Bytes startOfScan{0xFF, 0xDA};
+  const auto scan = std::ranges::search(photo, startOfScan).begin() - photo.begin();
+  Bytes bomb(photo.begin(), photo.begin() + scan);
+  for (int i = 0; i < 101; ++i) bomb.insert(bomb.end(), photo.begin() + scan, photo.end() - 2);
+  bomb.insert(bomb.end(), {0xFF, 0xD9});
+  EXPECT_THAT(rewritePhoto(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("scans"));
+}
+
+}  // namespace
+}  // namespace kestrova::imaging

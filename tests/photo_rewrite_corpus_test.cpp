@@ -1,0 +1,111 @@
+#include "imaging/photo_rewrite.h"
+#include "support/external_tool.h"
+#include "support/photo_tags.h"
+#include "support/temporary_folder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+// Rewrites every photo of the folder that the environment variable KESTROVA_CORPUS names.
+namespace kestrova::imaging {
+namespace {
+
+using namespace kestrova::test;
+using testing::IsEmpty;
+
+std::vector<Path> corpus() {
+  std::vector<Path> photos;
+  const char* folder = std::getenv("KESTROVA_CORPUS");
+  if (folder == nullptr) return photos;
+  for (const auto& name : filesBelow(folder)) {
+    if (!name.ends_with(".md")) photos.push_back(Path(folder) / name);
+  }
+  return photos;
+}
+
+Bytes bytesOf(const Path& path) {
+  const std::string text = readFile(path);
+  return {text.begin(), text.end()};
+}
+
+struct Wish {
+  std::string name;
+  std::optional<PixelSize> box;
+  bool upright;
+};
+
+void PrintTo(const Wish& wish, std::ostream* stream) { *stream << wish.name; }
+
+PixelSize fitted(const PixelSize& size, const PixelSize& box) {
+  const double scale = std::min({1.0, static_cast<double>(box.width) / static_cast<double>(size.width),
+                                 static_cast<double>(box.height) / static_cast<double>(size.height)});
+  const auto side = [scale](std::int64_t pixels) {
+    return std::max<std::int64_t>(1, std::llround(static_cast<double>(pixels) * scale));
+  };
+  return {side(size.width), side(size.height)};
+}
+
+RewriteRequest requestFor(const ImageSize& size, const Wish& wish) {
+  RewriteRequest request{std::nullopt, wish.upright};
+  if (wish.box) request.size = fitted(wish.upright ? size.upright() : size.stored, *wish.box);
+  return request;
+}
+
+/// What ImageMagick and exiftool complain of.
+bool hasComplaints(const Path& photo) {
+  const ToolRun decoding = runTool("identify", {"-regard-warnings", "-verbose", photo.native()});
+  const ToolRun reading = runTool("exiftool", {"-s3", "-Error", "-Warning", photo.native()});
+  return decoding.status != 0 || !reading.output.empty();
+}
+
+class CorpusTest : public testing::TestWithParam<Wish> {
+ protected:
+  void SetUp() override {
+    if (corpus().empty()) GTEST_SKIP() << "KESTROVA_CORPUS names no folder with photos";
+  }
+
+  void expectGood(const Path& source, const Bytes& written, const PixelSize& size) {
+    const auto back = imageSizeOf(written);
+    ASSERT_TRUE(back) << source;
+    EXPECT_EQ(back->stored, size) << source;
+    const Path path = writeFile(folder_ / "result", written);
+    EXPECT_TRUE(hasComplaints(source) || !hasComplaints(path)) << source;
+    EXPECT_THAT(unexpectedChanges(tagsOf(source), tagsOf(path)), IsEmpty()) << source;
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
+  std::size_t written = 0;
+  for (const auto& photo : corpus()) {
+    const Bytes source = bytesOf(photo);
+    const auto size = imageSizeOf(source);
+    if (!size) continue;
+    const RewriteRequest request = requestFor(*size, GetParam());
+    const auto result = rewritePhoto(source, request);
+    if (!result) continue;
+    ++written;
+    expectGood(photo, *result, request.size.value_or(GetParam().upright ? size->upright() : size->stored));
+    EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << photo << " does not decode again";
+  }
+  EXPECT_GE(written * 10, corpus().size() * 9) << "few photos could be written";
+}
+
+INSTANTIATE_TEST_SUITE_P(Wishes, CorpusTest,
+                         testing::Values(Wish{"Small", PixelSize{1280, 720}, false},
+                                         Wish{"SmallUpright", PixelSize{1280, 720}, true},
+                                         Wish{"Large", PixelSize{1920, 1080}, false},
+                                         Wish{"Tiny", PixelSize{120, 90}, true},
+                                         Wish{"Upright", std::nullopt, true}),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace kestrova::imaging

@@ -1,0 +1,174 @@
+#include "imaging/photo_rewrite.h"
+#include "support/external_tool.h"
+#include "support/sample_media.h"
+#include "support/temporary_folder.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kestrova::imaging {
+namespace {
+
+using namespace kestrova::test;
+using testing::HasSubstr;
+
+Bytes bytesOf(const Path& path) {
+  const std::string text = readFile(path);
+  return {text.begin(), text.end()};
+}
+
+Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
+  const auto result = rewritePhoto(file, request);
+  if (!result) ADD_FAILURE() << result.error().reason;
+  return result.value_or(Bytes());
+}
+
+constexpr std::ptrdiff_t behindHeader = 8 + 25;
+
+Bytes withChunk(const Bytes& png, const Bytes& chunk) {
+  Bytes file = png;
+  file.insert(file.begin() + behindHeader, chunk.begin(), chunk.end());
+  return file;
+}
+
+bool contains(const Bytes& file, const Bytes& part) { return !std::ranges::search(file, part).empty(); }
+
+struct Kind {
+  std::string name;
+  std::vector<std::string> settings;  ///< for ImageMagick
+  std::string scaledKind;             ///< bit depth and colour type of the scaled result
+};
+
+void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
+
+class PngKindTest : public testing::TestWithParam<Kind> {
+ protected:
+  Bytes made() {
+    const Path source =
+        writeFile(folder_ / "sample.png", pngPhoto({.width = 203, .height = 141, .exif = false}));
+    std::vector<std::string> arguments{source.native()};
+    arguments.insert(arguments.end(), GetParam().settings.begin(), GetParam().settings.end());
+    arguments.push_back("PNG:" + (folder_ / "made.png").native());
+    EXPECT_EQ(runTool("convert", arguments).status, 0);
+    return bytesOf(folder_ / "made.png");
+  }
+  std::string kindOf(const Bytes& png) {
+    const Path path = writeFile(folder_ / "kind.png", png);
+    return runTool("exiftool", {"-s3", "-p", "$BitDepth $ColorType $Interlace", path.native()}).output;
+  }
+  Picture picture(const Bytes& png, const std::vector<std::string>& operations = {}) {
+    return pictureOf(writeFile(folder_ / "picture.png", png), operations, true);
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_P(PngKindTest, KeepsItsLookWhenScaled) {
+  const Bytes source = made();
+  const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
+  EXPECT_THAT(kindOf(result), HasSubstr(GetParam().scaledKind));
+  // Seen on a ground: the colour of what is wholly transparent is nobody's business.
+  const auto seen = picture(
+      source, {"-filter", "Lanczos", "-resize", "101x70!", "-background", "orange", "-alpha", "remove"});
+  EXPECT_GE(likeness(seen, picture(result, {"-background", "orange", "-alpha", "remove"})), 40);
+}
+
+TEST_P(PngKindTest, KeepsEverySampleWhenTurned) {
+  const Bytes source = made();
+  const Bytes oriented = withChunk(source, pngChunk("eXIf", exifBlock({.orientation = 8}).encode()));
+  const Bytes result = mustRewrite(oriented, {std::nullopt, true});
+  EXPECT_EQ(kindOf(result), kindOf(source));
+  EXPECT_EQ(likeness(picture(source, {"-rotate", "-90"}), picture(result)), 999);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, PngKindTest,
+    testing::Values(Kind{"Rgb", {"-define", "png:color-type=2"}, "8 RGB"},
+                    Kind{"Rgb16",
+                         {"-depth", "16", "-define", "png:color-type=2", "-define", "png:bit-depth=16"},
+                         "16 RGB"},
+                    Kind{"Grey", {"-colorspace", "Gray", "-define", "png:color-type=0"}, "8 Grayscale"},
+                    Kind{
+                        "Grey16",
+                        {"-colorspace", "Gray", "-define", "png:color-type=0", "-define", "png:bit-depth=16"},
+                        "16 Grayscale"},
+                    Kind{"OneBit",
+                         {"-colorspace", "Gray", "-monochrome", "-define", "png:color-type=0", "-define",
+                          "png:bit-depth=1"},
+                         "8 Grayscale"},
+                    Kind{"FourBits",
+                         {"-colorspace", "Gray", "-depth", "4", "-define", "png:color-type=0", "-define",
+                          "png:bit-depth=4"},
+                         "8 Grayscale"},
+                    Kind{"Palette", {"-colors", "100", "-define", "png:color-type=3"}, "8 RGB"},
+                    Kind{"SmallPalette",
+                         {"-colors", "12", "-define", "png:color-type=3", "-define", "png:bit-depth=4"},
+                         "8 RGB"},
+                    Kind{"Alpha",
+                         {"-alpha", "set", "-region", "90x80+40+20", "-alpha", "transparent", "+region"},
+                         "8 RGB with Alpha"},
+                    Kind{"Alpha16",
+                         {"-depth", "16", "-alpha", "set", "-channel", "A", "-evaluate", "multiply", "0.3",
+                          "-define", "png:color-type=6", "-define", "png:bit-depth=16"},
+                         "16 RGB with Alpha"},
+                    Kind{"GreyAlpha",
+                         {"-colorspace", "Gray", "-alpha", "set", "-channel", "A", "-evaluate", "multiply",
+                          "0.6", "-define", "png:color-type=4"},
+                         "8 Grayscale with Alpha"},
+                    Kind{"Interlaced", {"-interlace", "PNG", "-define", "png:color-type=2"}, "8 RGB Adam7"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(PngRewrite, MakesATransparentColourOpacity) {
+  const Bytes transparentRed = pngChunk("tRNS", Bytes{0, 200, 0, 0, 0, 0});
+  const Bytes source = withChunk(pngPhoto({.width = 64, .height = 48, .exif = false}), transparentRed);
+  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  EXPECT_FALSE(contains(result, transparentRed));
+  EXPECT_EQ(result[25], 6);  // colour type: red, green, blue, opacity
+}
+
+TEST(PngRewrite, PassesChunksThroughByteForByte) {
+  const std::vector<Bytes> chunks{pngChunk("tEXt", Bytes{'K', 0, 'v'}),
+                                  pngChunk("pHYs", Bytes{0, 0, 1, 0, 0, 0, 1, 0, 1}),
+                                  pngChunk("gAMA", Bytes{0, 0, 0xB1, 0x8F}), pngChunk("iCCP", Bytes(50, 1)),
+                                  pngChunk("prVt", Bytes(300, 5))};
+  Bytes source = pngPhoto({.width = 64, .height = 48, .orientation = 6});
+  for (const auto& chunk : chunks) source = withChunk(source, chunk);
+  for (const RewriteRequest& request :
+       {RewriteRequest{PixelSize{32, 24}, false}, RewriteRequest{std::nullopt, true}}) {
+    const Bytes result = mustRewrite(source, request);
+    for (const auto& chunk : chunks) EXPECT_TRUE(contains(result, chunk));
+  }
+}
+
+TEST(PngRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
+  const Bytes source = pngPhoto({.width = 64, .height = 48, .orientation = 6});
+  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+}
+
+TEST(PngRewrite, LeavesAnimationsAsTheyAre) {
+  const Bytes source = withChunk(pngPhoto({.width = 64, .height = 48, .orientation = 6}),
+                                 pngChunk("acTL", Bytes{0, 0, 0, 2, 0, 0, 0, 0}));
+  EXPECT_FALSE(rewritePhoto(source, {PixelSize{32, 24}, false}));
+  EXPECT_FALSE(rewritePhoto(source, {std::nullopt, true}));
+  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+}
+
+TEST(PngRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
+  const Bytes photo = pngPhoto({.width = 64, .height = 48, .exif = false});
+  for (const auto& [width, height] :
+       {std::pair<unsigned, unsigned>{60'000, 60'000}, {0, 48}, {64, 480}, {2'000'000'000, 1}}) {
+    Bytes header(photo.begin() + 16, photo.begin() + 29);
+    for (unsigned i = 0; i < 4; ++i) header[i] = static_cast<std::uint8_t>(width >> (24 - 8 * i));
+    for (unsigned i = 0; i < 4; ++i) header[4 + i] = static_cast<std::uint8_t>(height >> (24 - 8 * i));
+    const Bytes chunk = pngChunk("IHDR", header);
+    Bytes bomb = photo;
+    std::ranges::copy(chunk, bomb.begin() + 8);
+    EXPECT_FALSE(rewritePhoto(bomb, {PixelSize{32, 24}, false})) << width << "x" << height;
+  }
+}
+
+}  // namespace
+}  // namespace kestrova::imaging

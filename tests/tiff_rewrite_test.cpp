@@ -1,0 +1,157 @@
+#include "imaging/photo_rewrite.h"
+#include "support/external_tool.h"
+#include "support/photo_tags.h"
+#include "support/sample_media.h"
+#include "support/temporary_folder.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kestrova::imaging {
+namespace {
+
+using namespace kestrova::test;
+using testing::IsEmpty;
+
+Bytes bytesOf(const Path& path) {
+  const std::string text = readFile(path);
+  return {text.begin(), text.end()};
+}
+
+Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
+  const auto result = rewritePhoto(file, request);
+  if (!result) ADD_FAILURE() << result.error().reason;
+  return result.value_or(Bytes());
+}
+
+struct Kind {
+  std::string name;
+  std::vector<std::string> settings;  ///< for ImageMagick
+  std::string scaledKind;             ///< bits, samples and compression of the scaled result
+};
+
+void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
+
+class TiffTest : public testing::Test {
+ protected:
+  Bytes made(const std::vector<std::string>& settings) {
+    const Path source =
+        writeFile(folder_ / "sample.png", pngPhoto({.width = 203, .height = 141, .exif = false}));
+    std::vector<std::string> arguments{source.native()};
+    arguments.insert(arguments.end(), settings.begin(), settings.end());
+    arguments.push_back("TIFF:" + (folder_ / "made.tif").native());
+    EXPECT_EQ(runTool("convert", arguments).status, 0);
+    return bytesOf(folder_ / "made.tif");
+  }
+  /// The same file, said to be stored so that it has to be turned by a quarter to the right.
+  Bytes quarterTurned(const Bytes& tiff) {
+    const Path path = writeFile(folder_ / "turn.tif", tiff);
+    EXPECT_EQ(
+        runTool("exiftool", {"-q", "-overwrite_original", "-n", "-Orientation=6", path.native()}).status, 0);
+    return bytesOf(path);
+  }
+  std::string kindOf(const Bytes& tiff) {
+    const Path path = writeFile(folder_ / "kind.tif", tiff);
+    return runTool("exiftool", {"-s3", "-p", "$BitsPerSample, $SamplesPerPixel, $Compression", path.native()})
+        .output;
+  }
+  Picture picture(const Bytes& tiff, const std::vector<std::string>& operations = {}) {
+    return pictureOf(writeFile(folder_ / "picture.tif", tiff), operations);
+  }
+  TemporaryFolder folder_;
+};
+
+class TiffKindTest : public TiffTest, public testing::WithParamInterface<Kind> {};
+
+TEST_P(TiffKindTest, KeepsItsLookWhenScaled) {
+  const Bytes source = made(GetParam().settings);
+  const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
+  EXPECT_EQ(kindOf(result), GetParam().scaledKind + "\n");
+  EXPECT_GE(likeness(picture(source, {"-filter", "Lanczos", "-resize", "101x70!"}), picture(result)), 33);
+}
+
+TEST_P(TiffKindTest, KeepsItsLookWhenTurned) {
+  const Bytes source = made(GetParam().settings);
+  const Bytes result = mustRewrite(quarterTurned(source), {std::nullopt, true});
+  EXPECT_EQ(kindOf(result), kindOf(source));
+  const bool isLossless = GetParam().name != "Jpeg";
+  EXPECT_GE(likeness(picture(source, {"+repage", "-orient", "RightTop", "-auto-orient"}), picture(result)),
+            isLossless ? 999 : 30);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, TiffKindTest,
+    testing::Values(
+        Kind{"Plain", {"-compress", "None"}, "8 8 8, 3, Uncompressed"},
+        Kind{"Lzw", {"-compress", "LZW"}, "8 8 8, 3, LZW"},
+        Kind{"Deflate16",
+             {"-depth", "16", "-evaluate", "add", "0.3%", "-compress", "Zip"},
+             "16 16 16, 3, Adobe Deflate"},
+        Kind{"BigEndian",
+             {"-endian", "MSB", "-depth", "16", "-evaluate", "add", "0.3%", "-compress", "LZW"},
+             "16 16 16, 3, LZW"},
+        Kind{"Jpeg", {"-compress", "JPEG", "-quality", "95"}, "8 8 8, 3, JPEG"},
+        Kind{"Grey", {"-colorspace", "Gray", "-compress", "LZW"}, "8, 1, LZW"},
+        Kind{"OneBit", {"-monochrome", "-compress", "Group4"}, "8, 1, LZW"},
+        Kind{"OneBitPlain", {"-monochrome", "-compress", "None"}, "8, 1, Uncompressed"},
+        Kind{"Palette", {"-colors", "90", "-type", "Palette", "-compress", "LZW"}, "8 8 8, 3, LZW"},
+        Kind{"Alpha",
+             {"-alpha", "set", "-channel", "A", "-evaluate", "set", "60%", "-compress", "LZW"},
+             "8 8 8 8, 4, LZW"},
+        Kind{"Cmyk", {"-colorspace", "CMYK", "-compress", "LZW"}, "8 8 8 8, 4, LZW"},
+        Kind{"Planar", {"-interlace", "Plane", "-compress", "LZW"}, "8 8 8, 3, LZW"},
+        Kind{"Tiled", {"-define", "tiff:tile-geometry=64x48", "-compress", "LZW"}, "8 8 8, 3, LZW"},
+        Kind{"TiledPlanar",
+             {"-define", "tiff:tile-geometry=32x32", "-interlace", "Plane", "-compress", "Zip"},
+             "8 8 8, 3, Adobe Deflate"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST_F(TiffTest, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
+  const Bytes source = tiffPhoto({.width = 64, .height = 48, .orientation = 6});
+  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+}
+
+TEST_F(TiffTest, KeepsColourProfileAndResolution) {
+  const Path path =
+      writeFile(folder_ / "profile.tif", made({"-density", "203x196", "-units", "PixelsPerInch"}));
+  Bytes profile(600, 0);
+  profile[2] = 2;
+  profile[3] = 88;
+  const std::string_view kind = "mntrRGB XYZ ";
+  const std::string_view signature = "acsp";
+  std::ranges::copy(kind, profile.begin() + 12);
+  std::ranges::copy(signature, profile.begin() + 36);
+  const Path profilePath = writeFile(folder_ / "profile.icc", profile);
+  const ToolRun run = runTool(
+      "exiftool", {"-q", "-overwrite_original", "-icc_profile<=" + profilePath.native(), path.native()});
+  ASSERT_EQ(run.status, 0) << run.errors;
+  const Tags before = tagsOf(path);
+  const Path result =
+      writeFile(folder_ / "result.tif", mustRewrite(bytesOf(path), {PixelSize{101, 70}, false}));
+  EXPECT_THAT(unexpectedChanges(before, tagsOf(result)), IsEmpty());
+  EXPECT_EQ(runTool("exiftool", {"-b", "-icc_profile", result.native()}).output.size(), profile.size());
+}
+
+TEST_F(TiffTest, HasItsFirstPageAloneWhenItsPixelsChange) {
+  const Bytes pages = made({"(", "+clone", "-negate", ")"});
+  const Bytes result = mustRewrite(pages, {PixelSize{101, 70}, false});
+  EXPECT_EQ(runTool("identify", {writeFile(folder_ / "pages.tif", pages).native()}).output.size() > 0, true);
+  EXPECT_EQ(runTool("identify", {"-format", "%n", writeFile(folder_ / "result.tif", result).native()}).output,
+            "1");
+  EXPECT_GE(likeness(picture(pages, {"-filter", "Lanczos", "-resize", "101x70!"}), picture(result)), 40);
+}
+
+TEST_F(TiffTest, IsAnErrorWhereItsKindIsNotWritten) {
+  EXPECT_FALSE(rewritePhoto(made({"-define", "quantum:format=floating-point", "-depth", "32"}),
+                            {PixelSize{50, 40}, false}));
+  EXPECT_FALSE(
+      rewritePhoto(tiffPhoto({.width = 64, .height = 48, .bigTiff = true}), {PixelSize{32, 24}, false}));
+}
+
+}  // namespace
+}  // namespace kestrova::imaging
