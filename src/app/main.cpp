@@ -3,6 +3,7 @@
 #include "window/main_window.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <cstdio>
 #include <cstring>
 
@@ -35,6 +36,14 @@ Host systemHost() {
   return host;
 }
 
+QIcon programIcon() {
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
+    icon.addFile(QStringLiteral(":/icons/kestrova-%1.png").arg(size));
+  }
+  return icon;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -43,6 +52,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Kestrova"));
   QApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
+  QGuiApplication::setDesktopFileName(QStringLiteral("example.kestrova.Kestrova"));
+  QApplication::setWindowIcon(programIcon());
   const MainQueueRunner runner;
   MainWindow window(systemHost());
   window.show();
