@@ -8,7 +8,7 @@
 
 namespace kestrova::imaging {
 
-/// Why a photo cannot be decoded or encoded. Thrown within src/imaging only; `rewritePhoto` makes a value of
+/// Why a photo cannot be decoded or encoded. Thrown by the parts of src/imaging; `rewritePhoto` makes a value of
 /// it.
 class ImageError : public std::runtime_error {
  public:
