@@ -4,6 +4,12 @@ target_compile_options(kestrova_rules INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Wundef
   $<$<BOOL:${KESTROVA_WERROR}>:-Werror>)
+# What is read are files from anywhere: the C library checks the sizes of buffers that it knows.
+target_compile_options(kestrova_rules INTERFACE
+  $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+if(LINUX)
+  target_link_options(kestrova_rules INTERFACE -Wl,-z,relro,-z,now)
+endif()
 target_compile_definitions(kestrova_rules INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH
   QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)

@@ -6,10 +6,18 @@
 
 say() { printf '%s\n' "$*" >&2; }
 
-# The packages of packages.debian that are not installed.
+# The packages in the parts of packages.debian that are named.
+wanted_packages() {
+  local part
+  for part in "$@"; do
+    sed -n "/^\[$part\]/,/^\[/ { s/[[:space:]].*//; /^[a-z0-9]/p }" "$root/packages.debian"
+  done
+}
+
+# Those of them that are not installed.
 missing_packages() {
   local wanted
-  mapfile -t wanted < <(sed 's/[[:space:]]*#.*//; /^$/d' "$root/packages.debian" | LC_ALL=C sort -u)
+  mapfile -t wanted < <(wanted_packages "$@" | LC_ALL=C sort -u)
   LC_ALL=C comm -23 <(printf '%s\n' "${wanted[@]}") \
     <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null | sed -n 's/^installed //p' | LC_ALL=C sort -u)
 }
@@ -20,14 +28,15 @@ apt_get() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --quiet "$@" >&2
 }
 
-# Package lists are fetched only when installing with those at hand fails.
+# install_packages PART...: what is missing of them. Package lists are fetched only when installing with those at
+# hand fails.
 install_packages() {
   if ! command -v dpkg-query >/dev/null; then
     say "This is no Debian: packages.debian lists what has to be installed."
     return
   fi
   local missing
-  mapfile -t missing < <(missing_packages)
+  mapfile -t missing < <(missing_packages "$@")
   if [ ${#missing[@]} -eq 0 ]; then return; fi
   say "Installing ${missing[*]}"
   local install=(install --yes --no-install-recommends "${missing[@]}")

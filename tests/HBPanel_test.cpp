@@ -99,6 +99,19 @@ TEST(ImageResize, AveragesAllPixelsWhenItShrinks) {
   for (int x = 10; x < 90; ++x) EXPECT_TRUE(isNear(colorAt(resized, x, 40), qRgb(32, 32, 32), 6)) << x;
 }
 
+TEST(ImageResize, KeepsAnEdgeAsSharpAsThePhotosOfARun) {
+  QImage halves(40, 8, QImage::Format_RGB32);
+  halves.fill(qRgb(100, 100, 100));
+  for (int y = 0; y < 8; ++y) {
+    for (int x = 20; x < 40; ++x) halves.setPixel(x, y, qRgb(150, 150, 150));
+  }
+  const ImagePtr resized = imageResize(imageOf(halves), QSizeF(80, 8));
+  int brightest = 0;
+  for (int x = 0; x < 80; ++x) brightest = std::max(brightest, qRed(onlyBitmap(resized).pixel(x, 4)));
+  EXPECT_GT(brightest, 152);  // a Lanczos filter overshoots, a linear one does not
+  EXPECT_EQ(qRed(onlyBitmap(resized).pixel(0, 4)), 100);
+}
+
 TEST(ImageResize, DoesNotKeepTheAspectAndStaysUpright) {
   const ImagePtr resized = imageResize(imageOf(quartersBitmap(80, 60)), QSizeF(30, 90));
   EXPECT_EQ(onlyBitmap(resized).size(), QSize(30, 90));

@@ -237,6 +237,13 @@ TEST_F(MultiPictureTest, HasItsSecondPictureTurnedWithTheFirst) {
             45);
 }
 
+TEST_F(MultiPictureTest, KeepsAnIndexThatNamesNoOtherPicture) {
+  const Bytes index = jpegSegment(0xE2, named(std::string_view("MPF\0II*\0\10\0\0\0\0\0", 14), 8, 0));
+  const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {index});
+  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), index));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), index));
+}
+
 TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
   const Bytes second(500, 7);
   const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);

@@ -58,11 +58,10 @@ RewriteRequest requestFor(const ImageSize& size, const Wish& wish) {
   return request;
 }
 
-/// What ImageMagick and exiftool complain of.
-bool hasComplaints(const Path& photo) {
-  const ToolRun decoding = runTool("identify", {"-regard-warnings", "-verbose", photo.native()});
-  const ToolRun reading = runTool("exiftool", {"-s3", "-Error", "-Warning", photo.native()});
-  return decoding.status != 0 || !reading.output.empty();
+/// Whether ImageMagick or exiftool complain.
+bool hasComplaints(const Path& photo, const Tags& tags) {
+  if (tags.contains("ExifTool:Warning") || tags.contains("ExifTool:Error")) return true;
+  return runTool("convert", {"-regard-warnings", photo.native(), "null:"}).status != 0;
 }
 
 class CorpusTest : public testing::TestWithParam<Wish> {
@@ -76,8 +75,10 @@ class CorpusTest : public testing::TestWithParam<Wish> {
     ASSERT_TRUE(back) << source;
     EXPECT_EQ(back->stored, size) << source;
     const Path path = writeFile(folder_ / "result", written);
-    EXPECT_TRUE(hasComplaints(source) || !hasComplaints(path)) << source;
-    EXPECT_THAT(unexpectedChanges(tagsOf(source), tagsOf(path)), IsEmpty()) << source;
+    const Tags before = tagsOf(source);
+    const Tags after = tagsOf(path);
+    EXPECT_TRUE(hasComplaints(source, before) || !hasComplaints(path, after)) << source;
+    EXPECT_THAT(unexpectedChanges(before, after), IsEmpty()) << source;
   }
 
   TemporaryFolder folder_;
@@ -101,9 +102,7 @@ TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
 
 INSTANTIATE_TEST_SUITE_P(Wishes, CorpusTest,
                          testing::Values(Wish{"Small", PixelSize{1280, 720}, false},
-                                         Wish{"SmallUpright", PixelSize{1280, 720}, true},
-                                         Wish{"Large", PixelSize{1920, 1080}, false},
-                                         Wish{"Tiny", PixelSize{120, 90}, true},
+                                         Wish{"LargeUpright", PixelSize{1920, 1080}, true},
                                          Wish{"Upright", std::nullopt, true}),
                          [](const auto& test) { return test.param.name; });
 

@@ -158,8 +158,11 @@ TEST(PngRewrite, LeavesAnimationsAsTheyAre) {
 
 TEST(PngRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
   const Bytes photo = pngPhoto({.width = 64, .height = 48, .exif = false});
-  for (const auto& [width, height] :
-       {std::pair<unsigned, unsigned>{60'000, 60'000}, {0, 48}, {64, 480}, {2'000'000'000, 1}}) {
+  for (const auto& [width, height] : {std::pair<unsigned, unsigned>{60'000, 60'000},
+                                      {0, 48},
+                                      {64, 480},
+                                      {2'000'000'000, 1},
+                                      {900'000'000, 1}}) {
     Bytes header(photo.begin() + 16, photo.begin() + 29);
     for (unsigned i = 0; i < 4; ++i) header[i] = static_cast<std::uint8_t>(width >> (24 - 8 * i));
     for (unsigned i = 0; i < 4; ++i) header[4 + i] = static_cast<std::uint8_t>(height >> (24 - 8 * i));

@@ -5,8 +5,10 @@
 #include "support/temporary_folder.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -144,6 +146,33 @@ TEST_F(TiffTest, HasItsFirstPageAloneWhenItsPixelsChange) {
   EXPECT_EQ(runTool("identify", {"-format", "%n", writeFile(folder_ / "result.tif", result).native()}).output,
             "1");
   EXPECT_GE(likeness(picture(pages, {"-filter", "Lanczos", "-resize", "101x70!"}), picture(result)), 40);
+}
+
+/// A grey picture that says it has that size, and has 200 bytes of pixels.
+Bytes claimedSize(std::uint64_t width, std::uint64_t height, std::uint64_t compression) {
+  TiffBlock file;
+  file.pixels = Bytes(200, 0);
+  file.image = {tiffLong(0x0100, width),        tiffLong(0x0101, height), tiffShort(0x0102, 8),
+                tiffShort(0x0103, compression), tiffShort(0x0106, 1),     tiffShort(0x0115, 1),
+                tiffLong(0x0116, height)};
+  return file.encode();
+}
+
+TEST_F(TiffTest, TurnsDownSizesThatItsPixelsDoNotFill) {
+  ASSERT_TRUE(rewritePhoto(claimedSize(20, 10, 1), {PixelSize{10, 5}, false}));
+  for (const auto& [width, height] : {std::pair<std::uint64_t, std::uint64_t>{60'000, 60'000},
+                                      {900'000'000, 1},
+                                      {1, 65'500},
+                                      {30'000, 30'000},
+                                      {0, 10},
+                                      {20, 0}}) {
+    for (const std::uint64_t compression : {1U, 5U, 8U, 32773U}) {
+      const Bytes bomb = claimedSize(width, height, compression);
+      EXPECT_FALSE(rewritePhoto(bomb, {PixelSize{10, 5}, false}))
+          << width << "x" << height << " " << compression;
+      EXPECT_FALSE(rewritePhoto(bomb, {std::nullopt, true})) << width << "x" << height << " " << compression;
+    }
+  }
 }
 
 TEST_F(TiffTest, IsAnErrorWhereItsKindIsNotWritten) {

@@ -4,6 +4,7 @@
 #include "window/translations.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <cstdio>
 #include <cstring>
 
@@ -36,6 +37,14 @@ Host systemHost() {
   return host;
 }
 
+QIcon programIcon() {
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
+    icon.addFile(QStringLiteral(":/icons/kestrova-%1.png").arg(size));
+  }
+  return icon;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -45,6 +54,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Kestrova"));
   QApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("example.kestrova.Kestrova"));
+  QApplication::setWindowIcon(programIcon());
   installTranslations(QLocale());
   const MainQueueRunner runner;
   MainWindow window(systemHost(), systemDesktopStatus());

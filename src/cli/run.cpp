@@ -71,7 +71,10 @@ std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, 
   std::optional<QString> halted;
   while (queue.operationCount() > 0) {
     const bool hasHalted = isHalted(queue);
-    if (hasHalted && !manager.hasstopped) halted = interface.lblStatus->stringValue();
+    if (hasHalted && !manager.hasstopped) {
+      MainQueue::instance().runPending();  // the exception's text was posted before the halt
+      halted = interface.lblStatus->stringValue();
+    }
     if (stop.take() || hasHalted) manager.stopProcess();
     progress.show(standingOf(interface, tally));
     MainQueue::instance().runUntil([&] { return queue.operationCount() == 0 || stop.isPending(); },

@@ -8,7 +8,7 @@
 
 namespace kestrova::imaging {
 
-/// Why a photo cannot be decoded or encoded. Thrown within src/imaging only; `rewritePhoto` makes a value of
+/// Why a photo cannot be decoded or encoded. Thrown by the parts of src/imaging; `rewritePhoto` makes a value of
 /// it.
 class ImageError : public std::runtime_error {
  public:
@@ -19,7 +19,8 @@ class ImageError : public std::runtime_error {
 inline void requireAffordable(std::int64_t width, std::int64_t height, std::int64_t bytesPerPixel = 1) {
   if (width <= 0 || height <= 0) throw ImageError("the picture has no pixels");
   if (width > maxPixels / height) throw ImageError("the picture has too many pixels");
-  if (width * height > maxWorkingBytes / bytesPerPixel) throw ImageError("the picture needs too much memory");
+  if (width > maxRowBytes / bytesPerPixel || width * height > maxWorkingBytes / bytesPerPixel)
+    throw ImageError("the picture needs too much memory");
 }
 
 }  // namespace kestrova::imaging

@@ -13,6 +13,9 @@ inline constexpr std::int64_t maxPixels = 1'000'000'000;
 /// Most bytes a decoder may hold at a time, and most that the decoded pixels of one photo may take up.
 inline constexpr std::int64_t maxWorkingBytes = 1'000'000'000;
 
+/// Most bytes one row of decoded pixels may take up: decoders hold several.
+inline constexpr std::int64_t maxRowBytes = 100'000'000;
+
 /// Most scans of a progressive JPEG: honest files have about ten, each one costs a pass over all pixels.
 inline constexpr int maxJpegScans = 100;
 

@@ -15,14 +15,13 @@ constexpr std::size_t offsetField = 8;
 
 std::optional<MultiPictureIndex> MultiPictureIndex::read(std::span<std::uint8_t> bytes, std::size_t base,
                                                          std::size_t imageEnd, std::size_t fileSize) {
-  const auto block = TiffBlock::open(bytes);
-  if (!block) return std::nullopt;
-  const auto entry = block->find(block->firstDirectory(), pictureEntries);
-  if (!entry) return std::nullopt;
   MultiPictureIndex index;
+  const auto block = TiffBlock::open(bytes);
+  const auto entry = block ? block->find(block->firstDirectory(), pictureEntries) : std::nullopt;
+  if (!entry) return index;
   index.entries_ = block->number32(entry->offset + 8);
   const std::size_t count = entry->count / entryBytes;
-  if (count < 2 || !block->contains(index.entries_, count * entryBytes)) return std::nullopt;
+  if (count < 1 || !block->contains(index.entries_, count * entryBytes)) return std::nullopt;
   for (std::size_t i = 1; i < count; ++i) {
     const std::size_t at = index.entries_ + i * entryBytes;
     const std::size_t offset = base + block->number32(at + offsetField);
@@ -38,7 +37,7 @@ std::optional<MultiPictureIndex> MultiPictureIndex::read(std::span<std::uint8_t>
 void MultiPictureIndex::write(std::span<std::uint8_t> bytes, std::size_t base, std::size_t firstLength,
                               std::span<const FurtherPicture> pictures) const {
   auto block = TiffBlock::open(bytes);
-  if (!block) return;
+  if (!block || entries_ == 0) return;
   block->setNumber32(entries_ + sizeField, static_cast<std::uint32_t>(firstLength));
   for (std::size_t i = 0; i < pictures.size(); ++i) {
     const std::size_t at = entries_ + index_[i] * entryBytes;

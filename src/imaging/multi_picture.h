@@ -21,7 +21,7 @@ struct FurtherPicture {
 class MultiPictureIndex {
  public:
   /// Reads the structure that stands at `base` in a file of `fileSize` bytes whose first picture ends at
-  /// `imageEnd`. Nothing when it names no further pictures, or any that does not lie whole behind the first.
+  /// `imageEnd`. Nothing when it names a picture that does not lie whole behind the first.
   static std::optional<MultiPictureIndex> read(std::span<std::uint8_t> block, std::size_t base,
                                                std::size_t imageEnd, std::size_t fileSize);
 
@@ -33,7 +33,7 @@ class MultiPictureIndex {
              std::span<const FurtherPicture> pictures) const;
 
  private:
-  std::size_t entries_ = 0;         ///< where the entries stand in the block
+  std::size_t entries_ = 0;         ///< where the entries stand in the block; 0 when it has none
   std::vector<std::size_t> index_;  ///< which entry each picture has
   std::vector<FurtherPicture> pictures_;
 };

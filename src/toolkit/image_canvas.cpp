@@ -1,5 +1,7 @@
 #include "toolkit/image_canvas.h"
 
+#include "imaging/image_error.h"
+#include "imaging/resampler.h"
 #include "toolkit/bitmap_turn.h"
 #include "toolkit/image_codec.h"
 
@@ -50,10 +52,31 @@ QImage inCanvasColors(const QImage& bitmap) {
                                                        : bitmap;
 }
 
+/// Scales by the filter that a run scales photos with; null when the limits forbid it.
+QImage scaledByLanczos(const QImage& bitmap, QSize pixels) {
+  const QImage source = bitmap.convertToFormat(QImage::Format_RGBA8888);
+  QImage result(pixels, QImage::Format_RGBA8888);
+  if (source.isNull() || result.isNull()) return {};
+  imaging::Resampler resampler(imaging::wholeAxis(source.width(), pixels.width()),
+                               imaging::wholeAxis(source.height(), pixels.height()),
+                               {.channels = 4, .bytesPerSample = 1, .alpha = true});
+  int filled = 0;
+  for (int row = 0; row < source.height(); ++row) {
+    resampler.push(source.constScanLine(row));
+    while (filled < pixels.height() && resampler.pull(result.scanLine(filled))) ++filled;
+  }
+  result.setColorSpace(bitmap.colorSpace());
+  return result;
+}
+
 /// The one place where a bitmap changes its number of pixels at high quality.
 QImage resampled(const QImage& bitmap, QSize pixels) {
   if (bitmap.size() == pixels || !isDecodableSize(pixels.width(), pixels.height(), 4)) return bitmap;
-  return bitmap.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  try {
+    return scaledByLanczos(bitmap, pixels);
+  } catch (const imaging::ImageError&) {
+    return {};
+  }
 }
 
 /// The turn that a transform makes of a bitmap, where sides stay parallel to the axes. QPainter is half a

@@ -7,9 +7,6 @@
 
 #include <gtest/gtest.h>
 
-// What the message bus library keeps until the process ends is no leak of ours.
-extern "C" const char* __lsan_default_suppressions() { return "leak:libdbus-1"; }
-
 int main(int argc, char** argv) {
   kestrova::installLog();
   QLoggingCategory::setFilterRules(QStringLiteral("kestrova.info=false"));
