@@ -44,21 +44,7 @@ TEST(CliProgress, SaysTheTimeLeftInFittingUnits) {
   EXPECT_THAT(line(writing(1, 2), seconds(7290)), HasSubstr("  2 h 1 min left  "));
 }
 
-TEST(CliProgress, GuessesTheTimeLeftFromTheWritingAlone) {
-  TimeLeft timeLeft;
-  const TimeLeft::Clock::time_point start{};
-  Standing standing = writing(10, 40);
-  standing.stage = Stage::planning;
-  EXPECT_FALSE(timeLeft.guess(standing, start));
-  EXPECT_FALSE(timeLeft.guess(writing(10, 40), start + seconds(100)));
-  EXPECT_FALSE(timeLeft.guess(writing(10, 40), start + seconds(105)));
-  EXPECT_EQ(timeLeft.guess(writing(20, 40), start + seconds(110)), seconds(20));
-  EXPECT_EQ(timeLeft.guess(writing(40, 40), start + seconds(130)), seconds(0));
-}
-
-TEST(CliProgress, SaysNothingOfAnEmptyRunsTime) {
-  TimeLeft timeLeft;
-  EXPECT_FALSE(timeLeft.guess({}, {}));
+TEST(CliProgress, HasNothingToDoInAnEmptyRun) {
   EXPECT_THAT(line({Stage::writing, {}, {}, 0, {}}), HasSubstr("  0%  0 of 0"));
 }
 

@@ -80,6 +80,12 @@ TEST_F(TimeLeftTest, SaysNothingWhenAllIsDone) {
   EXPECT_EQ(after(seconds(10), 1000), std::nullopt);
 }
 
+TEST_F(TimeLeftTest, SaysNothingOfARunWithoutWork) {
+  const TimeLeft::Clock::time_point start{};
+  EXPECT_EQ(timeLeft.guess(0, 0, start), std::nullopt);
+  EXPECT_EQ(timeLeft.guess(0, 0, start + seconds(10)), std::nullopt);
+}
+
 TEST(WorkOf, CountsFilesBesideTheirBytes) {
   EXPECT_GT(workOf(1000, 1'000'000), workOf(1, 1'000'000));
   EXPECT_GT(workOf(1, 1'000'000'000), workOf(1, 1'000'000));

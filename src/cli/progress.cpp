@@ -21,12 +21,7 @@ using std::chrono::seconds;
 constexpr int barWidth = 20;
 constexpr int plainWidth = 200;
 
-// What a file costs beside its bytes, in bytes: names, attributes and the wait for the disk.
-constexpr double costOfFile = 512.0 * 1024.0;
-
-double work(const Amount& amount) {
-  return static_cast<double>(amount.bytes) + costOfFile * static_cast<double>(amount.files);
-}
+double work(const Amount& amount) { return workOf(amount.files, amount.bytes); }
 
 double share(const Standing& standing) {
   const double whole = work(standing.found);
@@ -59,16 +54,6 @@ void writeToStandardError(const QString& text) {
 
 }  // namespace
 
-std::optional<seconds> TimeLeft::guess(const Standing& standing, Clock::time_point now) {
-  if (standing.stage != Stage::writing) return std::nullopt;
-  if (!start_) start_ = Start{now, standing.settled};
-  const double done = work(standing.settled) - work(start_->settled);
-  const auto elapsed = std::chrono::duration<double>(now - start_->time);
-  if (done <= 0 || elapsed < seconds(1)) return std::nullopt;
-  const double left = std::max(0.0, work(standing.found) - work(standing.settled));
-  return std::chrono::ceil<seconds>(elapsed * (left / done));
-}
-
 QString progressLine(const Standing& standing, std::optional<seconds> timeLeft, int width) {
   QStringList parts;
   if (standing.stage == Stage::scanning) {
@@ -94,10 +79,16 @@ Progress::Mode Progress::modeOfStandardError() {
 
 void Progress::show(const Standing& standing) {
   if (mode_ == Mode::silent) return;
-  const auto timeLeft = timeLeft_.guess(standing, Clock::now());
+  const auto timeLeft = guess(standing);
   if (mode_ == Mode::plain) return addLine(progressLine(standing, timeLeft, plainWidth));
   // The last column stays free: some terminals wrap after it.
   drawLine(progressLine(standing, timeLeft, terminalWidth() - 1));
+}
+
+// From the writing alone, as finding and planning go at other speeds.
+std::optional<seconds> Progress::guess(const Standing& standing) {
+  if (standing.stage != Stage::writing) return std::nullopt;
+  return timeLeft_.guess(work(standing.settled), work(standing.found), Clock::now());
 }
 
 void Progress::drawLine(const QString& line) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/time_left.h"
 #include "cli/tally.h"
 
 #include <QString>
@@ -16,22 +17,6 @@ struct Standing {
   Amount found;                 ///< what is to be organised, as far as it is known
   std::int64_t duplicates = 0;  ///< files
   Amount settled;               ///< of `found`, what is done with
-};
-
-/// Guesses how long the rest of the writing takes. Every file costs a little beside its bytes.
-class TimeLeft {
- public:
-  using Clock = std::chrono::steady_clock;
-
-  /// Nothing before there is something to guess from.
-  std::optional<std::chrono::seconds> guess(const Standing& standing, Clock::time_point now);
-
- private:
-  struct Start {
-    Clock::time_point time;
-    Amount settled;
-  };
-  std::optional<Start> start_;  // of the writing
 };
 
 /// One line of at most `width` characters: bar, counts, time left, status.
@@ -58,6 +43,7 @@ class Progress {
   void show(const Standing& standing);
 
  private:
+  std::optional<std::chrono::seconds> guess(const Standing& standing);
   void drawLine(const QString& line);
   void addLine(const QString& line);
 
