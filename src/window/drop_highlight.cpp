@@ -9,7 +9,6 @@ namespace {
 constexpr int margin = 6;  // pixels around what it lies over
 constexpr int frameWidth = 2;
 constexpr int cornerRadius = 6;
-constexpr int groundOpacity = 230;  // of 255: what lies below shows through a little
 
 }  // namespace
 
@@ -32,9 +31,7 @@ void DropHighlight::showOver(const QWidget& place, const QString& promise) {
 void DropHighlight::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  QColor ground = palette().color(QPalette::Base);
-  ground.setAlpha(groundOpacity);
-  painter.setBrush(ground);
+  painter.setBrush(palette().base());
   painter.setPen(QPen(palette().color(QPalette::Highlight), frameWidth));
   painter.drawRoundedRect(rect().adjusted(1, 1, -1, -1), cornerRadius, cornerRadius);
   painter.setPen(palette().color(QPalette::Text));

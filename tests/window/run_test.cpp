@@ -221,6 +221,49 @@ TEST_F(ARun, ShowsItsShareInTheTitleAndTheTaskBar) {
   EXPECT_EQ(desktop->shares.back(), std::nullopt);
 }
 
+TEST_F(ARun, SaysHowLongItWillTakeOnceItCanJudge) {
+  writeAlbum();
+  holdCopies();
+  openWithFolders();
+  click("buttonStart");
+  ASSERT_TRUE(isExecuting());
+  QTest::qWait(3600);
+  EXPECT_EQ(text("timeLeftText"), QString()) << "nothing is done yet";
+  permits.release();
+  EXPECT_TRUE(eventually([this] { return text("timeLeftText").endsWith(QStringLiteral("left")); }));
+  click("buttonStart");
+  ASSERT_TRUE(waitForStatus("Paused"));
+  EXPECT_TRUE(eventually([this] { return text("timeLeftText").isEmpty(); }));
+  click("buttonStart");
+  letGo();
+  ASSERT_TRUE(waitForStatus("Completed"));
+  EXPECT_TRUE(eventually([this] { return text("timeLeftText").isEmpty(); }));
+}
+
+TEST_F(ARun, NeedsNoPointer) {
+  writeAlbum();
+  open();
+  const auto press = [this](int key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(window->focusWidget(), static_cast<Qt::Key>(key), modifiers);
+  };
+  folders->answer = folder / "in";
+  press(Qt::Key_O, Qt::ControlModifier);
+  folders->answer = folder / "out";
+  press(Qt::Key_T, Qt::ControlModifier);
+  press(Qt::Key_V, Qt::AltModifier);  // skip small videos
+  press(Qt::Key_D, Qt::AltModifier);  // to the folders' names
+  press(Qt::Key_End);
+  press(Qt::Key_S, Qt::AltModifier);
+  ASSERT_TRUE(waitForStatus("Completed"));
+  ASSERT_TRUE(eventually([this] { return widget<QWidget>("buttonOpenTarget").isVisible(); }));
+  press(Qt::Key_N, Qt::AltModifier);
+  EXPECT_TRUE(eventually([this] { return workspace->addresses.size() == 1; }));
+  EXPECT_TRUE(controls().chkFilterSmallVideos->state() == CheckBox::on);
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "out/2014/05/21"));
+  press(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_EQ(alerts->alerts.size(), 1U);
+}
+
 TEST_F(ARun, OpensItsTargetAtTheEnd) {
   writeAlbum();
   openWithFolders();
