@@ -54,6 +54,7 @@ Template templateOf(const char* text) {
 const std::vector<Template>& templates() {
   static const auto all = [] {
     std::vector<Template> made;
+    made.reserve(texts.size());
     for (const char* text : texts) made.push_back(templateOf(text));
     return made;
   }();
