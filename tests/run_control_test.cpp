@@ -115,22 +115,41 @@ TEST_F(RunControl, ShowsPauseDisabledWhileItScans) {
 }
 
 TEST_F(RunControl, StopsAScan) {
-  writePhoto(program.source / "e2.jpg", 1000 + 'a', 'z');
+  writePhoto(program.source / "a2.jpg", 1000 + 'a', 'z');
   files->onRead = [this](const Path&) -> std::optional<FileError> {
     scanning.pass();
     return std::nullopt;
   };
   start();
   program.waitUntil([this] { return scanning.isReached(); });
-  writePhoto(program.source / "never reached.jpg", 5);
+  program.settle();
+  program.press(controls().buttonStop);
+  scanning.open();
+  program.waitUntilEnded();
+  EXPECT_TRUE(program.log.holds(QStringLiteral("CANCELLLED")));
+  EXPECT_EQ(program.status(), QStringLiteral("Stopped"));
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
+  EXPECT_TRUE(controls().buttonStart->isEnabled());
+  EXPECT_FALSE(controls().buttonStop->isEnabled());
+  EXPECT_FALSE(controls().sourceProgress->isAnimating());
+  EXPECT_EQ(program.power->released(), std::vector<std::uint32_t>{101});
+  EXPECT_EQ(manager().appStatus, 1);
+  EXPECT_TRUE(program.targetFiles().empty());
+}
+
+TEST_F(RunControl, PlansNothingWhenAScanIsStoppedAtItsLastFile) {
+  writePhoto(program.source / "z.jpg", 1000 + 'a', 'z');
+  files->onRead = [this](const Path&) -> std::optional<FileError> {
+    scanning.pass();
+    return std::nullopt;
+  };
+  start();
+  program.waitUntil([this] { return scanning.isReached(); });
   program.settle();
   program.press(controls().buttonStop);
   scanning.open();
   program.waitUntilEnded();
   EXPECT_EQ(startTitle(), QStringLiteral("Start"));
-  EXPECT_TRUE(controls().buttonStart->isEnabled());
-  EXPECT_FALSE(controls().buttonStop->isEnabled());
-  EXPECT_FALSE(controls().sourceProgress->isAnimating());
   EXPECT_EQ(manager().appStatus, 1);
   EXPECT_TRUE(program.targetFiles().empty());
 }
