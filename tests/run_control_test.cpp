@@ -34,6 +34,18 @@ class RunControl : public testing::Test {
     program.waitUntil([this] { return copying.isReached(); });
     program.settle();
   }
+  /// The same with the scan waiting at the first file that it reads, or the planner at its first photo.
+  void startAndHoldScan() { startAndHoldRead(1, scanning); }
+  void startAndHoldPlanning() { startAndHoldRead(2, planning); }
+  void startAndHoldRead(int stage, Gate& gate) {
+    files->onRead = [this, stage, &gate](const Path&) -> std::optional<FileError> {
+      if (manager().appStatus == stage) gate.pass();
+      return std::nullopt;
+    };
+    start();
+    program.waitUntil([&gate] { return gate.isReached(); });
+    program.settle();
+  }
   QString startTitle() { return controls().buttonStart->title(); }
   OrganiseManager& manager() { return program.manager(); }
   MainInterface& controls() { return *program.interface; }
@@ -99,13 +111,7 @@ TEST_F(RunControl, CompletesEveryRunOnceWithItsOwnAssertion) {
 
 TEST_F(RunControl, ShowsPauseDisabledWhileItScans) {
   writePhoto(program.source / "z.jpg", 1000 + 'a', 'z');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 1) scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
-  program.settle();
+  startAndHoldScan();
   EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
   EXPECT_FALSE(controls().buttonStart->isEnabled());
   EXPECT_TRUE(controls().buttonStop->isEnabled());
@@ -116,13 +122,7 @@ TEST_F(RunControl, ShowsPauseDisabledWhileItScans) {
 
 TEST_F(RunControl, StopsAScan) {
   writePhoto(program.source / "a2.jpg", 1000 + 'a', 'z');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
-  program.settle();
+  startAndHoldScan();
   program.press(controls().buttonStop);
   scanning.open();
   program.waitUntilEnded();
@@ -139,13 +139,7 @@ TEST_F(RunControl, StopsAScan) {
 
 TEST_F(RunControl, PlansNothingWhenAScanIsStoppedAtItsLastFile) {
   writePhoto(program.source / "z.jpg", 1000 + 'a', 'z');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
-  program.settle();
+  startAndHoldScan();
   program.press(controls().buttonStop);
   scanning.open();
   program.waitUntilEnded();
@@ -155,13 +149,7 @@ TEST_F(RunControl, PlansNothingWhenAScanIsStoppedAtItsLastFile) {
 }
 
 TEST_F(RunControl, HoldsStartWhileItPlans) {
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 2) planning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return planning.isReached(); });
-  program.settle();
+  startAndHoldPlanning();
   EXPECT_FALSE(controls().buttonStart->isEnabled());
   EXPECT_TRUE(controls().buttonStop->isEnabled());
   EXPECT_TRUE(controls().processBar->isIndeterminate());
@@ -174,13 +162,7 @@ TEST_F(RunControl, HoldsStartWhileItPlans) {
 }
 
 TEST_F(RunControl, StopsPlanningWithoutACompletionReport) {
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 2) planning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return planning.isReached(); });
-  program.settle();
+  startAndHoldPlanning();
   program.press(controls().buttonStop);
   planning.open();
   program.waitUntilEnded();
@@ -334,12 +316,7 @@ TEST_F(RunControl, LeavesTheButtonsOfAScanThatFoundNothing) {
 TEST_F(RunControl, StartsAfreshAfterAScanThatWasSuspended) {
   writePhoto(program.source / "e2.jpg", 1000 + 'a', 'z');
   writePhoto(program.source / "f.jpg", 1000 + 'a', 'y');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
+  startAndHoldScan();
   manager().startProcess();
   scanning.open();
   program.waitUntilEnded();
@@ -362,12 +339,7 @@ TEST_F(RunControl, IgnoresWhatAnotherQueueOrKeyReports) {
 }
 
 TEST_F(RunControl, UsesTheTargetOfTheMomentWhenItPlans) {
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 2) planning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return planning.isReached(); });
+  startAndHoldPlanning();
   manager().setTarget(program.folder / "other");
   manager().deleteSource();
   planning.open();
