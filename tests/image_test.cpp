@@ -130,7 +130,7 @@ TEST(Image, SurvivesDamagedFilesInSilence) {
   for (const Bytes& whole :
        {test::jpegPhoto({.width = 40, .height = 30, .thumbnail = true}),
         test::pngPhoto({.width = 40, .height = 30}), test::tiffPhoto({.width = 40, .height = 30})}) {
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 1000; ++i) {
       Bytes file = whole;
       for (int change = 0; change < 3; ++change)
         file[random() % file.size()] = static_cast<std::uint8_t>(random());

@@ -205,6 +205,36 @@ TEST_F(Planner, CopiesATurnedPhotoWhenItIsNotToStandUpright) {
             test::readFile(photo));
 }
 
+TEST_F(Planner, HandsATurnedPhotoToResizingAtItsOwnSize) {
+  writeJpeg("a.jpg", {.orientation = 6});
+  program.run();
+  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Rotating photo 1")));
+  EXPECT_EQ(manager().tRotatedCount, 1);
+}
+
+TEST_F(Planner, HandsATaggedPhotoToResizingWithTheChosenResolution) {
+  writeJpeg("a.jpg", {.width = 1600, .height = 1200, .orientation = 1});
+  controls().comboResolution->chooseItem(1);
+  program.run();
+  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Resizing photo 1 for 720P")));
+}
+
+TEST_F(Planner, HandsAPhotoWithoutOrientationToResizingWithoutItsResolution) {
+  writeJpeg("a.jpg", {.width = 1600, .height = 1200});
+  controls().comboResolution->chooseItem(1);
+  program.run();
+  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Rotating photo 1")));
+  EXPECT_EQ(manager().tRotatedCount, 1);
+}
+
+TEST_F(Planner, HandsATurnedPhotoToResizingWithoutAWordWhenNoResolutionIsChosen) {
+  writeJpeg("a.jpg", {.orientation = 8});
+  controls().comboResolution->selectItemAtIndex(-1);
+  program.run();
+  EXPECT_EQ(manager().tRotatedCount, 1);
+  EXPECT_FALSE(program.statusTexts().contains(QStringLiteral("Rotating photo 1")));
+}
+
 TEST_F(Planner, ShowsAnExceptionAndLeavesTheQueueSuspended) {
   writeVideo("a.mov", 500);
   const Path second = writeVideo("b.mov", 501);

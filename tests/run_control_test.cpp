@@ -34,6 +34,18 @@ class RunControl : public testing::Test {
     program.waitUntil([this] { return copying.isReached(); });
     program.settle();
   }
+  /// The same with the scan waiting at the first file that it reads, or the planner at its first photo.
+  void startAndHoldScan() { startAndHoldRead(1, scanning); }
+  void startAndHoldPlanning() { startAndHoldRead(2, planning); }
+  void startAndHoldRead(int stage, Gate& gate) {
+    files->onRead = [this, stage, &gate](const Path&) -> std::optional<FileError> {
+      if (manager().appStatus == stage) gate.pass();
+      return std::nullopt;
+    };
+    start();
+    program.waitUntil([&gate] { return gate.isReached(); });
+    program.settle();
+  }
   QString startTitle() { return controls().buttonStart->title(); }
   OrganiseManager& manager() { return program.manager(); }
   MainInterface& controls() { return *program.interface; }
@@ -99,13 +111,7 @@ TEST_F(RunControl, CompletesEveryRunOnceWithItsOwnAssertion) {
 
 TEST_F(RunControl, ShowsPauseDisabledWhileItScans) {
   writePhoto(program.source / "z.jpg", 1000 + 'a', 'z');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 1) scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
-  program.settle();
+  startAndHoldScan();
   EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
   EXPECT_FALSE(controls().buttonStart->isEnabled());
   EXPECT_TRUE(controls().buttonStop->isEnabled());
@@ -115,34 +121,35 @@ TEST_F(RunControl, ShowsPauseDisabledWhileItScans) {
 }
 
 TEST_F(RunControl, StopsAScan) {
-  writePhoto(program.source / "e2.jpg", 1000 + 'a', 'z');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
-  writePhoto(program.source / "never reached.jpg", 5);
-  program.settle();
+  writePhoto(program.source / "a2.jpg", 1000 + 'a', 'z');
+  startAndHoldScan();
   program.press(controls().buttonStop);
   scanning.open();
   program.waitUntilEnded();
+  EXPECT_TRUE(program.log.holds(QStringLiteral("CANCELLLED")));
+  EXPECT_EQ(program.status(), QStringLiteral("Stopped"));
   EXPECT_EQ(startTitle(), QStringLiteral("Start"));
   EXPECT_TRUE(controls().buttonStart->isEnabled());
   EXPECT_FALSE(controls().buttonStop->isEnabled());
   EXPECT_FALSE(controls().sourceProgress->isAnimating());
+  EXPECT_EQ(program.power->released(), std::vector<std::uint32_t>{101});
+  EXPECT_EQ(manager().appStatus, 1);
+  EXPECT_TRUE(program.targetFiles().empty());
+}
+
+TEST_F(RunControl, PlansNothingWhenAScanIsStoppedAtItsLastFile) {
+  writePhoto(program.source / "z.jpg", 1000 + 'a', 'z');
+  startAndHoldScan();
+  program.press(controls().buttonStop);
+  scanning.open();
+  program.waitUntilEnded();
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
   EXPECT_EQ(manager().appStatus, 1);
   EXPECT_TRUE(program.targetFiles().empty());
 }
 
 TEST_F(RunControl, HoldsStartWhileItPlans) {
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 2) planning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return planning.isReached(); });
-  program.settle();
+  startAndHoldPlanning();
   EXPECT_FALSE(controls().buttonStart->isEnabled());
   EXPECT_TRUE(controls().buttonStop->isEnabled());
   EXPECT_TRUE(controls().processBar->isIndeterminate());
@@ -155,13 +162,7 @@ TEST_F(RunControl, HoldsStartWhileItPlans) {
 }
 
 TEST_F(RunControl, StopsPlanningWithoutACompletionReport) {
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 2) planning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return planning.isReached(); });
-  program.settle();
+  startAndHoldPlanning();
   program.press(controls().buttonStop);
   planning.open();
   program.waitUntilEnded();
@@ -315,12 +316,7 @@ TEST_F(RunControl, LeavesTheButtonsOfAScanThatFoundNothing) {
 TEST_F(RunControl, StartsAfreshAfterAScanThatWasSuspended) {
   writePhoto(program.source / "e2.jpg", 1000 + 'a', 'z');
   writePhoto(program.source / "f.jpg", 1000 + 'a', 'y');
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    scanning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return scanning.isReached(); });
+  startAndHoldScan();
   manager().startProcess();
   scanning.open();
   program.waitUntilEnded();
@@ -343,12 +339,7 @@ TEST_F(RunControl, IgnoresWhatAnotherQueueOrKeyReports) {
 }
 
 TEST_F(RunControl, UsesTheTargetOfTheMomentWhenItPlans) {
-  files->onRead = [this](const Path&) -> std::optional<FileError> {
-    if (manager().appStatus == 2) planning.pass();
-    return std::nullopt;
-  };
-  start();
-  program.waitUntil([this] { return planning.isReached(); });
+  startAndHoldPlanning();
   manager().setTarget(program.folder / "other");
   manager().deleteSource();
   planning.open();

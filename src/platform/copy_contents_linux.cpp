@@ -15,7 +15,7 @@ namespace kestrova::host {
 
 namespace {
 
-constexpr std::size_t bufferSize = 256 * 1024;
+constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 
 bool shareBlocks(int from, int to) { return ::ioctl(to, FICLONE, from) == 0; }
 

@@ -64,7 +64,7 @@ FileResult<void> PendingFile::giveTemporaryName() {
 FileResult<void> PendingFile::committed(FileResult<void> renamed) {
   if (renamed) temporaryName_.clear();
   return renamed.map_error(
-      [&](FileError error) { return withFullVolumeAs(fullVolumeCode_, withTakenName(error)); });
+      [&](FileError error) { return withFullVolumeAs(fullVolumeCode_, withTakenName(std::move(error))); });
 }
 
 FileResult<void> PendingFile::commit() {
