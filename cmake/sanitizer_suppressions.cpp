@@ -1,5 +1,5 @@
-// Libraries that are built without the sanitizers synchronise in ways that those cannot see, and keep memory until the
-// process ends. What they do inside themselves is not our business; what our own code does is.
+// Libraries that are built without the sanitizers synchronise in ways that those cannot see, and keep memory
+// until the process ends. What they do inside themselves is not our business; what our own code does is.
 extern "C" const char* __tsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions();
 

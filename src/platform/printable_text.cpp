@@ -1,8 +1,8 @@
 #include "platform/printable_text.h"
 
+#include <QList>
 #include <algorithm>
 
-#include <QList>
 #include <QUtf8StringView>
 
 namespace kestrova {
