@@ -66,7 +66,7 @@ def faults(window, language):
         print(what, "-", node.get_description())
         if not node.get_name():
             yield f"{what} has no name"
-        if not node.get_description() and node.get_role_name() != "list":  # Qt's lists have none to give
+        if not node.get_description():
             yield f"{what} has no description"
         if node.get_role_name() == "combo box" and not labelled(node):
             yield f"{what} has no label"
