@@ -1,5 +1,5 @@
 #include "app/main_interface.h"
-#include "support/gate.h"
+#include "support/counting_defaults.h"
 #include "support/headless_program.h"
 
 #include <gtest/gtest.h>
@@ -28,14 +28,6 @@ class AnsweringAlerts : public AlertPanel {
   int answer = firstButtonReturn;
 };
 
-class CountingDefaults : public UserDefaults {
- public:
-  QVariant value(const QString&) const override { return {}; }
-  void setValue(const QString&, const QVariant&) override {}
-  void synchronize() override { ++saves; }
-  int saves = 0;
-};
-
 class Exit : public testing::Test {
  protected:
   Exit() {
@@ -59,7 +51,7 @@ class Exit : public testing::Test {
   const test::LogCapture log;
   std::shared_ptr<StandInWorkspace> workspace = std::make_shared<StandInWorkspace>();
   std::shared_ptr<AnsweringAlerts> alerts = std::make_shared<AnsweringAlerts>();
-  std::shared_ptr<CountingDefaults> defaults = std::make_shared<CountingDefaults>();
+  std::shared_ptr<test::CountingDefaults> defaults = std::make_shared<test::CountingDefaults>();
   int terminations = 0;
   std::unique_ptr<MainInterface> interface;
 };

@@ -1,3 +1,4 @@
+#include "support/counting_defaults.h"
 #include "support/headless_program.h"
 
 #include <gtest/gtest.h>
@@ -21,14 +22,6 @@ class AnsweringPanel : public FolderPanel {
   Completion pending;
 };
 
-class CountingDefaults : public UserDefaults {
- public:
-  QVariant value(const QString&) const override { return {}; }
-  void setValue(const QString&, const QVariant&) override {}
-  void synchronize() override { ++saves; }
-  int saves = 0;
-};
-
 class Folders : public testing::Test {
  protected:
   Folders() {
@@ -48,7 +41,7 @@ class Folders : public testing::Test {
   std::vector<Path> sources() { return manager().sourcePathList.get(); }
 
   std::shared_ptr<AnsweringPanel> panel = std::make_shared<AnsweringPanel>();
-  std::shared_ptr<CountingDefaults> defaults = std::make_shared<CountingDefaults>();
+  std::shared_ptr<test::CountingDefaults> defaults = std::make_shared<test::CountingDefaults>();
   std::unique_ptr<MainInterface> interface;
 };
 

@@ -4,6 +4,7 @@
 #include "imaging/jpeg_outline.h"
 #include "imaging/photo_rewrite.h"
 #include "support/external_tool.h"
+#include "support/rewriting.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
@@ -21,17 +22,6 @@ namespace {
 
 using namespace kestrova::test;
 using testing::HasSubstr;
-
-Bytes bytesOf(const Path& path) {
-  const std::string text = readFile(path);
-  return {text.begin(), text.end()};
-}
-
-Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
-  const auto result = rewritePhoto(file, request);
-  if (!result) ADD_FAILURE() << result.error().reason;
-  return result.value_or(Bytes());
-}
 
 /// A JPEG as ImageMagick writes the sample picture with these settings.
 Bytes madeJpeg(const TemporaryFolder& folder, const std::vector<std::string>& settings, int width = 202,

@@ -1,5 +1,6 @@
 #include "imaging/photo_rewrite.h"
 #include "support/external_tool.h"
+#include "support/rewriting.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
@@ -15,17 +16,6 @@ namespace {
 
 using namespace kestrova::test;
 using testing::HasSubstr;
-
-Bytes bytesOf(const Path& path) {
-  const std::string text = readFile(path);
-  return {text.begin(), text.end()};
-}
-
-Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
-  const auto result = rewritePhoto(file, request);
-  if (!result) ADD_FAILURE() << result.error().reason;
-  return result.value_or(Bytes());
-}
 
 constexpr std::ptrdiff_t behindHeader = 8 + 25;
 

@@ -1,6 +1,7 @@
 #include "imaging/photo_rewrite.h"
 #include "support/external_tool.h"
 #include "support/photo_tags.h"
+#include "support/rewriting.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
@@ -19,17 +20,6 @@ namespace {
 
 using namespace kestrova::test;
 using testing::IsEmpty;
-
-Bytes bytesOf(const Path& path) {
-  const std::string text = readFile(path);
-  return {text.begin(), text.end()};
-}
-
-Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
-  const auto result = rewritePhoto(file, request);
-  if (!result) ADD_FAILURE() << result.error().reason;
-  return result.value_or(Bytes());
-}
 
 struct Kind {
   std::string name;

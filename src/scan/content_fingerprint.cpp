@@ -7,9 +7,9 @@
 namespace kestrova {
 
 std::string contentFingerprint(const std::optional<Bytes>& prefix) {
-  const Bytes bytes = prefix.value_or(Bytes());
-  const auto text = QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size()));
-  return QCryptographicHash::hash(text.toByteArray(), QCryptographicHash::Md5).toHex().toStdString();
+  QCryptographicHash md5(QCryptographicHash::Md5);
+  if (prefix) md5.addData(QByteArrayView(prefix->data(), static_cast<qsizetype>(prefix->size())));
+  return md5.result().toHex().toStdString();
 }
 
 // The name is older than the count.

@@ -1,6 +1,5 @@
 #include "app/organise_manager.h"
 #include "platform/log.h"
-#include "platform/main_queue.h"
 #include "scan/folder_walk.h"
 #include "scan/media_classification.h"
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "imaging/photo_rewrite.h"
+#include "support/temporary_folder.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+// Short words for what the tests of photo rewriting do again and again.
+
+namespace kestrova::test {
+
+inline Bytes bytesOf(const Path& path) {
+  const std::string text = readFile(path);
+  return {text.begin(), text.end()};
+}
+
+/// The photo written anew; a failure of the test, and no bytes, when it is refused.
+inline Bytes mustRewrite(const Bytes& file, const imaging::RewriteRequest& request) {
+  const auto result = imaging::rewritePhoto(file, request);
+  if (!result) ADD_FAILURE() << result.error().reason;
+  return result.value_or(Bytes());
+}
+
+}  // namespace kestrova::test
