@@ -22,6 +22,7 @@ namespace {
 
 using namespace kestrova::test;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 
 /// A JPEG as ImageMagick writes the sample picture with these settings.
 Bytes madeJpeg(const TemporaryFolder& folder, const std::vector<std::string>& settings, int width = 202,
@@ -62,7 +63,6 @@ Bytes quarterTurned(const Bytes& jpeg) {
 struct Kind {
   std::string name;
   std::vector<std::string> settings;
-  std::string sampling;  ///< of the scaled result
 };
 
 void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
@@ -79,10 +79,10 @@ class JpegKindTest : public testing::TestWithParam<Kind> {
 TEST_P(JpegKindTest, KeepsItsColoursAndItsKindWhenScaled) {
   const Bytes source = madeJpeg(folder_, GetParam().settings);
   const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
-  EXPECT_GE(likenessOf(source, {"-filter", "Lanczos", "-resize", "101x73!"}, result), 27);
+  EXPECT_GE(likenessOf(source, {"-filter", "Lanczos", "-resize", "101x73!"}, result), 38);
   const std::string format = "%m %[channels] %[jpeg:colorspace] %[interlace]";
   EXPECT_EQ(describe(folder_ / "source.jpg", format), describe(folder_ / "result.jpg", format));
-  EXPECT_EQ(describe(folder_ / "result.jpg", "%[jpeg:sampling-factor]"), GetParam().sampling);
+  EXPECT_THAT(describe(folder_ / "result.jpg", "%[jpeg:sampling-factor]"), MatchesRegex("1x1(,1x1)*"));
 }
 
 TEST_P(JpegKindTest, KeepsItsColoursWhenTurned) {
@@ -100,16 +100,14 @@ TEST_P(JpegKindTest, TurnsWithoutLossInWholeBlocks) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, JpegKindTest,
-    testing::Values(Kind{"Common", {"-sampling-factor", "2x2"}, "2x2,1x1,1x1"},
-                    Kind{"Full", {"-sampling-factor", "1x1"}, "1x1,1x1,1x1"},
-                    Kind{"HalfAcross", {"-sampling-factor", "2x1"}, "2x1,1x1,1x1"},
-                    Kind{"HalfDown", {"-sampling-factor", "1x2"}, "1x2,1x1,1x1"},
-                    Kind{"QuarterAcross", {"-sampling-factor", "4x1"}, "2x2,1x1,1x1"},
-                    Kind{"Odd", {"-sampling-factor", "3x1"}, "3x1,1x1,1x1"},
-                    Kind{"Grey", {"-colorspace", "Gray"}, "1x1"},
-                    Kind{"GreySampled", {"-colorspace", "Gray", "-sampling-factor", "2x2"}, "1x1"},
-                    Kind{"Progressive", {"-interlace", "JPEG", "-sampling-factor", "2x2"}, "2x2,1x1,1x1"},
-                    Kind{"Cmyk", {"-colorspace", "CMYK", "-sampling-factor", "1x1"}, "1x1,1x1,1x1,1x1"}),
+    testing::Values(Kind{"Common", {"-sampling-factor", "2x2"}}, Kind{"Full", {"-sampling-factor", "1x1"}},
+                    Kind{"HalfAcross", {"-sampling-factor", "2x1"}},
+                    Kind{"HalfDown", {"-sampling-factor", "1x2"}},
+                    Kind{"QuarterAcross", {"-sampling-factor", "4x1"}},
+                    Kind{"Odd", {"-sampling-factor", "3x1"}}, Kind{"Grey", {"-colorspace", "Gray"}},
+                    Kind{"GreySampled", {"-colorspace", "Gray", "-sampling-factor", "2x2"}},
+                    Kind{"Progressive", {"-interlace", "JPEG", "-sampling-factor", "2x2"}},
+                    Kind{"Cmyk", {"-colorspace", "CMYK", "-sampling-factor", "1x1"}}),
     [](const auto& test) { return test.param.name; });
 
 /// Red, green and blue as components of their own, which libjpeg tells by their names.

@@ -128,6 +128,36 @@ TEST(Resampler, GivesTheMirroredPictureMirrored) {
   EXPECT_EQ(resampled(source, wholeAxis(83, 19), wholeAxis(1, 1)), result);
 }
 
+/// A row as decoders show it that put two samples in place of each, three quarters of it and one of the
+/// neighbour.
+std::vector<double> interpolated(const Pixels<std::uint8_t>& row) {
+  std::vector<double> result;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    const double left = row[i == 0 ? 0 : i - 1];
+    const double right = row[std::min(i + 1, row.size() - 1)];
+    result.push_back((3 * row[i] + left) / 4);
+    result.push_back((3 * row[i] + right) / 4);
+  }
+  return result;
+}
+
+TEST(Resampler, ScalesWhatDecodersInterpolateAsIfItWereInterpolatedBefore) {
+  const auto source = noise<std::uint8_t>(60, 1, 1);
+  const auto shown = interpolated(source);
+  for (const int width : {7, 33, 60, 90, 120}) {
+    AxisMapping axis = wholeAxis(60, width);
+    axis.interpolated = true;
+    EXPECT_FALSE(axis.isIdentity());
+    const auto result = resampled(source, axis, wholeAxis(1, 1));
+    for (int i = 0; i < width; ++i) {
+      const double step = 120.0 / width;
+      const double expected = referenceSample(shown, 120, 1, 1, (i + 0.5) * step, 0.5, step, 1, 0);
+      EXPECT_NEAR(result[static_cast<std::size_t>(i)], std::clamp(expected, 0.0, 255.0), 0.51)
+          << i << " of " << width;
+    }
+  }
+}
+
 TEST(Resampler, LetsTransparentColoursNotBleed) {
   Pixels<std::uint8_t> source;
   for (int i = 0; i < 40 * 40; ++i) {

@@ -71,6 +71,8 @@ TEST_P(TiffKindTest, KeepsItsLookWhenTurned) {
   const Bytes source = made(GetParam().settings);
   const Bytes result = mustRewrite(quarterTurned(source), {std::nullopt, true});
   EXPECT_EQ(kindOf(result), kindOf(source));
+  const Path path = writeFile(folder_ / "result.tif", result);
+  EXPECT_THAT(unexpectedChanges(tagsOf(folder_ / "turn.tif"), tagsOf(path)), IsEmpty());
   const bool isLossless = GetParam().name != "Jpeg";
   EXPECT_GE(likeness(picture(source, {"+repage", "-orient", "RightTop", "-auto-orient"}), picture(result)),
             isLossless ? 999 : 30);

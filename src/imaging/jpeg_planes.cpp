@@ -46,14 +46,15 @@ void setSampling(JpegFormat& format, int horizontal, int vertical) {
   format.components.front().vertical = vertical;
 }
 
-/// The sampling to write: that of the source. Four to one along a row becomes two by two, which keeps as many
-/// samples; what few decoders can read is not subsampled at all.
-JpegFormat writableFormat(JpegFormat format) {
+/// The sampling to write. A smaller photo has colours of its own at every pixel, which halving them would
+/// take away; at full size it stays what it is. Four to one along a row becomes two by two, which keeps as
+/// many samples; what few decoders can read is not subsampled at all.
+JpegFormat writableFormat(JpegFormat format, bool scales) {
   const bool fourToOne = format.components.size() == 3 && format.maxVertical() == 1 &&
                          format.components[0].horizontal == 4 && format.components[1].horizontal == 1 &&
                          format.components[2].horizontal == 1;
   if (fourToOne) setSampling(format, 2, 2);
-  if (format.components.size() == 1 || !isCommon(format)) setSampling(format, 1, 1);
+  if (scales || format.components.size() == 1 || !isCommon(format)) setSampling(format, 1, 1);
   return format;
 }
 
@@ -75,15 +76,26 @@ AxisMapping planeAxis(std::int64_t source, std::int64_t scaled, int sourceSample
   return {sourceSamples, samples, pixelsPerSample * step, -overhang * step};
 }
 
+/// Whether decoders interpolate a component on that axis, and the result, which has it in full, should be
+/// what they show. A plane that the decoder shrinks has lost what they would interpolate.
+bool isInterpolated(int sourceFactor, int sourceMax, int factor, int maxFactor, double samplesPerPixel) {
+  return factor == maxFactor && sourceMax == 2 * sourceFactor && samplesPerPixel == 0.5;
+}
+
 RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std::size_t i,
                        const RewritePlan& plan) {
   const auto plane = decoder.plane(i);
+  const JpegFormat source = decoder.format();
   const auto& component = format.components[i];
-  return {planeAxis(plan.source.width, plan.scaled.width, plane.width, plane.samplesPerPixelX,
-                    component.horizontal, format.maxHorizontal(), plan.turn.mirrorX),
-          planeAxis(plan.source.height, plan.scaled.height, plane.height, plane.samplesPerPixelY,
-                    component.vertical, format.maxVertical(), plan.turn.mirrorY),
-          PixelLayout{}};
+  AxisMapping x = planeAxis(plan.source.width, plan.scaled.width, plane.width, plane.samplesPerPixelX,
+                            component.horizontal, format.maxHorizontal(), plan.turn.mirrorX);
+  AxisMapping y = planeAxis(plan.source.height, plan.scaled.height, plane.height, plane.samplesPerPixelY,
+                            component.vertical, format.maxVertical(), plan.turn.mirrorY);
+  x.interpolated = isInterpolated(source.components[i].horizontal, source.maxHorizontal(),
+                                  component.horizontal, format.maxHorizontal(), plane.samplesPerPixelX);
+  y.interpolated = isInterpolated(source.components[i].vertical, source.maxVertical(), component.vertical,
+                                  format.maxVertical(), plane.samplesPerPixelY);
+  return {x, y, PixelLayout{}};
 }
 
 }  // namespace
@@ -92,7 +104,7 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
   if (plan.scaled.width > JPEG_MAX_DIMENSION || plan.scaled.height > JPEG_MAX_DIMENSION) {
     throw ImageError("the picture is too large for a JPEG");
   }
-  const JpegFormat format = writableFormat(decoder.format());
+  const JpegFormat format = writableFormat(decoder.format(), plan.scales());
   requireAffordable(plan, static_cast<std::int64_t>(format.components.size()));
   decoder.start(decodeScale(plan));
   std::vector<RasterScaler> scalers;

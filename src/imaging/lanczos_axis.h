@@ -12,8 +12,10 @@ struct AxisMapping {
   int resultCount = 0;
   double step = 1;
   double origin = 0;
+  /// Each source sample is shown as two, which lean on the neighbour of their side by a quarter.
+  bool interpolated = false;
 
-  bool isIdentity() const { return sourceCount == resultCount && step == 1 && origin == 0; }
+  bool isIdentity() const { return sourceCount == resultCount && step == 1 && origin == 0 && !interpolated; }
 };
 
 /// The mapping that lays the whole result over the whole source.
@@ -40,8 +42,6 @@ class LanczosAxis {
   }
 
  private:
-  void weigh(int sample, double centre, double widening);
-
   int sourceCount_;
   int taps_;
   std::vector<int> first_;

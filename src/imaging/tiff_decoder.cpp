@@ -1,6 +1,7 @@
 #include "imaging/tiff_decoder.h"
 
 #include "imaging/image_error.h"
+#include "imaging/tiff_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -25,6 +26,15 @@ std::uint8_t bitsAt(const std::uint8_t* packed, std::size_t index, int bits) {
   return static_cast<std::uint8_t>(packed[position / 8] >> shift & ((1 << bits) - 1));
 }
 
+/// Whether the first directory says it; libtiff does not tell that from a default.
+bool states(ByteView file, std::uint16_t tag) {
+  bool found = false;
+  const auto reader = TiffReader::open(file);
+  if (reader)
+    reader->visitEntries(reader->firstDirectory(), [&](const auto& entry) { found |= entry.tag == tag; });
+  return found;
+}
+
 }  // namespace
 
 TiffDecoder::TiffDecoder(ByteView file) : file_(file), tiff_(file) {
@@ -45,7 +55,7 @@ void TiffDecoder::readFormat() {
   format_.photometric = tiff_.number16(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
   format_.compression = tiff_.number16(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
   TIFFGetField(tiff_.get(), TIFFTAG_PREDICTOR, &format_.predictor);
-  separate_ = tiff_.number16(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
+  if (states(file_, TIFFTAG_PLANARCONFIG)) format_.planarConfiguration = tiff_.number16(TIFFTAG_PLANARCONFIG);
   TIFFGetField(tiff_.get(), TIFFTAG_XRESOLUTION, &format_.resolution[0]);
   TIFFGetField(tiff_.get(), TIFFTAG_YRESOLUTION, &format_.resolution[1]);
   readExtraSamples();
@@ -96,7 +106,8 @@ void TiffDecoder::spread(const std::uint8_t* packed, std::int64_t pixels, int pl
                          std::uint8_t* row) const {
   const auto samples = static_cast<std::size_t>(pixels * samplesPerPlane());
   const auto sampleBytes = static_cast<std::size_t>(format_.sampleBytes());
-  const auto step = static_cast<std::size_t>(separate_ ? format_.pixelBytes() : format_.sampleBytes());
+  const auto step =
+      static_cast<std::size_t>(format_.hasPlanes() ? format_.pixelBytes() : format_.sampleBytes());
   row += static_cast<std::size_t>(plane) * sampleBytes;
   if (format_.bitsPerSample < 8) {
     for (std::size_t i = 0; i < samples; ++i) row[i * step] = bitsAt(packed, i, format_.bitsPerSample);

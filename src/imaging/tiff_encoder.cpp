@@ -31,7 +31,7 @@ void setFormat(TIFF* tiff, const TiffFormat& format, std::uint16_t compression) 
   TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, format.bitsPerSample);
   TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, format.samplesPerPixel);
   TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, format.photometric);
-  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, format.hasPlanes() ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
   TIFFSetField(tiff, TIFFTAG_COMPRESSION, compression);
   if (!format.extraSamples.empty()) {
     TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, static_cast<int>(format.extraSamples.size()),
@@ -57,12 +57,41 @@ void setCodec(TIFF* tiff, const TiffFormat& format, std::uint16_t compression) {
 }
 
 /// Packs samples of less than 8 bits.
-void pack(const std::uint8_t* samples, std::size_t count, int bits, Bytes& packed) {
+void pack(const std::uint8_t* samples, std::size_t count, std::size_t step, int bits, Bytes& packed) {
   std::ranges::fill(packed, std::uint8_t{0});
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t position = i * static_cast<std::size_t>(bits);
     const int shift = 8 - bits - static_cast<int>(position % 8);
-    packed[position / 8] = static_cast<std::uint8_t>(packed[position / 8] | samples[i] << shift);
+    packed[position / 8] = static_cast<std::uint8_t>(packed[position / 8] | samples[i * step] << shift);
+  }
+}
+
+/// One row of the file: of all samples, or of one plane.
+void encodeRow(const TiffFormat& format, const std::uint8_t* row, int plane, Bytes& encoded) {
+  const auto bytes = static_cast<std::size_t>(format.sampleBytes());
+  const auto samples = static_cast<std::size_t>(format.samplesPerPixel);
+  const std::size_t step = format.hasPlanes() ? samples : 1;
+  const std::size_t count = static_cast<std::size_t>(format.size.width) * (format.hasPlanes() ? 1 : samples);
+  const std::uint8_t* first = row + static_cast<std::size_t>(plane) * bytes;
+  if (format.bitsPerSample < 8) return pack(first, count, step, format.bitsPerSample, encoded);
+  if (step == 1) {
+    std::copy_n(first, count * bytes, encoded.begin());
+  } else {
+    for (std::size_t i = 0; i < count; ++i)
+      std::copy_n(first + i * step * bytes, bytes, encoded.data() + i * bytes);
+  }
+}
+
+void encodeRows(TiffHandle& tiff, const TiffPicture& picture) {
+  Bytes encoded(
+      std::max(picture.raster.rowBytes(), static_cast<std::size_t>(TIFFScanlineSize64(tiff.get()))));
+  const int planes = picture.format.hasPlanes() ? picture.format.samplesPerPixel : 1;
+  for (int plane = 0; plane < planes; ++plane) {
+    for (std::int64_t y = 0; y < picture.format.size.height; ++y) {
+      encodeRow(picture.format, picture.raster.row(y), plane, encoded);
+      tiff.check(TIFFWriteScanline(tiff.get(), encoded.data(), static_cast<std::uint32_t>(y),
+                                   static_cast<std::uint16_t>(plane)) == 1);
+    }
   }
 }
 
@@ -110,16 +139,9 @@ Bytes encodeTiff(const TiffPicture& picture, ByteView source) {
   setResolution(tiff.get(), format);
   copyLook(TiffHandle(source).get(), tiff.get());
   tiff.check();
-  const auto samples = static_cast<std::size_t>(format.size.width * format.samplesPerPixel);
-  Bytes row(std::max(picture.raster.rowBytes(), static_cast<std::size_t>(TIFFScanlineSize64(tiff.get()))));
-  for (std::int64_t y = 0; y < format.size.height; ++y) {
-    if (format.bitsPerSample < 8) {
-      pack(picture.raster.row(y), samples, format.bitsPerSample, row);
-    } else {
-      std::copy_n(picture.raster.row(y), picture.raster.rowBytes(), row.begin());
-    }
-    tiff.check(TIFFWriteScanline(tiff.get(), row.data(), static_cast<std::uint32_t>(y), 0) == 1);
-  }
+  encodeRows(tiff, picture);
+  // libtiff wants to be told; what the source leaves to the default stays unsaid.
+  if (format.planarConfiguration == 0) TIFFUnsetField(tiff.get(), TIFFTAG_PLANARCONFIG);
   return tiff.finish();
 }
 

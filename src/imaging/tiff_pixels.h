@@ -18,12 +18,14 @@ struct TiffFormat {
   int samplesPerPixel = 1;
   std::uint16_t photometric = 1;
   std::uint16_t compression = 1;
-  std::uint16_t predictor = 0;  ///< 0 when not stated
+  std::uint16_t predictor = 0;            ///< 0 when not stated
+  std::uint16_t planarConfiguration = 0;  ///< 0 when not stated
   std::vector<std::uint16_t> extraSamples;
   std::array<std::vector<std::uint16_t>, 3> colorMap;  ///< red, green, blue of 16 bits; of a palette
   std::array<float, 2> resolution{};                   ///< pixels a unit, across and down; 0 when not stated
 
   int sampleBytes() const { return bitsPerSample == 16 ? 2 : 1; }
+  bool hasPlanes() const { return planarConfiguration == 2 && samplesPerPixel > 1; }
   int pixelBytes() const { return samplesPerPixel * sampleBytes(); }
   bool hasPalette() const { return !colorMap[0].empty(); }
 };

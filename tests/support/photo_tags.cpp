@@ -12,12 +12,17 @@ namespace {
 
 /// What may differ, as it occurs in "group:name".
 constexpr std::array mayChange = std::to_array<std::string_view>(
-    {"Orientation",    "ImageWidth",          "ImageHeight",        "ImageSize",       "Megapixels",
-     "ExifImageWidth", "ExifImageHeight",     "ThumbnailOffset",    "ThumbnailLength", "ThumbnailImage",
-     "IFD1:",          "PreviewImage",        "PhotoshopThumbnail", "MPImageStart",    "MPImageLength",
-     "MPImage2",       "StripOffsets",        "StripByteCounts",    "RowsPerStrip",    "TileOffsets",
-     "TileByteCounts", "TileWidth",           "TileLength",         "ExifTool:",       "Composite:",
-     "System:",        "PlanarConfiguration", "Predictor",          "YCbCrSubSampling"});
+    {// how the picture lies, and how large it is
+     "Orientation", "ImageWidth", "ImageHeight", "ImageSize", "Megapixels", "ExifImageWidth",
+     "ExifImageHeight", "File:YCbCrSubSampling",
+     // previews
+     "ThumbnailOffset", "ThumbnailLength", "ThumbnailImage", "IFD1:", "PreviewImage", "PhotoshopThumbnail",
+     "MPImageStart", "MPImageLength", "MPImage2",
+     // where the pixels stand in the file
+     "StripOffsets", "StripByteCounts", "RowsPerStrip", "TileOffsets", "TileByteCounts", "TileWidth",
+     "TileLength",
+     // the file itself, and what exiftool says of it
+     "System:", "ExifTool:"});
 
 bool isAllowed(const std::string& tag) {
   for (const auto allowed : mayChange) {
