@@ -1,10 +1,12 @@
 #include "imaging/exif_patch.h"
 
 #include "imaging/photo_properties.h"
+#include "imaging/tiff_block.h"
 #include "support/sample_media.h"
 
 #include <algorithm>
 #include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -57,22 +59,38 @@ TEST_P(ExifPatchTest, KeepsTheOrientationWhenThePixelsWereNotTurned) {
 
 TEST_P(ExifPatchTest, LeavesAPreviewOutThatCannotBeMadeOver) {
   Bytes block = sampleBlock(GetParam());
-  remakePreview(block, [](auto) { return 0U; });
-  bool asked = false;
-  remakePreview(block, [&](auto) { return asked = true, 1U; });
-  EXPECT_FALSE(asked);
+  const auto secondDirectory = [&] {
+    const auto tiff = TiffBlock::open(block);
+    return tiff->nextDirectory(tiff->firstDirectory());
+  };
+  ASSERT_NE(secondDirectory(), 0U);
+  remakePreviews(block, [](auto) { return 0U; });
+  EXPECT_EQ(secondDirectory(), 0U);
 }
 
 TEST_P(ExifPatchTest, StatesTheLengthOfAPreviewThatWasMadeOver) {
   Bytes block = sampleBlock(GetParam());
-  remakePreview(block, [](std::span<std::uint8_t> preview) {
+  remakePreviews(block, [](std::span<std::uint8_t> preview) {
     EXPECT_EQ(preview[0], 0xFF);
     EXPECT_EQ(preview[1], 0xD8);
     return std::size_t{123};
   });
   std::size_t length = 0;
-  remakePreview(block, [&](std::span<std::uint8_t> preview) { return length = preview.size(); });
+  remakePreviews(block, [&](std::span<std::uint8_t> preview) { return length = preview.size(); });
   EXPECT_EQ(length, 123U);
+}
+
+TEST_P(ExifPatchTest, HasEachPreviewMadeOverOnce) {
+  const Bytes other = jpegPhoto({.width = 32, .height = 16, .exif = false});
+  Bytes block =
+      exifBlock({.orientation = 6, .bigEndian = GetParam(), .thumbnail = true, .makerNote = other}).encode();
+  std::vector<std::size_t> sizes;
+  remakePreviews(block, [&](std::span<std::uint8_t> preview) {
+    sizes.push_back(preview.size());
+    return preview.size();
+  });
+  ASSERT_EQ(sizes.size(), 2U);
+  EXPECT_EQ(sizes.front(), other.size());
 }
 
 TEST_P(ExifPatchTest, StandsWhateverTheBytesAre) {
@@ -86,7 +104,7 @@ TEST_P(ExifPatchTest, StandsWhateverTheBytesAre) {
           static_cast<std::uint8_t>(random());
     }
     const std::size_t size = block.size();
-    remakePreview(block, [](std::span<std::uint8_t> preview) {
+    remakePreviews(block, [](std::span<std::uint8_t> preview) {
       std::ranges::fill(preview, std::uint8_t{0});
       return preview.size();
     });

@@ -8,6 +8,7 @@
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
+#include <QByteArray>
 #include <algorithm>
 #include <random>
 #include <string>
@@ -173,6 +174,118 @@ TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
     EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), asBytes(expected)));
     EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), asBytes(text)));
   }
+}
+
+/// A preview, as it stands in bytes of a source that says it lies on its side, and as it should in the
+/// result.
+class PreviewTest : public testing::Test {
+ protected:
+  /// Whether what stands in the result at the place of the preview is the preview turned, or as like to it as
+  /// one that takes no more room can be.
+  void expectTurned(const Bytes& inResult) {
+    ASSERT_EQ(inResult.size(), preview_.size());
+    EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "expected.jpg", preview_), {"-rotate", "90"}),
+                       pictureOf(writeFile(folder_ / "turned.jpg", inResult))),
+              32);
+  }
+  /// What follows the first occurrence of the word, as long as the preview.
+  Bytes behind(const Bytes& file, std::string_view word) {
+    const auto found = std::ranges::search(file, word);
+    EXPECT_FALSE(found.empty());
+    return {found.end(), found.end() + static_cast<std::ptrdiff_t>(preview_.size())};
+  }
+  Bytes onItsSide(const std::vector<Bytes>& segments) {
+    return withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
+  }
+  Bytes part(std::size_t begin, std::size_t end) {
+    return {preview_.begin() + static_cast<std::ptrdiff_t>(begin),
+            preview_.begin() + static_cast<std::ptrdiff_t>(end)};
+  }
+
+  TemporaryFolder folder_;
+  const Bytes preview_ = jpegPhoto({.width = 93, .height = 60, .seed = 3, .exif = false});
+};
+
+Bytes joined(const std::vector<Bytes>& parts) {
+  Bytes bytes;
+  for (const auto& each : parts) bytes.insert(bytes.end(), each.begin(), each.end());
+  return bytes;
+}
+
+TEST_F(PreviewTest, IsTurnedInASegmentThatNobodyKnows) {
+  const Bytes source = onItsSide({jpegSegment(0xE4, joined({named("screen shot", 0, 0), preview_}))});
+  expectTurned(behind(mustRewrite(source, {std::nullopt, true}), "screen shot"));
+}
+
+TEST_F(PreviewTest, IsTurnedWhenItGoesThroughSeveralSegments) {
+  const Bytes header = named(std::string_view("FPXR\0\0\2", 7), 6, 7);
+  const auto stream = [&](std::size_t begin, std::size_t end) {
+    return jpegSegment(0xE2, joined({header, part(begin, end)}));
+  };
+  const Bytes profile = jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\1\1", 14), 900, 3));
+  const Bytes source = onItsSide({stream(0, 300), profile, stream(300, 700), stream(700, preview_.size())});
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_TRUE(contains(result, profile));
+  Bytes inResult;
+  auto rest = std::span(result);
+  for (const std::size_t length : {std::size_t{300}, std::size_t{400}, preview_.size() - 700}) {
+    const auto found = std::ranges::search(rest, header);
+    ASSERT_FALSE(found.empty());
+    rest = std::span(found.end(), rest.end());
+    inResult.insert(inResult.end(), rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(length));
+  }
+  expectTurned(inResult);
+}
+
+TEST_F(PreviewTest, IsTurnedInXmp) {
+  const std::string_view name("http://ns.adobe.com/xap/1.0/\0", 29);
+  std::string text;
+  const QByteArray digits =
+      QByteArray(reinterpret_cast<const char*>(preview_.data()), static_cast<qsizetype>(preview_.size()))
+          .toBase64();
+  for (qsizetype i = 0; i < digits.size(); i += 76) text += digits.mid(i, 76).toStdString() + "&#xA;\n";
+  const Bytes packet =
+      named(std::string(name) + "<xmpGImg:image>" + text + "</xmpGImg:image><a>/9j/AA==</a>", 0, 0);
+  const Bytes result = mustRewrite(onItsSide({jpegSegment(0xE1, packet)}), {std::nullopt, true});
+  const auto begin = std::ranges::search(result, std::string_view("<xmpGImg:image>"));
+  const auto end = std::ranges::search(result, std::string_view("</xmpGImg:image><a>/9j/AA==</a>"));
+  ASSERT_FALSE(begin.empty() || end.empty());
+  QByteArray found(reinterpret_cast<const char*>(&*begin.end()), end.begin() - begin.end());
+  EXPECT_EQ(static_cast<std::size_t>(found.size()), text.size());
+  found = QByteArray::fromBase64(found.replace("&#xA;\n", ""));
+  expectTurned({found.begin(), found.end()});
+}
+
+TEST_F(PreviewTest, IsTurnedBehindThePicture) {
+  const Bytes film = joined({videoFile(3000), preview_});
+  const Bytes source = joined({onItsSide({}), Bytes(8, 0), preview_, film});
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  ASSERT_GT(result.size(), film.size() + preview_.size());
+  const auto end = result.end() - static_cast<std::ptrdiff_t>(film.size());
+  EXPECT_TRUE(std::equal(end, result.end(), film.begin())) << "a film was changed";
+  expectTurned({end - static_cast<std::ptrdiff_t>(preview_.size()), end});
+}
+
+TEST_F(PreviewTest, StaysWhenThePictureIsNotTurned) {
+  const Bytes source = joined({onItsSide({jpegSegment(0xE4, preview_)}), preview_});
+  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  EXPECT_TRUE(contains(result, jpegSegment(0xE4, preview_)));
+  EXPECT_TRUE(std::equal(preview_.rbegin(), preview_.rend(), result.rbegin()));
+}
+
+TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
+  const Path path = writeFile(folder_ / "small.png", pngPhoto({.width = 93, .height = 61, .exif = false}));
+  ASSERT_EQ(runTool("convert", {path.native(), "-quality", "12", "-define", "jpeg:optimize-coding=true",
+                                "-interlace", "JPEG", (folder_ / "small.jpg").native()})
+                .status,
+            0);
+  const Bytes source = bytesOf(folder_ / "small.jpg");
+  Bytes small = source;
+  const std::size_t length = turnJpegWithin(small, turnOf(6));
+  EXPECT_GT(length, 0U);
+  EXPECT_LE(length, source.size());
+  EXPECT_EQ(outlineJpeg(small)->imageEnd, length);
+  EXPECT_GT(imageSizeOf(small)->stored.height, imageSizeOf(small)->stored.width);
 }
 
 /// A photo with a second picture behind it and the index that leads there; big-endian.

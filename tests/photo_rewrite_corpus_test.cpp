@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -64,12 +65,17 @@ bool hasComplaints(const Path& photo, const Tags& tags) {
   return runTool("convert", {"-regard-warnings", photo.native(), "null:"}).status != 0;
 }
 
-class CorpusTest : public testing::TestWithParam<Wish> {
+class CorpusFolderTest : public testing::Test {
  protected:
   void SetUp() override {
     if (corpus().empty()) GTEST_SKIP() << "KESTROVA_CORPUS names no folder with photos";
   }
 
+  TemporaryFolder folder_;
+};
+
+class CorpusTest : public CorpusFolderTest, public testing::WithParamInterface<Wish> {
+ protected:
   void expectGood(const Path& source, const Bytes& written, const PixelSize& size) {
     const auto back = imageSizeOf(written);
     ASSERT_TRUE(back) << source;
@@ -80,8 +86,6 @@ class CorpusTest : public testing::TestWithParam<Wish> {
     EXPECT_TRUE(hasComplaints(source, before) || !hasComplaints(path, after)) << source;
     EXPECT_THAT(unexpectedChanges(before, after), IsEmpty()) << source;
   }
-
-  TemporaryFolder folder_;
 };
 
 TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
@@ -98,6 +102,41 @@ TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
     EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << photo << " does not decode again";
   }
   EXPECT_GE(written * 10, corpus().size() * 9) << "few photos could be written";
+}
+
+/// Photos whose maker notes hold a preview that can be looked at.
+std::vector<Path> photosWithPreviews() {
+  std::vector<Path> photos;
+  const std::string folder = std::getenv("KESTROVA_CORPUS");
+  std::istringstream lines(runTool("exiftool", {"-q", "-r", "-if", "$PreviewImage and not $MPF:all", "-p",
+                                                "$Directory/$FileName", folder})
+                               .output);
+  for (std::string line; std::getline(lines, line);) photos.emplace_back(line);
+  return photos;
+}
+
+class CorpusPreviewTest : public CorpusFolderTest {
+ protected:
+  Path previewOf(const Path& photo, const std::string& name) {
+    return writeFile(folder_ / name, runTool("exiftool", {"-b", "-PreviewImage", photo.native()}).output);
+  }
+};
+
+TEST_F(CorpusPreviewTest, TurnsThePreviewsOfMakerNotes) {
+  std::size_t turned = 0;
+  for (const auto& photo : photosWithPreviews()) {
+    const Path source = writeFile(folder_ / "source.jpg", bytesOf(photo));
+    ASSERT_EQ(
+        runTool("exiftool", {"-q", "-overwrite_original", "-n", "-Orientation=6", source.native()}).status,
+        0);
+    const auto result = rewritePhoto(bytesOf(source), {std::nullopt, true});
+    if (!result) continue;
+    const Picture expected = pictureOf(previewOf(source, "before.jpg"), {"-rotate", "90"});
+    const Path path = writeFile(folder_ / "result.jpg", *result);
+    EXPECT_GE(likeness(expected, pictureOf(previewOf(path, "after.jpg"))), 30) << photo;
+    ++turned;
+  }
+  EXPECT_GE(turned, 4U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Wishes, CorpusTest,

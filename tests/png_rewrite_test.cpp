@@ -133,6 +133,17 @@ TEST(PngRewrite, PassesChunksThroughByteForByte) {
   }
 }
 
+TEST(PngRewrite, SetsTheOrientationInXmpWhenItTurns) {
+  const auto packet = [](const std::string& orientation) {
+    const std::string text =
+        std::string("XML:com.adobe.xmp\0\0\0\0\0", 22) + "<x tiff:Orientation=\"" + orientation + "\"/>";
+    return pngChunk("iTXt", Bytes(text.begin(), text.end()));
+  };
+  const Bytes source = withChunk(pngPhoto({.width = 64, .height = 48, .orientation = 6}), packet("6"));
+  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), packet("1")));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), packet("6")));
+}
+
 TEST(PngRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
   const Bytes source = pngPhoto({.width = 64, .height = 48, .orientation = 6});
   EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);

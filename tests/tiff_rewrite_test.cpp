@@ -131,6 +131,33 @@ TEST_F(TiffTest, KeepsColourProfileAndResolution) {
   EXPECT_EQ(runTool("exiftool", {"-b", "-icc_profile", result.native()}).output.size(), profile.size());
 }
 
+/// One of Photoshop's image resources.
+Bytes imageResource(std::uint8_t number) {
+  Bytes block(52, number);
+  const Bytes header{'8', 'B', 'I', 'M', 4, number, 0, 0, 0, 0, 0, 40};
+  std::ranges::copy(header, block.begin());
+  return block;
+}
+
+bool contains(const Bytes& file, const Bytes& part) { return !std::ranges::search(file, part).empty(); }
+
+TEST_F(TiffTest, LosesPhotoshopsPreviewWhenItTurns) {
+  const Bytes preview = imageResource(0x0C);
+  const Bytes other = imageResource(0x06);
+  TiffBlock file;
+  file.pixels = Bytes(200, 0);
+  TiffEntry resources{0x8649, TiffType::byte, {preview.begin(), preview.end()}};
+  resources.values.insert(resources.values.end(), other.begin(), other.end());
+  file.image = {tiffLong(0x0100, 20), tiffLong(0x0101, 10), tiffShort(0x0102, 8),
+                tiffShort(0x0103, 1), tiffShort(0x0106, 1), tiffShort(0x0112, 6),
+                tiffShort(0x0115, 1), tiffLong(0x0116, 10), resources};
+  const Bytes source = file.encode();
+  const Bytes turned = mustRewrite(source, {std::nullopt, true});
+  EXPECT_FALSE(contains(turned, preview));
+  EXPECT_TRUE(contains(turned, other));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{10, 5}, false}), preview));
+}
+
 TEST_F(TiffTest, HasItsFirstPageAloneWhenItsPixelsChange) {
   const Bytes pages = made({"(", "+clone", "-negate", ")"});
   const Bytes result = mustRewrite(pages, {PixelSize{101, 70}, false});

@@ -28,13 +28,22 @@ void patchSize(TiffBlock& block, const PixelSize& size) {
   block.setValue(*exif, pixelYDimension, height);
 }
 
-std::size_t madeOver(TiffBlock& block, TiffBlock::Offset directory, const PreviewMaker& make) {
+/// Where the second directory's preview stands; empty when that is not within the block.
+std::span<std::uint8_t> previewOf(const TiffBlock& block, TiffBlock::Offset directory) {
   const auto offset = block.value(directory, previewOffset);
   const auto length = block.value(directory, previewLength);
-  if (!offset || !length || !block.contains(*offset, *length)) return 0;
+  if (!offset || !length || !block.contains(*offset, *length)) return {};
+  return block.bytes(*offset, *length);
+}
+
+void remakePreview(TiffBlock& block, TiffBlock::Offset directory, std::span<std::uint8_t> preview,
+                   const PreviewMaker& make) {
   const auto ownTurn = block.value(directory, orientation);
-  if (ownTurn && ownTurn != block.value(block.firstDirectory(), orientation)) return 0;
-  return make(block.bytes(*offset, *length));
+  const bool isTurnedAlike = !ownTurn || ownTurn == block.value(block.firstDirectory(), orientation);
+  const std::size_t length = isTurnedAlike && !preview.empty() ? make(preview) : 0;
+  if (length == 0) return block.setNextDirectory(block.firstDirectory(), 0);
+  block.setValue(directory, previewLength, static_cast<std::uint32_t>(length));
+  block.setValue(directory, orientation, 1);
 }
 
 }  // namespace
@@ -46,15 +55,20 @@ void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
   if (patch.resetOrientation) block->setValue(block->firstDirectory(), orientation, 1);
 }
 
-void remakePreview(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
+void remakePreviews(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
   auto block = TiffBlock::open(bytes);
   if (!block) return;
   const auto directory = block->nextDirectory(block->firstDirectory());
-  if (directory == 0) return;
-  const std::size_t length = madeOver(*block, directory, make);
-  if (length == 0) return block->setNextDirectory(block->firstDirectory(), 0);
-  block->setValue(directory, previewLength, static_cast<std::uint32_t>(length));
-  block->setValue(directory, orientation, 1);
+  const auto preview = directory == 0 ? std::span<std::uint8_t>() : previewOf(*block, directory);
+  const auto begin = preview.empty() ? 0 : static_cast<std::size_t>(preview.data() - bytes.data());
+  remakeEmbeddedJpegs(bytes.first(begin), make);
+  remakeEmbeddedJpegs(bytes.subspan(begin + preview.size()), make);
+  if (directory != 0) remakePreview(*block, directory, preview, make);
+}
+
+void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit) {
+  if (edit.turnPreview) remakePreviews(block, edit.turnPreview);
+  patchExif(block, edit.exif);
 }
 
 }  // namespace kestrova::imaging

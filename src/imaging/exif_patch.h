@@ -1,9 +1,9 @@
 #pragma once
 
+#include "imaging/embedded_jpeg.h"
 #include "imaging/photo_rewrite.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 
@@ -15,9 +15,11 @@ struct ExifPatch {
   bool resetOrientation = false;       ///< the written pixels stand upright
 };
 
-/// Makes a preview over: changes it within its bytes and returns how many of them it takes up now, 0 when it
-/// cannot be made to fit.
-using PreviewMaker = std::function<std::size_t(std::span<std::uint8_t> preview)>;
+/// How a photo's metadata follow its new pixels.
+struct MetadataEdit {
+  ExifPatch exif;
+  PreviewMaker turnPreview;  ///< set when the pixels were turned: makes every preview over
+};
 
 /// Patches an Exif block (a TIFF 6.0 structure, without "Exif\0\0" before it) in place: Orientation (0x0112)
 /// of the photo and its preview, ImageWidth and ImageLength, PixelXDimension and PixelYDimension (0xA002,
@@ -25,8 +27,12 @@ using PreviewMaker = std::function<std::size_t(std::span<std::uint8_t> preview)>
 /// anything.
 void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
 
-/// Has the embedded preview made over by `make`; takes it out of the directories where that fails, where it
-/// is no JPEG or where it claims another orientation than the photo. To be called before `patchExif`.
-void remakePreview(std::span<std::uint8_t> block, const PreviewMaker& make);
+/// Has the previews in an Exif block made over by `make`, those in maker notes too. The one of the second
+/// directory is taken out where that fails, where it is no JPEG or where it claims another orientation than
+/// the photo. To be called before `patchExif`.
+void remakePreviews(std::span<std::uint8_t> block, const PreviewMaker& make);
+
+/// Both of it, as far as the edit asks for it.
+void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit);
 
 }  // namespace kestrova::imaging

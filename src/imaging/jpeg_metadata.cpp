@@ -18,17 +18,34 @@ constexpr std::uint8_t app0 = 0xE0;
 constexpr std::uint8_t app1 = 0xE1;
 constexpr std::uint8_t app2 = 0xE2;
 constexpr std::uint8_t app13 = 0xED;
+constexpr std::uint8_t app14 = 0xEE;
+constexpr std::uint8_t app15 = 0xEF;
 constexpr auto exifName = "Exif\0\0"sv;
 constexpr auto xmpName = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr auto multiPictureName = "MPF\0"sv;
 constexpr auto extensionName = "JFXX\0"sv;
 constexpr auto jfifName = "JFIF\0"sv;
+constexpr auto photoshopName = "Photoshop 3.0\0"sv;
+constexpr auto profileName = "ICC_PROFILE\0"sv;
+constexpr auto flashPixName = "FPXR\0"sv;
+constexpr auto filmName = "ftyp"sv;    ///< near the beginning of ISO base media
 constexpr std::size_t jfifBytes = 14;  ///< of a JFIF segment without a preview
 constexpr std::size_t segmentHeader = 4;
 
-/// Whether the segment is called that, by its marker and its first bytes.
-bool is(const JpegSegment& segment, ByteView payload, std::uint8_t marker, std::string_view name) {
-  return segment.marker == marker && isNamed(payload, name);
+/// A marker segment on its way into the result.
+struct Segment {
+  std::uint8_t marker = 0;
+  Bytes payload;
+
+  /// Whether it is called that, by its marker and its first bytes.
+  bool is(std::uint8_t expected, std::string_view name) const {
+    return marker == expected && isNamed(payload, name);
+  }
+};
+
+Segment copyOf(ByteView file, const JpegSegment& segment) {
+  const ByteView payload = file.subspan(segment.offset, segment.length);
+  return {segment.marker, Bytes(payload.begin(), payload.end())};
 }
 
 /// Further pictures of the file, and where they go.
@@ -39,9 +56,12 @@ class Trailer {
         bytes_(file.begin() + static_cast<std::ptrdiff_t>(outline.imageEnd), file.end()) {
     for (const auto& segment : outline.metadata) {
       const ByteView payload = file.subspan(segment.offset, segment.length);
-      if (!index_ && is(segment, payload, app2, multiPictureName)) readIndex(file, segment, payload);
+      if (!index_ && segment.marker == app2 && isNamed(payload, multiPictureName))
+        readIndex(file, segment, payload);
     }
-    if (index_ && turnPreview && !turnAll(turnPreview)) leaveOut();
+    if (!turnPreview) return;
+    if (index_ && !turnAll(turnPreview)) leaveOut();
+    turnUnnamed(turnPreview);
   }
 
   /// Whether the segment holds the index that goes with the trailer.
@@ -78,6 +98,21 @@ class Trailer {
     });
   }
 
+  /// Pictures that no index names. In a film there are none that are looked at.
+  void turnUnnamed(const PreviewMaker& turnPreview) {
+    const auto film = std::ranges::search(bytes_, filmName);
+    auto rest = std::span(bytes_).first(static_cast<std::size_t>(film.begin() - bytes_.begin()));
+    auto pictures = index_ ? index_->pictures() : std::vector<FurtherPicture>();
+    std::ranges::sort(pictures, std::ranges::less{}, &FurtherPicture::offset);
+    std::size_t begin = 0;
+    for (const auto& picture : pictures) {
+      const std::size_t end = std::min(picture.offset - imageEnd_, rest.size());
+      if (begin < end) remakeEmbeddedJpegs(rest.subspan(begin, end - begin), turnPreview);
+      begin = std::max(begin, std::min(end + picture.length, rest.size()));
+    }
+    remakeEmbeddedJpegs(rest.subspan(begin), turnPreview);
+  }
+
   void leaveOut() {
     auto pictures = index_->pictures();
     std::ranges::sort(pictures, std::ranges::greater{}, &FurtherPicture::offset);
@@ -100,19 +135,62 @@ class Trailer {
   std::size_t indexLength_ = 0;
 };
 
-void editExif(std::span<std::uint8_t> payload, const JpegMetadataEdit& edit) {
-  const auto block = payload.subspan(exifName.size());
-  if (edit.turnPreview) remakePreview(block, edit.turnPreview);
-  patchExif(block, edit.exif);
-}
-
 /// Takes out the previews that are not made over.
-void dropPreviews(const JpegSegment& segment, Bytes& payload) {
-  if (is(segment, payload, app0, jfifName) && payload.size() > jfifBytes) {
+void dropPreviews(Segment& segment) {
+  Bytes& payload = segment.payload;
+  if (segment.is(app0, jfifName) && payload.size() > jfifBytes) {
     payload.resize(jfifBytes);
     payload[jfifBytes - 2] = payload[jfifBytes - 1] = 0;
   }
-  if (segment.marker == app13) dropPhotoshopPreviews(payload);
+  if (segment.is(app13, photoshopName)) dropPhotoshopPreviews(payload, photoshopName.size());
+}
+
+void editSegment(Segment& segment, const MetadataEdit& edit) {
+  if (segment.is(app1, exifName)) editExif(std::span(segment.payload).subspan(exifName.size()), edit);
+  if (!edit.turnPreview) return;
+  dropPreviews(segment);
+  if (segment.is(app1, xmpName)) editTurnedXmp(segment.payload, edit.turnPreview);
+}
+
+std::vector<Segment> editedSegments(ByteView file, const JpegOutline& outline, const Trailer& trailer,
+                                    const MetadataEdit& edit) {
+  std::vector<Segment> segments;
+  for (const auto& each : outline.metadata) {
+    Segment segment = copyOf(file, each);
+    if (edit.turnPreview && segment.is(app0, extensionName)) continue;
+    if (segment.is(app2, multiPictureName) && !trailer.keeps(each)) continue;
+    editSegment(segment, edit);
+    segments.push_back(std::move(segment));
+  }
+  return segments;
+}
+
+/// What a segment may hold of a preview that nothing is known about but that it is a JPEG, and that may go
+/// through several such segments. A FlashPix stream has a header of its own in each.
+std::span<std::uint8_t> unknownPart(Segment& segment) {
+  constexpr std::size_t streamHeader = 13;
+  const bool isKnown = segment.marker < app2 || segment.marker > app15 || segment.marker == app13 ||
+                       segment.marker == app14 || segment.is(app2, profileName) ||
+                       segment.is(app2, multiPictureName);
+  if (isKnown) return {};
+  const std::span<std::uint8_t> bytes(segment.payload);
+  return segment.is(app2, flashPixName) ? bytes.subspan(std::min(streamHeader, bytes.size())) : bytes;
+}
+
+void turnUnknownPreviews(std::vector<Segment>& segments, const PreviewMaker& turnPreview) {
+  Bytes joined;
+  for (auto& segment : segments) {
+    const auto part = unknownPart(segment);
+    joined.insert(joined.end(), part.begin(), part.end());
+  }
+  remakeEmbeddedJpegs(joined, turnPreview);
+  auto position = joined.begin();
+  for (auto& segment : segments) {
+    const auto part = unknownPart(segment);
+    const auto end = position + static_cast<std::ptrdiff_t>(part.size());
+    std::copy(position, end, part.begin());
+    position = end;
+  }
 }
 
 void appendSegment(Bytes& file, std::uint8_t marker, ByteView payload) {
@@ -124,23 +202,17 @@ void appendSegment(Bytes& file, std::uint8_t marker, ByteView payload) {
 
 }  // namespace
 
-Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const JpegMetadataEdit& edit) {
+Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const MetadataEdit& edit) {
   const Trailer trailer(file, outline, edit.turnPreview);
+  auto segments = editedSegments(file, outline, trailer, edit);
+  if (edit.turnPreview) turnUnknownPreviews(segments, edit.turnPreview);
   Bytes result(pixels.begin(), pixels.begin() + 2);
   result.reserve(file.size() - outline.imageEnd + pixels.size() + (outline.metadata.empty() ? 0 : 1 << 17));
   std::size_t indexBase = 0;
-  for (const auto& segment : outline.metadata) {
-    Bytes payload(file.begin() + static_cast<std::ptrdiff_t>(segment.offset),
-                  file.begin() + static_cast<std::ptrdiff_t>(segment.offset + segment.length));
-    if (edit.turnPreview && is(segment, payload, app0, extensionName)) continue;
-    if (is(segment, payload, app2, multiPictureName)) {
-      if (!trailer.keeps(segment)) continue;
+  for (const auto& segment : segments) {
+    if (segment.is(app2, multiPictureName))
       indexBase = result.size() + segmentHeader + multiPictureName.size();
-    }
-    if (is(segment, payload, app1, exifName)) editExif(payload, edit);
-    if (edit.turnPreview) dropPreviews(segment, payload);
-    if (edit.turnPreview && is(segment, payload, app1, xmpName)) resetXmpOrientation(payload);
-    appendSegment(result, segment.marker, payload);
+    appendSegment(result, segment.marker, segment.payload);
   }
   result.insert(result.end(), pixels.begin() + 2, pixels.end());
   const std::size_t firstLength = result.size();
@@ -152,7 +224,8 @@ Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const
 void patchJpeg(Bytes& file, const JpegOutline& outline, const ExifPatch& patch) {
   for (const auto& segment : outline.metadata) {
     const auto payload = std::span(file).subspan(segment.offset, segment.length);
-    if (is(segment, payload, app1, exifName)) patchExif(payload.subspan(exifName.size()), patch);
+    if (segment.marker == app1 && isNamed(payload, exifName))
+      patchExif(payload.subspan(exifName.size()), patch);
   }
 }
 

@@ -6,16 +6,11 @@
 
 namespace kestrova::imaging {
 
-/// How a JPEG's metadata follow its new pixels.
-struct JpegMetadataEdit {
-  ExifPatch exif;
-  PreviewMaker turnPreview;  ///< set when the pixels were turned: makes any embedded JPEG over
-};
-
 /// Puts a file together: the application segments and comments of `file`, edited, the picture of `pixels` (a
-/// JPEG without such segments), and whatever follows the picture in `file`. Pictures that a multi-picture
-/// index names are turned with the photo or left out with their index, which always points to where they are.
-Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const JpegMetadataEdit& edit);
+/// JPEG without such segments), and whatever follows the picture in `file`. When the photo was turned,
+/// previews in any segment and pictures that follow are turned with it; those that a multi-picture index
+/// names are so or are left out with their index, which always points to where they are.
+Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const MetadataEdit& edit);
 
 /// Patches the Exif blocks of a whole file whose pixels stay where they are.
 void patchJpeg(Bytes& file, const JpegOutline& outline, const ExifPatch& patch);

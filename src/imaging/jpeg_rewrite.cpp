@@ -33,24 +33,40 @@ Bytes newPixels(ByteView file, const RewritePlan& plan) {
                     plan.scales() ? scaledQuality : turnedQuality);
 }
 
-/// Turns a preview within its bytes, at the best quality that they have room for.
-std::size_t turnPreview(std::span<std::uint8_t> preview, const Turn& turn) {
+}  // namespace
+
+Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
+  const JpegOutline outline = readableOutline(file);
+  const MetadataEdit edit = metadataEdit(plan);
+  if (plan.keepsPixels()) {
+    verifyJpeg(file);
+    Bytes result(file.begin(), file.end());
+    patchJpeg(result, outline, edit.exif);
+    return result;
+  }
+  return joinJpeg(file, outline, newPixels(file, plan), edit);
+}
+
+std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn) {
   try {
-    const JpegOutline outline = readableOutline(preview);
-    const PixelSize size = JpegDecoder(preview).size();
-    const RewritePlan plan{size, size, turn, false};
+    const JpegOutline outline = readableOutline(bytes);
+    const PixelSize size = JpegDecoder(bytes).size();
     const auto fit = [&](ByteView pixels) -> std::size_t {
-      const Bytes whole = joinJpeg(ByteView(preview).first(outline.imageEnd), outline, pixels, {});
-      if (whole.size() > preview.size()) return 0;
-      std::ranges::fill(std::ranges::copy(whole, preview.begin()).out, preview.end(), std::uint8_t{0});
+      const Bytes whole = joinJpeg(ByteView(bytes).first(outline.imageEnd), outline, pixels, {});
+      if (whole.size() > bytes.size()) return 0;
+      std::ranges::fill(std::ranges::copy(whole, bytes.begin()).out, bytes.end(), std::uint8_t{0});
       return whole.size();
     };
-    if (const std::size_t length = fit(newPixels(preview, plan))) return length;
-    JpegDecoder decoder(preview);
-    JpegPlanes picture = decodePlanes(decoder, plan);
-    for (const int quality : {90, 80, 70, 60}) {
-      const std::size_t length = fit(encodeJpeg(picture.format, picture.size, picture.planes, quality));
-      if (length > 0) return length;
+    if (const std::size_t length = fit(newPixels(bytes, {size, size, turn, false}))) return length;
+    for (int divisor = 1; divisor <= 8; divisor *= 2) {
+      const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
+                             std::max<std::int64_t>(1, size.height / divisor)};
+      JpegDecoder decoder(bytes);
+      JpegPlanes picture = decodePlanes(decoder, {size, scaled, turn, false});
+      for (const int quality : {90, 80, 70, 60}) {
+        const std::size_t length = fit(encodeJpeg(picture.format, picture.size, picture.planes, quality));
+        if (length > 0) return length;
+      }
     }
   } catch (const ImageError&) {
     // What cannot be decoded cannot be turned.
@@ -58,23 +74,14 @@ std::size_t turnPreview(std::span<std::uint8_t> preview, const Turn& turn) {
   return 0;
 }
 
-}  // namespace
-
-Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
-  const JpegOutline outline = readableOutline(file);
-  JpegMetadataEdit edit;
-  edit.exif = {plan.result(), plan.resetOrientation};
-  if (plan.keepsPixels()) {
-    verifyJpeg(file);
-    Bytes result(file.begin(), file.end());
-    patchJpeg(result, outline, edit.exif);
-    return result;
-  }
-  const Bytes pixels = newPixels(file, plan);
+MetadataEdit metadataEdit(const RewritePlan& plan) {
+  MetadataEdit edit{{plan.result(), plan.resetOrientation}, {}};
   if (!plan.turn.isNone()) {
-    edit.turnPreview = [&](std::span<std::uint8_t> preview) { return turnPreview(preview, plan.turn); };
+    edit.turnPreview = [turn = plan.turn](std::span<std::uint8_t> jpeg) {
+      return turnJpegWithin(jpeg, turn);
+    };
   }
-  return joinJpeg(file, outline, pixels, edit);
+  return edit;
 }
 
 }  // namespace kestrova::imaging

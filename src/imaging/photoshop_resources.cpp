@@ -12,7 +12,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr auto segmentName = "Photoshop 3.0\0"sv;
 constexpr auto signature = "8BIM"sv;
 
 bool isPreview(unsigned id) { return id == 1033 || id == 1036; }
@@ -41,15 +40,14 @@ Resource resourceAt(ByteView bytes, std::size_t position) {
 
 }  // namespace
 
-void dropPhotoshopPreviews(Bytes& payload) {
-  if (!isNamed(payload, segmentName)) return;
-  std::size_t position = segmentName.size();
+void dropPhotoshopPreviews(Bytes& resources, std::size_t begin) {
+  std::size_t position = begin;
   while (true) {
-    const Resource resource = resourceAt(payload, position);
+    const Resource resource = resourceAt(resources, position);
     if (resource.end == 0) return;
     if (isPreview(resource.id)) {
-      payload.erase(payload.begin() + static_cast<std::ptrdiff_t>(position),
-                    payload.begin() + static_cast<std::ptrdiff_t>(resource.end));
+      resources.erase(resources.begin() + static_cast<std::ptrdiff_t>(position),
+                      resources.begin() + static_cast<std::ptrdiff_t>(resource.end));
     } else {
       position = resource.end;
     }

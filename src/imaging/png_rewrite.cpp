@@ -3,9 +3,12 @@
 #include "imaging/byte_reader.h"
 #include "imaging/exif_patch.h"
 #include "imaging/image_error.h"
+#include "imaging/jpeg_outline.h"
+#include "imaging/jpeg_rewrite.h"
 #include "imaging/png_chunks.h"
 #include "imaging/png_library.h"
 #include "imaging/raster_scaler.h"
+#include "imaging/xmp_patch.h"
 
 #include <algorithm>
 #include <bit>
@@ -18,6 +21,9 @@ namespace kestrova::imaging {
 namespace {
 
 using Chunks = std::vector<PngChunk>;
+
+/// Adobe's XMP in PNG: this keyword, flags and the packet, which is not compressed.
+constexpr std::string_view xmpKeyword("XML:com.adobe.xmp\0", 18);
 
 void append(Bytes& to, ByteView bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
 
@@ -92,9 +98,13 @@ void appendOther(Bytes& result, ByteView file, const PngChunk& chunk, const Rewr
   const ByteView data = chunkData(file, chunk);
   if (chunk.type == "eXIf") {
     Bytes block(data.begin(), data.end());
-    if (!plan.turn.isNone()) remakePreview(block, [](std::span<std::uint8_t>) { return std::size_t{0}; });
-    patchExif(block, {plan.result(), plan.resetOrientation});
+    editExif(block, metadataEdit(plan));
     return appendChunk(result, chunk.type, block);
+  }
+  if (chunk.type == "iTXt" && isNamed(data, xmpKeyword) && !plan.turn.isNone()) {
+    Bytes text(data.begin(), data.end());
+    editTurnedXmp(text, metadataEdit(plan).turnPreview);
+    return appendChunk(result, chunk.type, text);
   }
   const bool converts = picture != nullptr && (picture->format.colorType != picture->source.colorType ||
                                                picture->format.bitDepth != picture->source.bitDepth);

@@ -1,6 +1,7 @@
 #include "imaging/tiff_metadata.h"
 
 #include "imaging/image_error.h"
+#include "imaging/photoshop_resources.h"
 #include "imaging/xmp_patch.h"
 
 #include <algorithm>
@@ -46,6 +47,26 @@ void eraseOtherPictures(Exiv2::ExifData& exif) {
   }
 }
 
+bool hasMakerNote(const Exiv2::ExifData& exif) {
+  return exif.findKey(Exiv2::ExifKey("Exif.Photo.MakerNote")) != exif.end();
+}
+
+Bytes bytesOf(const Exiv2::Exifdatum& tag) {
+  Bytes bytes(static_cast<std::size_t>(std::max<long>(tag.size(), 0)));
+  if (!bytes.empty()) tag.copy(bytes.data(), Exiv2::invalidByteOrder);
+  return bytes;
+}
+
+void erasePhotoshopPreviews(Exiv2::ExifData& exif) {
+  const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.ImageResources"));
+  if (tag == exif.end()) return;
+  Bytes resources = bytesOf(*tag);
+  dropPhotoshopPreviews(resources);
+  const auto value = Exiv2::Value::create(tag->typeId());
+  value->read(resources.data(), static_cast<long>(resources.size()), Exiv2::invalidByteOrder);
+  tag->setValue(value.get());
+}
+
 /// Gives a tag that is there another value of its own type.
 template <class Data, class Key>
 void restate(Data& data, const Key& key, std::int64_t value) {
@@ -64,25 +85,31 @@ void apply(Exiv2::ExifData& exif, const ExifPatch& patch) {
 /// The packet as it stands in the file; Exiv2's own would be written anew.
 std::string xmpPacketOf(const Exiv2::ExifData& exif) {
   const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.XMLPacket"));
-  if (tag == exif.end() || tag->size() <= 0) return {};
-  std::string packet(static_cast<std::size_t>(tag->size()), '\0');
-  tag->copy(reinterpret_cast<Exiv2::byte*>(packet.data()), Exiv2::invalidByteOrder);
-  return packet;
+  if (tag == exif.end()) return {};
+  const Bytes packet = bytesOf(*tag);
+  return {packet.begin(), packet.end()};
 }
 
 }  // namespace
 
-Bytes withMetadata(const Bytes& result, ByteView source, const ExifPatch& patch) {
+Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit) {
   const std::lock_guard lock(exivMutex());
   prepareExiv();
-  const auto from = openTiff(source);
+  auto from = openTiff(source);
+  Bytes turned;
+  if (edit.turnPreview && hasMakerNote(from->exifData())) {
+    turned.assign(source.begin(), source.end());
+    remakeEmbeddedJpegs(turned, edit.turnPreview);
+    from = openTiff(turned);
+  }
   const auto to = openTiff(result);
   Exiv2::ExifData exif = from->exifData();
   eraseOtherPictures(exif);
-  apply(exif, patch);
+  if (edit.turnPreview) erasePhotoshopPreviews(exif);
+  apply(exif, edit.exif);
   std::string packet = xmpPacketOf(exif);
-  if (patch.resetOrientation)
-    resetXmpOrientation({reinterpret_cast<std::uint8_t*>(packet.data()), packet.size()});
+  if (edit.turnPreview)
+    editTurnedXmp({reinterpret_cast<std::uint8_t*>(packet.data()), packet.size()}, edit.turnPreview);
   to->setByteOrder(from->byteOrder());
   to->setExifData(exif);
   to->setIptcData(from->iptcData());

@@ -1,6 +1,7 @@
 #include "imaging/tiff_rewrite.h"
 
 #include "imaging/exif_patch.h"
+#include "imaging/jpeg_rewrite.h"
 #include "imaging/tiff_encoder.h"
 #include "imaging/tiff_metadata.h"
 #include "imaging/tiff_pixels.h"
@@ -8,14 +9,14 @@
 namespace kestrova::imaging {
 
 Bytes rewriteTiff(ByteView file, const RewritePlan& plan) {
-  const ExifPatch patch{plan.result(), plan.resetOrientation};
+  const MetadataEdit edit = metadataEdit(plan);
   if (plan.keepsPixels()) {
     verifyTiff(file);
     Bytes result(file.begin(), file.end());
-    patchExif(result, patch);
+    patchExif(result, edit.exif);
     return result;
   }
-  return withMetadata(encodeTiff(decodeTiff(file, plan), file), file, patch);
+  return withMetadata(encodeTiff(decodeTiff(file, plan), file), file, edit);
 }
 
 }  // namespace kestrova::imaging

@@ -21,8 +21,8 @@ constexpr std::array mayChange = std::to_array<std::string_view>(
      // where the pixels stand in the file
      "StripOffsets", "StripByteCounts", "RowsPerStrip", "TileOffsets", "TileByteCounts", "TileWidth",
      "TileLength",
-     // the file itself, and what exiftool says of it
-     "System:", "ExifTool:"});
+     // the file itself, what exiftool says of it, and what it reckons from the size in pixels
+     "System:", "ExifTool:", "Composite:"});
 
 bool isAllowed(const std::string& tag) {
   for (const auto allowed : mayChange) {

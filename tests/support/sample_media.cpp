@@ -114,6 +114,9 @@ TiffBlock exifBlock(const SamplePhoto& photo) {
   if (!photo.taken.empty()) block.exif.push_back(tiffText(0x9003, photo.taken));
   if (!photo.digitized.empty()) block.exif.push_back(tiffText(0x9004, photo.digitized));
   if (photo.makerNoteBytes > 0) block.exif.push_back(tiffFiller(0x927C, photo.makerNoteBytes));
+  if (!photo.makerNote.empty()) {
+    block.exif.push_back({0x927C, TiffType::undefined, {photo.makerNote.begin(), photo.makerNote.end()}});
+  }
   if (photo.exifPixelSize) {
     block.exif.push_back(tiffLong(0xA002, static_cast<std::uint64_t>(photo.width)));
     block.exif.push_back(tiffLong(0xA003, static_cast<std::uint64_t>(photo.height)));

@@ -25,6 +25,7 @@ struct SamplePhoto {
   bool thumbnail = false;                         ///< a preview in the Exif block of a JPEG
   std::size_t descriptionBytes = 0;               ///< stands before the Exif directory
   std::size_t makerNoteBytes = 0;                 ///< stands after the dates
+  Bytes makerNote = {};                           ///< in place of as many bytes of no meaning
   bool progressive = false;                       ///< JPEG only
 };
 
