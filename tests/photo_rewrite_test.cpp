@@ -237,6 +237,59 @@ TEST_P(PhotoTypeTest, LosesNoTagByTurning) {
   EXPECT_THAT(unexpectedChanges(before, tagsOf(writeFile(folder_ / "result", result))), IsEmpty());
 }
 
+TEST_P(PhotoTypeTest, ExchangesItsResolutionsWithItsAxes) {
+  const std::vector<std::string> names{"JFIF:XResolution", "JFIF:YResolution", "IFD0:XResolution",
+                                       "IFD0:YResolution", "PixelsPerUnitX",   "PixelsPerUnitY"};
+  const auto resolutions = [&](const Bytes& photo) {
+    std::vector<std::string> arguments{"-n", "-s3", "-f"};
+    for (const auto& name : names) arguments.push_back("-" + name);
+    arguments.push_back(writeFile(folder_ / "photo", photo).native());
+    return runTool("exiftool", arguments).output;
+  };
+  const auto source = [&](int orientation) {
+    const Path path = writeFile(folder_ / "source",
+                                photoOf(GetParam(), {.width = 64, .height = 48, .orientation = orientation}));
+    std::vector<std::string> arguments{"-q", "-overwrite_original", "-n", path.native()};
+    for (std::size_t i = 0; i < names.size(); ++i)
+      arguments.push_back("-" + names[i] + "=" + std::to_string(100 + i));
+    EXPECT_EQ(runTool("exiftool", arguments).status, 0);
+    const std::string bytes = readFile(path);
+    return Bytes(bytes.begin(), bytes.end());
+  };
+  const bool isJpeg = GetParam() == ImageType::jpeg;
+  const bool isPng = GetParam() == ImageType::png;
+  const std::string jfif = isJpeg ? "100\n101\n" : "-\n-\n";
+  const std::string units = isPng ? "104\n105\n" : "-\n-\n";
+  ASSERT_EQ(resolutions(source(3)), jfif + "102\n103\n" + units);
+  EXPECT_EQ(resolutions(mustRewrite(source(3), {std::nullopt, true})), resolutions(source(3)));
+  const std::string turnedJfif = isJpeg ? "101\n100\n" : "-\n-\n";
+  const std::string turnedUnits = isPng ? "105\n104\n" : "-\n-\n";
+  EXPECT_EQ(resolutions(mustRewrite(source(6), {std::nullopt, true})),
+            turnedJfif + "103\n102\n" + turnedUnits);
+  EXPECT_EQ(resolutions(mustRewrite(source(6), {PixelSize{32, 24}, false})), resolutions(source(6)));
+}
+
+TEST_P(PhotoTypeTest, StatesItsNewSizeInXmp) {
+  const Path path =
+      writeFile(folder_ / "source", photoOf(GetParam(), {.width = 120, .height = 80, .orientation = 6}));
+  const std::vector<std::string> names{"XMP-tiff:ImageWidth", "XMP-tiff:ImageHeight",
+                                       "XMP-exif:ExifImageWidth", "XMP-exif:ExifImageHeight", "XMP:Rating"};
+  std::vector<std::string> writing{"-q", "-overwrite_original", path.native()};
+  const std::vector<std::string> values{"120", "80", "120", "80", "4"};
+  for (std::size_t i = 0; i < names.size(); ++i) writing.push_back("-" + names[i] + "=" + values[i]);
+  ASSERT_EQ(runTool("exiftool", writing).status, 0);
+  const std::string bytes = readFile(path);
+  const auto stated = [&](const RewriteRequest& request) {
+    const Bytes result = mustRewrite({bytes.begin(), bytes.end()}, request);
+    std::vector<std::string> reading{"-s3"};
+    for (const auto& name : names) reading.push_back("-" + name);
+    reading.push_back(writeFile(folder_ / "result", result).native());
+    return runTool("exiftool", reading).output;
+  };
+  EXPECT_EQ(stated({PixelSize{60, 40}, false}), "60\n40\n60\n40\n4\n");
+  EXPECT_EQ(stated({std::nullopt, true}), "80\n120\n80\n120\n4\n");
+}
+
 TEST_P(PhotoTypeTest, KeepsItsPixelsWhenThereIsNothingToDo) {
   const Bytes source = photoOf(GetParam(), {.width = 203, .height = 141, .orientation = 6});
   const Bytes result = mustRewrite(source, {std::nullopt, false});

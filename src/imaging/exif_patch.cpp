@@ -10,6 +10,8 @@ enum Tag : std::uint16_t {
   imageWidth = 0x0100,
   imageLength = 0x0101,
   orientation = 0x0112,
+  xResolution = 0x011A,
+  yResolution = 0x011B,
   previewOffset = 0x0201,
   previewLength = 0x0202,
   exifDirectory = 0x8769,
@@ -53,6 +55,7 @@ void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
   if (!block) return;
   if (patch.pixelSize) patchSize(*block, *patch.pixelSize);
   if (patch.resetOrientation) block->setValue(block->firstDirectory(), orientation, 1);
+  if (patch.exchangesAxes) block->exchangeValues(block->firstDirectory(), xResolution, yResolution);
 }
 
 void remakePreviews(std::span<std::uint8_t> bytes, const PreviewMaker& make) {

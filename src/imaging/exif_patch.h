@@ -13,6 +13,7 @@ namespace kestrova::imaging {
 struct ExifPatch {
   std::optional<PixelSize> pixelSize;  ///< of the written photo, as it is stored
   bool resetOrientation = false;       ///< the written pixels stand upright
+  bool exchangesAxes = false;          ///< what was across is down now
 };
 
 /// How a photo's metadata follow its new pixels.
@@ -23,8 +24,8 @@ struct MetadataEdit {
 
 /// Patches an Exif block (a TIFF 6.0 structure, without "Exif\0\0" before it) in place: Orientation (0x0112)
 /// of the photo and its preview, ImageWidth and ImageLength, PixelXDimension and PixelYDimension (0xA002,
-/// 0xA003). Tags that are not there are not added; all other bytes stay as they are. The block may hold
-/// anything.
+/// 0xA003), XResolution and YResolution; those in the focal plane are the camera's and stay. Tags that are
+/// not there are not added; all other bytes stay as they are. The block may hold anything.
 void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
 
 /// Has the previews in an Exif block made over by `make`, those in maker notes too. The one of the second

@@ -28,9 +28,11 @@ constexpr auto jfifName = "JFIF\0"sv;
 constexpr auto photoshopName = "Photoshop 3.0\0"sv;
 constexpr auto profileName = "ICC_PROFILE\0"sv;
 constexpr auto flashPixName = "FPXR\0"sv;
-constexpr auto filmName = "ftyp"sv;    ///< near the beginning of ISO base media
-constexpr std::size_t jfifBytes = 14;  ///< of a JFIF segment without a preview
+constexpr auto filmName = "ftyp"sv;          ///< near the beginning of ISO base media
+constexpr std::size_t jfifBytes = 14;        ///< of a JFIF segment without a preview
+constexpr std::ptrdiff_t jfifDensityAt = 8;  ///< two bytes across, two down
 constexpr std::size_t segmentHeader = 4;
+constexpr std::size_t mostPayloadBytes = 0xFFFF - 2;
 
 /// A marker segment on its way into the result.
 struct Segment {
@@ -145,11 +147,21 @@ void dropPreviews(Segment& segment) {
   if (segment.is(app13, photoshopName)) dropPhotoshopPreviews(payload, photoshopName.size());
 }
 
+/// An XMP packet may become longer than a segment holds; then it stays as it was.
+void editXmpSegment(Segment& segment, const MetadataEdit& edit) {
+  Bytes edited = segment.payload;
+  editXmp(edited, edit);
+  if (edited.size() <= mostPayloadBytes) segment.payload = std::move(edited);
+}
+
 void editSegment(Segment& segment, const MetadataEdit& edit) {
   if (segment.is(app1, exifName)) editExif(std::span(segment.payload).subspan(exifName.size()), edit);
-  if (!edit.turnPreview) return;
-  dropPreviews(segment);
-  if (segment.is(app1, xmpName)) editTurnedXmp(segment.payload, edit.turnPreview);
+  if (segment.is(app1, xmpName)) editXmpSegment(segment, edit);
+  if (edit.turnPreview) dropPreviews(segment);
+  if (edit.exif.exchangesAxes && segment.is(app0, jfifName) && segment.payload.size() >= jfifBytes) {
+    const auto density = segment.payload.begin() + jfifDensityAt;
+    std::swap_ranges(density, density + 2, density + 2);
+  }
 }
 
 std::vector<Segment> editedSegments(ByteView file, const JpegOutline& outline, const Trailer& trailer,

@@ -75,7 +75,7 @@ std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn) {
 }
 
 MetadataEdit metadataEdit(const RewritePlan& plan) {
-  MetadataEdit edit{{plan.result(), plan.resetOrientation}, {}};
+  MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.turn.transpose}, {}};
   if (!plan.turn.isNone()) {
     edit.turnPreview = [turn = plan.turn](std::span<std::uint8_t> jpeg) {
       return turnJpegWithin(jpeg, turn);

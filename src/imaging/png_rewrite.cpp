@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -24,6 +25,8 @@ using Chunks = std::vector<PngChunk>;
 
 /// Adobe's XMP in PNG: this keyword, flags and the packet, which is not compressed.
 constexpr std::string_view xmpKeyword("XML:com.adobe.xmp\0", 18);
+
+constexpr std::size_t densityBytes = 9;  ///< four across, four down, and the unit
 
 void append(Bytes& to, ByteView bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
 
@@ -92,20 +95,26 @@ Bytes convert(const PngChunk& chunk, ByteView data, const Picture& picture) {
   return result;
 }
 
+/// Makes what a chunk says follow the new pixels; nothing when it says nothing of them.
+std::optional<Bytes> edited(const PngChunk& chunk, ByteView data, const MetadataEdit& edit) {
+  Bytes result(data.begin(), data.end());
+  if (chunk.type == "eXIf") {
+    editExif(result, edit);
+  } else if (chunk.type == "iTXt" && isNamed(data, xmpKeyword)) {
+    editXmp(result, edit);
+  } else if (chunk.type == "pHYs" && edit.exif.exchangesAxes && data.size() == densityBytes) {
+    std::swap_ranges(result.begin(), result.begin() + 4, result.begin() + 4);
+  } else {
+    return std::nullopt;
+  }
+  return result;
+}
+
 /// Appends a chunk that holds no pixels.
-void appendOther(Bytes& result, ByteView file, const PngChunk& chunk, const RewritePlan& plan,
+void appendOther(Bytes& result, ByteView file, const PngChunk& chunk, const MetadataEdit& edit,
                  const Picture* picture) {
   const ByteView data = chunkData(file, chunk);
-  if (chunk.type == "eXIf") {
-    Bytes block(data.begin(), data.end());
-    editExif(block, metadataEdit(plan));
-    return appendChunk(result, chunk.type, block);
-  }
-  if (chunk.type == "iTXt" && isNamed(data, xmpKeyword) && !plan.turn.isNone()) {
-    Bytes text(data.begin(), data.end());
-    editTurnedXmp(text, metadataEdit(plan).turnPreview);
-    return appendChunk(result, chunk.type, text);
-  }
+  if (const auto changed = edited(chunk, data, edit)) return appendChunk(result, chunk.type, *changed);
   const bool converts = picture != nullptr && (picture->format.colorType != picture->source.colorType ||
                                                picture->format.bitDepth != picture->source.bitDepth);
   if (!converts) return append(result, file.subspan(chunk.offset, chunk.size()));
@@ -123,12 +132,13 @@ Bytes joinPng(ByteView file, const Chunks& chunks, ByteView pixels, const Rewrit
       if (chunk.type == type) append(result, pixels.subspan(chunk.offset, chunk.size()));
     }
   };
+  const MetadataEdit edit = metadataEdit(plan);
   bool pixelsWritten = false;
   for (const auto& chunk : chunks) {
     if (chunk.type == "IHDR") {
       appendNew("IHDR");
     } else if (!chunk.isPixels()) {
-      appendOther(result, file, chunk, plan, picture);
+      appendOther(result, file, chunk, edit, picture);
     } else if (!std::exchange(pixelsWritten, true)) {
       appendNew("IDAT");
     }

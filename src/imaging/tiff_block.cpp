@@ -100,4 +100,13 @@ void TiffBlock::setValue(Offset directory, std::uint16_t tag, std::uint32_t valu
   if (entry->type == longType) setNumber32(entry->offset + 8, value);
 }
 
+void TiffBlock::exchangeValues(Offset directory, std::uint16_t oneTag, std::uint16_t otherTag) {
+  const auto one = find(directory, oneTag);
+  const auto other = find(directory, otherTag);
+  if (!one || !other || one->type != other->type || one->count != other->count) return;
+  const std::uint32_t value = number32(one->offset + 8);
+  setNumber32(one->offset + 8, number32(other->offset + 8));
+  setNumber32(other->offset + 8, value);
+}
+
 }  // namespace kestrova::imaging

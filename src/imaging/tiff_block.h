@@ -36,6 +36,9 @@ class TiffBlock {
   /// Overwrites it; does nothing to entries of another kind, or when the value does not fit.
   void setValue(Offset directory, std::uint16_t tag, std::uint32_t value);
 
+  /// Exchanges the values of two entries of one kind; does nothing to others.
+  void exchangeValues(Offset directory, std::uint16_t oneTag, std::uint16_t otherTag);
+
   bool contains(std::uint64_t offset, std::uint64_t length) const;
   /// The bytes from there, which have to be contained.
   std::span<std::uint8_t> bytes(std::size_t offset, std::size_t length) const {

@@ -82,11 +82,12 @@ void apply(Exiv2::ExifData& exif, const ExifPatch& patch) {
   if (patch.resetOrientation) restate(exif, Exiv2::ExifKey("Exif.Image.Orientation"), 1);
 }
 
-/// The packet as it stands in the file; Exiv2's own would be written anew.
-std::string xmpPacketOf(const Exiv2::ExifData& exif) {
+/// The packet as it stands in the file, but for what the edit changes; Exiv2's own would be written anew.
+std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
   const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.XMLPacket"));
   if (tag == exif.end()) return {};
-  const Bytes packet = bytesOf(*tag);
+  Bytes packet = bytesOf(*tag);
+  editXmp(packet, edit);
   return {packet.begin(), packet.end()};
 }
 
@@ -107,9 +108,7 @@ Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edi
   eraseOtherPictures(exif);
   if (edit.turnPreview) erasePhotoshopPreviews(exif);
   apply(exif, edit.exif);
-  std::string packet = xmpPacketOf(exif);
-  if (edit.turnPreview)
-    editTurnedXmp({reinterpret_cast<std::uint8_t*>(packet.data()), packet.size()}, edit.turnPreview);
+  const std::string packet = xmpPacketOf(exif, edit);
   to->setByteOrder(from->byteOrder());
   to->setExifData(exif);
   to->setIptcData(from->iptcData());

@@ -2,6 +2,9 @@
 
 #include <QByteArray>
 #include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -9,32 +12,32 @@ namespace kestrova::imaging {
 
 namespace {
 
-constexpr std::string_view property = "tiff:Orientation";
 constexpr std::string_view jpegStart = "/9j/";  ///< a JPEG's first three bytes in base64
 
 bool isLetter(std::uint8_t byte, char letter) { return byte == static_cast<std::uint8_t>(letter); }
 
 bool isBlank(std::uint8_t byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
 
-/// Behind the name there is ="6" in an attribute and >6< in an element: one digit, and before it nothing but
-/// signs.
-void resetValue(std::span<std::uint8_t> rest) {
-  const auto isSign = [](std::uint8_t byte) {
-    return byte == '=' || byte == '"' || byte == '\'' || byte == '>' || isBlank(byte);
-  };
-  const auto digit = std::ranges::find_if_not(rest, isSign);
-  if (digit == rest.begin() || digit == rest.end() || std::next(digit) == rest.end()) return;
-  const std::uint8_t behind = *std::next(digit);
-  const bool stands = behind == '"' || behind == '\'' || behind == '<' || isBlank(behind);
-  if (stands && *digit >= '2' && *digit <= '8') *digit = '1';
+/// What stands between a name and its value: =" in an attribute, > in an element.
+bool isSign(std::uint8_t byte) {
+  return byte == '=' || byte == '"' || byte == '\'' || byte == '>' || isBlank(byte);
 }
 
-void resetOrientation(std::span<std::uint8_t> packet) {
-  for (auto rest = packet; !rest.empty();) {
+bool endsValue(std::uint8_t byte) { return byte == '"' || byte == '\'' || byte == '<' || isBlank(byte); }
+
+/// Gives a property of a whole number another value, wherever it stands.
+void setNumber(Bytes& packet, std::string_view property, std::int64_t number) {
+  const std::string text = std::to_string(number);
+  for (std::size_t position = 0;;) {
+    const auto rest = std::span(packet).subspan(position);
     const auto found = std::ranges::search(rest, property, isLetter);
     if (found.empty()) return;
-    rest = std::span(found.end(), rest.end());
-    resetValue(rest);
+    const auto begin = std::find_if_not(found.end(), rest.end(), isSign);
+    const auto end = std::find_if(begin, rest.end(), [](auto byte) { return byte < '0' || byte > '9'; });
+    position = static_cast<std::size_t>(found.end() - rest.begin()) + position;
+    if (begin == found.end() || begin == end || end == rest.end() || !endsValue(*end)) continue;
+    const auto first = packet.begin() + (&*begin - packet.data());
+    packet.insert(packet.erase(first, first + (end - begin)), text.begin(), text.end());
   }
 }
 
@@ -83,9 +86,15 @@ void turnPreviews(std::span<std::uint8_t> packet, const PreviewMaker& turn) {
 
 }  // namespace
 
-void editTurnedXmp(std::span<std::uint8_t> packet, const PreviewMaker& turnPreview) {
-  resetOrientation(packet);
-  turnPreviews(packet, turnPreview);
+void editXmp(Bytes& packet, const MetadataEdit& edit) {
+  if (const auto& size = edit.exif.pixelSize) {
+    for (const auto* name : {"tiff:ImageWidth", "exif:PixelXDimension"}) setNumber(packet, name, size->width);
+    for (const auto* name : {"tiff:ImageLength", "exif:PixelYDimension"})
+      setNumber(packet, name, size->height);
+  }
+  if (!edit.turnPreview) return;
+  setNumber(packet, "tiff:Orientation", 1);
+  turnPreviews(packet, edit.turnPreview);
 }
 
 }  // namespace kestrova::imaging

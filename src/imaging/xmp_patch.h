@@ -1,15 +1,14 @@
 #pragma once
 
-#include "imaging/embedded_jpeg.h"
-
-#include <cstdint>
-#include <span>
+#include "imaging/exif_patch.h"
+#include "platform/bytes.h"
 
 namespace kestrova::imaging {
 
-/// Makes an XMP packet that of a photo whose pixels were turned upright: every tiff:Orientation becomes 1,
-/// and `turnPreview` makes over the previews, JPEGs in base64 (xmpGImg:image). The packet may hold anything;
-/// its length and all other bytes stay.
-void editTurnedXmp(std::span<std::uint8_t> packet, const PreviewMaker& turnPreview);
+/// Makes an XMP packet follow the new pixels: tiff:ImageWidth and tiff:ImageLength, exif:PixelXDimension and
+/// exif:PixelYDimension, and, once the pixels were turned, tiff:Orientation and the previews, JPEGs in base64
+/// (xmpGImg:image). Properties that are not there are not added; all other bytes stay. The packet may hold
+/// anything.
+void editXmp(Bytes& packet, const MetadataEdit& edit);
 
 }  // namespace kestrova::imaging
