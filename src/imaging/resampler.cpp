@@ -25,31 +25,27 @@ Resampler::Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayo
       y_(y),
       layout_(layout),
       paddedWidth_(static_cast<std::size_t>(x_.sourceCount() + x_.taps())),
-      resultRow_(channels() * static_cast<std::size_t>(x_.resultCount())) {
+      sourceRow_(channels() * paddedWidth_) {
   const auto rows = static_cast<std::size_t>(rowsHeld(y_));
-  if ((paddedWidth_ * channels() + resultRow_ * (rows + 1)) * sizeof(float) >
-      static_cast<std::size_t>(maxWorkingBytes)) {
+  const std::size_t resultRow = channels() * static_cast<std::size_t>(x_.resultCount());
+  if ((sourceRow_ * (rows + 1) + resultRow) * sizeof(float) > static_cast<std::size_t>(maxWorkingBytes)) {
     throw ImageError("the picture needs too much memory");
   }
-  source_.resize(paddedWidth_ * channels());
-  ring_.resize(resultRow_ * rows);
-  result_.resize(resultRow_);
+  ring_.resize(sourceRow_ * rows);
+  blended_.resize(sourceRow_);
+  result_.resize(resultRow);
   rows_.resize(rows);
 }
 
 float* Resampler::ringRow(int sourceRow) {
-  return ring_.data() + static_cast<std::size_t>(sourceRow) % rows_.size() * resultRow_;
+  return ring_.data() + static_cast<std::size_t>(sourceRow) % rows_.size() * sourceRow_;
 }
 
 void Resampler::push(const void* row) {
   if (layout_.bytesPerSample == 1) {
-    separate(static_cast<const std::uint8_t*>(row));
+    separate(static_cast<const std::uint8_t*>(row), ringRow(pushed_));
   } else {
-    separate(static_cast<const std::uint16_t*>(row));
-  }
-  const auto width = static_cast<std::size_t>(x_.resultCount());
-  for (std::size_t c = 0; c < channels(); ++c) {
-    kernels::filterRow(source_.data() + c * paddedWidth_, x_, ringRow(pushed_) + c * width);
+    separate(static_cast<const std::uint16_t*>(row), ringRow(pushed_));
   }
   ++pushed_;
 }
@@ -58,7 +54,11 @@ bool Resampler::pull(void* row) {
   if (pulled_ == y_.resultCount() || y_.first(pulled_) + y_.count(pulled_) > pushed_) return false;
   const int count = y_.count(pulled_);
   for (int k = 0; k < count; ++k) rows_[static_cast<std::size_t>(k)] = ringRow(y_.first(pulled_) + k);
-  kernels::blendRows(rows_.data(), y_.weights(pulled_), count, result_.data(), resultRow_);
+  kernels::blendRows(rows_.data(), y_.weights(pulled_), count, blended_.data(), sourceRow_);
+  const auto width = static_cast<std::size_t>(x_.resultCount());
+  for (std::size_t c = 0; c < channels(); ++c) {
+    kernels::filterRow(blended_.data() + c * paddedWidth_, x_, result_.data() + c * width);
+  }
   if (layout_.bytesPerSample == 1) {
     interleave(static_cast<std::uint8_t*>(row));
   } else {
@@ -69,18 +69,18 @@ bool Resampler::pull(void* row) {
 }
 
 template <class Sample>
-void Resampler::separate(const Sample* row) {
+void Resampler::separate(const Sample* row, float* planes) {
   const auto width = static_cast<std::size_t>(x_.sourceCount());
-  if (layout_.channels == 1) return kernels::widen(row, width, source_.data());
+  if (layout_.channels == 1) return kernels::widen(row, width, planes);
   for (std::size_t c = 0; c < channels(); ++c) {
-    float* plane = source_.data() + c * paddedWidth_;
+    float* plane = planes + c * paddedWidth_;
     for (std::size_t i = 0; i < width; ++i) plane[i] = static_cast<float>(row[i * channels() + c]);
   }
   if (!layout_.alpha) return;
   constexpr float opaque = std::numeric_limits<Sample>::max();
-  const float* alpha = source_.data() + (channels() - 1) * paddedWidth_;
+  const float* alpha = planes + (channels() - 1) * paddedWidth_;
   for (std::size_t c = 0; c + 1 < channels(); ++c) {
-    float* plane = source_.data() + c * paddedWidth_;
+    float* plane = planes + c * paddedWidth_;
     for (std::size_t i = 0; i < width; ++i) plane[i] *= alpha[i] / opaque;
   }
 }

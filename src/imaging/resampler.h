@@ -19,8 +19,8 @@ struct PixelLayout {
 };
 
 /// Scales a picture by a separable Lanczos-3 filter in floats. Source rows go in from the top, result rows
-/// come out as soon as they can be had; only as many rows as the filter spans are held, and those in the
-/// width of the result. One thread at a time.
+/// come out as soon as they can be had; only as many rows as the filter spans are held. Rows are blended
+/// before they are narrowed: there are fewer of them then. One thread at a time.
 class Resampler {
  public:
   /// Throws ImageError when the rows to hold would break the limits.
@@ -36,7 +36,7 @@ class Resampler {
   std::size_t channels() const { return static_cast<std::size_t>(layout_.channels); }
   float* ringRow(int sourceRow);
   template <class Sample>
-  void separate(const Sample* row);
+  void separate(const Sample* row, float* planes);
   template <class Sample>
   void interleave(Sample* row);
 
@@ -44,11 +44,11 @@ class Resampler {
   LanczosAxis y_;
   PixelLayout layout_;
   std::size_t paddedWidth_;  ///< floats of one channel of a source row, with room for the filter to read on
-  std::size_t resultRow_;    ///< floats of a result row, all channels one after the other
+  std::size_t sourceRow_;    ///< floats of a source row, all channels one after the other
   int pushed_ = 0;
   int pulled_ = 0;
-  std::vector<float> source_;
   std::vector<float> ring_;
+  std::vector<float> blended_;
   std::vector<float> result_;
   std::vector<const float*> rows_;
 };
