@@ -176,6 +176,20 @@ TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
   }
 }
 
+/// The file with the two numbers of its frame header changed.
+Bytes withFrameSize(Bytes jpeg, unsigned width, unsigned height) {
+  const Bytes marker{0xFF, 0xC0, 0x00, 0x11, 0x08};
+  const auto at = std::ranges::search(jpeg, marker);
+  EXPECT_FALSE(at.empty());
+  const auto put = [](auto position, unsigned number) {
+    position[0] = static_cast<std::uint8_t>(number >> 8);
+    position[1] = static_cast<std::uint8_t>(number & 0xFF);
+  };
+  put(at.end(), height);
+  put(at.end() + 2, width);
+  return jpeg;
+}
+
 /// A preview, as it stands in bytes of a source that says it lies on its side, and as it should in the
 /// result.
 class PreviewTest : public testing::Test {
@@ -271,6 +285,14 @@ TEST_F(PreviewTest, StaysWhenThePictureIsNotTurned) {
   const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
   EXPECT_TRUE(contains(result, jpegSegment(0xE4, preview_)));
   EXPECT_TRUE(std::equal(preview_.rbegin(), preview_.rend(), result.rbegin()));
+}
+
+TEST_F(PreviewTest, StaysWhenItIsAMultipleOfThePicture) {
+  const Bytes bomb = jpegSegment(0xE4, withFrameSize(preview_, 4000, 4000));
+  const Bytes other = jpegSegment(0xE5, joined({named("screen shot", 0, 0), preview_}));
+  const Bytes result = mustRewrite(onItsSide({bomb, bomb, other}), {std::nullopt, true});
+  EXPECT_TRUE(contains(result, joined({bomb, bomb})));
+  expectTurned(behind(result, "screen shot"));
 }
 
 TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
@@ -394,20 +416,6 @@ TEST(JpegRewrite, LeavesPhotoshopsPreviewOutWhenItTurns) {
   both.insert(both.end(), other.begin(), other.end());
   EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), both));
   EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), preview));
-}
-
-/// The file with the two numbers of its frame header changed.
-Bytes withFrameSize(Bytes jpeg, unsigned width, unsigned height) {
-  const Bytes marker{0xFF, 0xC0, 0x00, 0x11, 0x08};
-  const auto at = std::ranges::search(jpeg, marker);
-  EXPECT_FALSE(at.empty());
-  const auto put = [](auto position, unsigned number) {
-    position[0] = static_cast<std::uint8_t>(number >> 8);
-    position[1] = static_cast<std::uint8_t>(number & 0xFF);
-  };
-  put(at.end(), height);
-  put(at.end() + 2, width);
-  return jpeg;
 }
 
 TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {

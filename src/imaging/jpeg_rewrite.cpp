@@ -17,6 +17,12 @@ constexpr int scaledQuality = 90;
 /// For pixels that only were turned: close enough that the eye finds no difference.
 constexpr int turnedQuality = 95;
 
+/// All previews of a photo have at most that many times its pixels, or they would take longer than it is worth.
+constexpr std::int64_t previewsToPhoto = 8;
+constexpr std::int64_t smallPhotoPixels = 1'000'000;  ///< one that is smaller may have as many as this one
+
+std::int64_t pixelsOf(const PixelSize& size) { return size.width * size.height; }
+
 JpegOutline readableOutline(ByteView file) {
   auto outline = outlineJpeg(file);
   if (!outline) throw ImageError("no whole JPEG");
@@ -76,11 +82,14 @@ std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn) {
 
 MetadataEdit metadataEdit(const RewritePlan& plan) {
   MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.turn.transpose}, {}};
-  if (!plan.turn.isNone()) {
-    edit.turnPreview = [turn = plan.turn](std::span<std::uint8_t> jpeg) {
-      return turnJpegWithin(jpeg, turn);
-    };
-  }
+  if (plan.turn.isNone()) return edit;
+  const std::int64_t budget = std::max(pixelsOf(plan.source), smallPhotoPixels) * previewsToPhoto;
+  edit.turnPreview = [turn = plan.turn, left = budget](std::span<std::uint8_t> jpeg) mutable -> std::size_t {
+    const auto size = imageSizeOf(jpeg);
+    if (!size || pixelsOf(size->stored) > left) return 0;
+    left -= pixelsOf(size->stored);
+    return turnJpegWithin(jpeg, turn);
+  };
   return edit;
 }
 
