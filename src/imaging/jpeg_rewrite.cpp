@@ -17,7 +17,8 @@ constexpr int scaledQuality = 90;
 /// For pixels that only were turned: close enough that the eye finds no difference.
 constexpr int turnedQuality = 95;
 
-/// All previews of a photo have at most that many times its pixels, or they would take longer than it is worth.
+/// All previews of a photo have at most that many times its pixels, or they would take longer than it is
+/// worth.
 constexpr std::int64_t previewsToPhoto = 8;
 constexpr std::int64_t smallPhotoPixels = 1'000'000;  ///< one that is smaller may have as many as this one
 
