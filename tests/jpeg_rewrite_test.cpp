@@ -176,20 +176,6 @@ TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
   }
 }
 
-/// The file with the two numbers of its frame header changed.
-Bytes withFrameSize(Bytes jpeg, unsigned width, unsigned height) {
-  const Bytes marker{0xFF, 0xC0, 0x00, 0x11, 0x08};
-  const auto at = std::ranges::search(jpeg, marker);
-  EXPECT_FALSE(at.empty());
-  const auto put = [](auto position, unsigned number) {
-    position[0] = static_cast<std::uint8_t>(number >> 8);
-    position[1] = static_cast<std::uint8_t>(number & 0xFF);
-  };
-  put(at.end(), height);
-  put(at.end() + 2, width);
-  return jpeg;
-}
-
 /// A preview, as it stands in bytes of a source that says it lies on its side, and as it should in the
 /// result.
 class PreviewTest : public testing::Test {

@@ -98,6 +98,18 @@ RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std
   return {x, y, PixelLayout{}};
 }
 
+/// Throws ImageError unless the planes stay within the limits; while they are turned, they are there twice.
+void requireRoom(const JpegFormat& format, const RewritePlan& plan) {
+  std::int64_t bytes = 0;
+  for (const auto& component : format.components) {
+    bytes += planeExtent(plan.scaled.width, component.horizontal, format.maxHorizontal()) *
+             planeExtent(plan.scaled.height, component.vertical, format.maxVertical());
+  }
+  if (bytes * (plan.turn.isNone() ? 1 : 2) > maxWorkingBytes) {
+    throw ImageError("the picture needs too much memory");
+  }
+}
+
 }  // namespace
 
 JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
@@ -105,7 +117,7 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
     throw ImageError("the picture is too large for a JPEG");
   }
   const JpegFormat format = writableFormat(decoder.format(), plan.scales());
-  requireAffordable(plan, static_cast<std::int64_t>(format.components.size()));
+  requireRoom(format, plan);
   decoder.start(decodeScale(plan));
   std::vector<RasterScaler> scalers;
   for (std::size_t i = 0; i < format.components.size(); ++i)

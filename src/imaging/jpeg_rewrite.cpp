@@ -8,6 +8,8 @@
 #include "imaging/jpeg_turn.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace kestrova::imaging {
 
@@ -32,10 +34,11 @@ JpegOutline readableOutline(ByteView file) {
 }
 
 Bytes newPixels(ByteView file, const RewritePlan& plan) {
-  JpegDecoder decoder(file);
-  if (decoder.size() != plan.source) throw ImageError("the frame header contradicts itself");
-  if (!plan.scales() && turnsLosslessly(decoder, plan.turn)) return turnCoefficients(decoder, plan.turn);
-  JpegPlanes picture = decodePlanes(decoder, plan);
+  std::optional<JpegDecoder> decoder(std::in_place, file);
+  if (decoder->size() != plan.source) throw ImageError("the frame header contradicts itself");
+  if (!plan.scales() && turnsLosslessly(*decoder, plan.turn)) return turnCoefficients(*decoder, plan.turn);
+  JpegPlanes picture = decodePlanes(*decoder, plan);
+  decoder.reset();  // so that its memory and the encoder's are not held at the same time
   return encodeJpeg(picture.format, picture.size, picture.planes,
                     plan.scales() ? scaledQuality : turnedQuality);
 }

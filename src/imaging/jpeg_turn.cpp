@@ -1,7 +1,10 @@
 #include "imaging/jpeg_turn.h"
 
+#include "imaging/image_limits.h"
+
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -84,6 +87,18 @@ void turnComponent(jpeg_decompress_struct& info, const Component& component, con
   }
 }
 
+/// Whether the coefficients may be held twice, with a tenth to spare for what else the library holds.
+bool coefficientsFit(const jpeg_decompress_struct& info) {
+  std::int64_t bytes = 0;
+  for (int i = 0; i < info.num_components; ++i) {
+    const auto& component = info.comp_info[i];
+    const auto columns = std::int64_t{roundedUp(component.width_in_blocks, component.h_samp_factor)};
+    const auto rows = std::int64_t{roundedUp(component.height_in_blocks, component.v_samp_factor)};
+    bytes += columns * rows * static_cast<std::int64_t>(sizeof(JBLOCK));
+  }
+  return 2 * bytes <= maxWorkingBytes / 10 * 9;
+}
+
 void transposeTable(JQUANT_TBL* table) {
   if (table == nullptr) return;
   for (std::size_t row = 0; row < DCTSIZE; ++row) {
@@ -109,13 +124,13 @@ void configure(jpeg_decompress_struct& source, jpeg_compress_struct& result, con
 
 }  // namespace
 
-bool turnsLosslessly(const JpegDecoder& decoder, const Turn& turn) {
+bool turnsLosslessly(JpegDecoder& decoder, const Turn& turn) {
   const JpegFormat format = decoder.format();
   const bool single = format.components.size() == 1;
   const int width = DCTSIZE * (single ? 1 : format.maxHorizontal());
   const int height = DCTSIZE * (single ? 1 : format.maxVertical());
   return (!turn.mirrorX || decoder.size().width % width == 0) &&
-         (!turn.mirrorY || decoder.size().height % height == 0);
+         (!turn.mirrorY || decoder.size().height % height == 0) && coefficientsFit(decoder.info());
 }
 
 Bytes turnCoefficients(JpegDecoder& decoder, const Turn& turn) {

@@ -5,9 +5,9 @@
 
 namespace kestrova::imaging {
 
-/// Whether turning the coefficients gives exactly the picture turned: blocks that the edge cuts must not come
-/// to lie at the left or the top.
-bool turnsLosslessly(const JpegDecoder& decoder, const Turn& turn);
+/// Whether turning the coefficients gives exactly the picture turned, in the memory that there is: blocks
+/// that the edge cuts must not come to lie at the left or the top.
+bool turnsLosslessly(JpegDecoder& decoder, const Turn& turn);
 
 /// The picture turned without decoding its pixels, with Huffman tables of its own and no application
 /// segments. The decoder must not have been started. Throws ImageError.

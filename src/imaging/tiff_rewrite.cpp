@@ -16,7 +16,8 @@ Bytes rewriteTiff(ByteView file, const RewritePlan& plan) {
     patchExif(result, edit.exif);
     return result;
   }
-  return withMetadata(encodeTiff(decodeTiff(file, plan), file), file, edit);
+  const Bytes pixels = encodeTiff(decodeTiff(file, plan), file);
+  return withMetadata(pixels, file, edit);
 }
 
 }  // namespace kestrova::imaging

@@ -192,6 +192,17 @@ Bytes paddedJpeg(const Bytes& jpeg, std::size_t size) {
   return padded;
 }
 
+Bytes withFrameSize(const Bytes& jpeg, unsigned width, unsigned height) {
+  const Bytes header{0xFF, 0xC0, 0x00, 0x11, 0x08};
+  const auto found = std::ranges::search(jpeg, header);
+  if (found.empty()) throw std::invalid_argument("no baseline JPEG of three components");
+  Bytes claiming(jpeg.begin(), found.end());
+  appendBigEndian(claiming, height, 2);
+  appendBigEndian(claiming, width, 2);
+  claiming.insert(claiming.end(), found.end() + 4, jpeg.end());
+  return claiming;
+}
+
 Bytes videoFile(std::size_t size, unsigned seed) {
   constexpr std::size_t fileTypeBox = 24;
   Bytes video;

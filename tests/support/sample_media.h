@@ -52,6 +52,9 @@ Bytes pngChunk(const std::string& type, ByteView payload);
 /// decodes as before. Throws when it is longer than that already.
 Bytes paddedJpeg(const Bytes& jpeg, std::size_t size);
 
+/// The same baseline JPEG, whose frame header claims another size.
+Bytes withFrameSize(const Bytes& jpeg, unsigned width, unsigned height);
+
 /// What looks like a film to whoever reads its first bytes (ISO base media), of exactly `size` bytes.
 Bytes videoFile(std::size_t size, unsigned seed = 0);
 
