@@ -1,6 +1,7 @@
 #include "imaging/resampler.h"
 
 #include "imaging/image_error.h"
+#include "imaging/raster.h"
 
 #include <algorithm>
 #include <cmath>
@@ -174,6 +175,11 @@ TEST(Resampler, LetsTransparentColoursNotBleed) {
 
 TEST(Resampler, TurnsDownWhatWouldTakeTooMuchMemory) {
   EXPECT_THROW(Resampler(wholeAxis(900'000'000, 900), wholeAxis(1, 1), {4, 2, true}), ImageError);
+}
+
+TEST(Raster, CountsTheRoomBehindNarrowRows) {
+  EXPECT_THROW(Raster(1, 20'000'000, 8), ImageError);
+  EXPECT_NO_THROW(Raster(8, 2'000'000, 8));
 }
 
 }  // namespace

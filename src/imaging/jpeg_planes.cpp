@@ -105,9 +105,7 @@ void requireRoom(const JpegFormat& format, const RewritePlan& plan) {
     bytes += planeExtent(plan.scaled.width, component.horizontal, format.maxHorizontal()) *
              planeExtent(plan.scaled.height, component.vertical, format.maxVertical());
   }
-  if (bytes * (plan.turn.isNone() ? 1 : 2) > maxWorkingBytes) {
-    throw ImageError("the picture needs too much memory");
-  }
+  requireMemory(static_cast<std::uint64_t>(plan.turn.isNone() ? bytes : 2 * bytes));
 }
 
 }  // namespace

@@ -78,9 +78,7 @@ Weights gathered(const Weights& spread, int sourceCount) {
 LanczosAxis::LanczosAxis(const AxisMapping& mapping) : sourceCount_(mapping.sourceCount) {
   taps_ = roundedUp(mapping.interpolated ? tapsFor(spread(mapping)) / 2 + 3 : tapsFor(mapping));
   const auto results = static_cast<std::size_t>(mapping.resultCount);
-  if (results * static_cast<std::size_t>(taps_) * sizeof(float) > static_cast<std::size_t>(maxWorkingBytes)) {
-    throw ImageError("the picture needs too much memory");
-  }
+  requireMemory(results * static_cast<std::size_t>(taps_) * sizeof(float));
   first_.resize(results);
   count_.resize(results);
   weights_.resize(results * static_cast<std::size_t>(taps_));

@@ -58,10 +58,8 @@ Raster::Raster(std::int64_t width, std::int64_t height, int pixelBytes)
     : width_(width), height_(height), pixelBytes_(pixelBytes) {
   requireAffordable(width, height, pixelBytes);
   const auto padded = static_cast<std::size_t>((width + 7) / 8 * 8);
-  if (padded * static_cast<std::size_t>(height) > static_cast<std::size_t>(maxWorkingBytes)) {
-    throw ImageError("the picture needs too much memory");
-  }
   stride_ = padded * static_cast<std::size_t>(pixelBytes);
+  requireMemory(stride_ * static_cast<std::size_t>(height));
   samples_.resize(stride_ * static_cast<std::size_t>(height));
 }
 

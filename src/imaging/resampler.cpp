@@ -28,9 +28,7 @@ Resampler::Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayo
       sourceRow_(channels() * paddedWidth_) {
   const auto rows = static_cast<std::size_t>(rowsHeld(y_));
   const std::size_t resultRow = channels() * static_cast<std::size_t>(x_.resultCount());
-  if ((sourceRow_ * (rows + 1) + resultRow) * sizeof(float) > static_cast<std::size_t>(maxWorkingBytes)) {
-    throw ImageError("the picture needs too much memory");
-  }
+  requireMemory((sourceRow_ * (rows + 1) + resultRow) * sizeof(float));
   ring_.resize(sourceRow_ * rows);
   blended_.resize(sourceRow_);
   result_.resize(resultRow);
