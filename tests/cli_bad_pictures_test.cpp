@@ -44,26 +44,9 @@ Bytes withNoise(Bytes file) {
   return file;
 }
 
-/// A PNG whose header claims another size.
-Bytes withHeaderSize(const Bytes& png, std::uint32_t width, std::uint32_t height) {
-  Bytes header(png.begin() + 16, png.begin() + 29);
-  for (unsigned i = 0; i < 4; ++i) {
-    header[i] = static_cast<std::uint8_t>(width >> (24 - 8 * i));
-    header[4 + i] = static_cast<std::uint8_t>(height >> (24 - 8 * i));
-  }
-  const Bytes chunk = pngChunk("IHDR", header);
-  Bytes claiming = png;
-  std::copy(chunk.begin(), chunk.end(), claiming.begin() + 8);
-  return claiming;
-}
-
-/// A TIFF of very few bytes that claims to be as large as that.
 Bytes claimingTiff(const SamplePhoto& photo, std::uint64_t width, std::uint64_t height) {
   TiffBlock file = exifBlock(photo);
-  file.pixels = Bytes(200, 0);
-  file.image.insert(file.image.end(), {tiffLong(0x0100, width), tiffLong(0x0101, height),
-                                       tiffShort(0x0102, 8), tiffShort(0x0103, 1), tiffShort(0x0106, 1),
-                                       tiffShort(0x0115, 1), tiffLong(0x0116, height)});
+  claimSize(file, width, height);
   return file.encode();
 }
 

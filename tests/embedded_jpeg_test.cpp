@@ -15,12 +15,6 @@ using namespace kestrova::test;
 using testing::ElementsAre;
 using testing::SizeIs;
 
-Bytes joined(const std::vector<Bytes>& parts) {
-  Bytes bytes;
-  for (const auto& part : parts) bytes.insert(bytes.end(), part.begin(), part.end());
-  return bytes;
-}
-
 /// What is handed out to be made over.
 std::vector<Bytes> found(Bytes bytes) {
   std::vector<Bytes> jpegs;

@@ -1,6 +1,7 @@
 #include "imaging/photo_rewrite.h"
 #include "support/external_tool.h"
 #include "support/photo_tags.h"
+#include "support/rewriting.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>
@@ -29,11 +30,6 @@ std::vector<Path> corpus() {
     if (!name.ends_with(".md")) photos.push_back(Path(folder) / name);
   }
   return photos;
-}
-
-Bytes bytesOf(const Path& path) {
-  const std::string text = readFile(path);
-  return {text.begin(), text.end()};
 }
 
 struct Wish {

@@ -3,6 +3,7 @@
 #include "imaging/photo_properties.h"
 #include "support/external_tool.h"
 #include "support/photo_tags.h"
+#include "support/rewriting.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
@@ -40,12 +41,6 @@ Bytes photoOf(ImageType type, const SamplePhoto& photo) {
       break;
   }
   return tiffPhoto(photo);
-}
-
-Bytes mustRewrite(const Bytes& file, const RewriteRequest& request) {
-  const auto result = rewritePhoto(file, request);
-  if (!result) ADD_FAILURE() << result.error().reason;
-  return result.value_or(Bytes());
 }
 
 std::string nameOf(ImageType type) {
@@ -218,8 +213,7 @@ Bytes richPhoto(const TemporaryFolder& folder, ImageType type) {
                            type == ImageType::jpeg ? "-Comment=a JPEG comment" : "-Software=software",
                            path.native()});
   EXPECT_EQ(run.status, 0) << run.errors;
-  const std::string bytes = readFile(path);
-  return {bytes.begin(), bytes.end()};
+  return bytesOf(path);
 }
 
 TEST_P(PhotoTypeTest, LosesNoTagByScaling) {
@@ -253,8 +247,7 @@ TEST_P(PhotoTypeTest, ExchangesItsResolutionsWithItsAxes) {
     for (std::size_t i = 0; i < names.size(); ++i)
       arguments.push_back("-" + names[i] + "=" + std::to_string(100 + i));
     EXPECT_EQ(runTool("exiftool", arguments).status, 0);
-    const std::string bytes = readFile(path);
-    return Bytes(bytes.begin(), bytes.end());
+    return bytesOf(path);
   };
   const bool isJpeg = GetParam() == ImageType::jpeg;
   const bool isPng = GetParam() == ImageType::png;
@@ -278,9 +271,9 @@ TEST_P(PhotoTypeTest, StatesItsNewSizeInXmp) {
   const std::vector<std::string> values{"120", "80", "120", "80", "4"};
   for (std::size_t i = 0; i < names.size(); ++i) writing.push_back("-" + names[i] + "=" + values[i]);
   ASSERT_EQ(runTool("exiftool", writing).status, 0);
-  const std::string bytes = readFile(path);
+  const Bytes source = bytesOf(path);
   const auto stated = [&](const RewriteRequest& request) {
-    const Bytes result = mustRewrite({bytes.begin(), bytes.end()}, request);
+    const Bytes result = mustRewrite(source, request);
     std::vector<std::string> reading{"-s3"};
     for (const auto& name : names) reading.push_back("-" + name);
     reading.push_back(writeFile(folder_ / "result", result).native());

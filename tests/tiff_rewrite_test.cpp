@@ -139,18 +139,14 @@ Bytes imageResource(std::uint8_t number) {
   return block;
 }
 
-bool contains(const Bytes& file, const Bytes& part) { return !std::ranges::search(file, part).empty(); }
-
 TEST_F(TiffTest, LosesPhotoshopsPreviewWhenItTurns) {
   const Bytes preview = imageResource(0x0C);
   const Bytes other = imageResource(0x06);
   TiffBlock file;
-  file.pixels = Bytes(200, 0);
-  TiffEntry resources{0x8649, TiffType::byte, {preview.begin(), preview.end()}};
-  resources.values.insert(resources.values.end(), other.begin(), other.end());
-  file.image = {tiffLong(0x0100, 20), tiffLong(0x0101, 10), tiffShort(0x0102, 8),
-                tiffShort(0x0103, 1), tiffShort(0x0106, 1), tiffShort(0x0112, 6),
-                tiffShort(0x0115, 1), tiffLong(0x0116, 10), resources};
+  claimSize(file, 20, 10);
+  file.image.push_back(tiffShort(0x0112, 6));
+  file.image.push_back({0x8649, TiffType::byte, {preview.begin(), preview.end()}});
+  file.image.back().values.insert(file.image.back().values.end(), other.begin(), other.end());
   const Bytes source = file.encode();
   const Bytes turned = mustRewrite(source, {std::nullopt, true});
   EXPECT_FALSE(contains(turned, preview));
@@ -167,13 +163,9 @@ TEST_F(TiffTest, HasItsFirstPageAloneWhenItsPixelsChange) {
   EXPECT_GE(likeness(picture(pages, {"-filter", "Lanczos", "-resize", "101x70!"}), picture(result)), 40);
 }
 
-/// A grey picture that says it has that size, and has 200 bytes of pixels.
 Bytes claimedSize(std::uint64_t width, std::uint64_t height, std::uint64_t compression) {
   TiffBlock file;
-  file.pixels = Bytes(200, 0);
-  file.image = {tiffLong(0x0100, width),        tiffLong(0x0101, height), tiffShort(0x0102, 8),
-                tiffShort(0x0103, compression), tiffShort(0x0106, 1),     tiffShort(0x0115, 1),
-                tiffLong(0x0116, height)};
+  claimSize(file, width, height, compression);
   return file.encode();
 }
 

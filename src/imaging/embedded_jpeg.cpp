@@ -35,13 +35,15 @@ std::size_t nextStart(std::span<const std::uint8_t> bytes, std::size_t from) {
 std::size_t remakeFirst(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
   const auto outline = outlineJpeg(bytes);
   if (!outline) return 0;
-  const auto jpeg = bytes.first(outline->imageEnd);
-  const auto properties = readPhotoProperties(jpeg);
-  const bool isDone = (properties && properties->orientation) || make(jpeg) > 0;
-  return isDone ? jpeg.size() : 0;
+  return remakeJpeg(bytes.first(outline->imageEnd), make) ? outline->imageEnd : 0;
 }
 
 }  // namespace
+
+bool remakeJpeg(std::span<std::uint8_t> jpeg, const PreviewMaker& make) {
+  const auto properties = readPhotoProperties(jpeg);
+  return (properties && properties->orientation) || make(jpeg) > 0;
+}
 
 void remakeEmbeddedJpegs(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
   std::size_t at = 0;

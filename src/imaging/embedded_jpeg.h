@@ -11,10 +11,14 @@ namespace kestrova::imaging {
 /// cannot be done; then the bytes are as they were.
 using PreviewMaker = std::function<std::size_t(std::span<std::uint8_t> preview)>;
 
-/// Has every JPEG made over that stands whole somewhere in the bytes, whoever put it there: a camera's maker
-/// note, a FlashPix stream, what follows a picture. One that states an orientation of its own is shown by
-/// that and stays as it is. The first byte of a JPEG may be another than 0xFF, as some cameras write it, and
-/// stays so. The bytes may hold anything; the work on them is bounded.
+/// Has a JPEG made over; one that states an orientation of its own is shown by that and stays as it is. False
+/// when it would have to be made over and cannot.
+bool remakeJpeg(std::span<std::uint8_t> jpeg, const PreviewMaker& make);
+
+/// Has every JPEG made over in this way that stands whole somewhere in the bytes, whoever put it there: a
+/// camera's maker note, a FlashPix stream, what follows a picture. The first byte of a JPEG may be another
+/// than 0xFF, as some cameras write it, and stays so. The bytes may hold anything; the work on them is
+/// bounded.
 void remakeEmbeddedJpegs(std::span<std::uint8_t> bytes, const PreviewMaker& make);
 
 }  // namespace kestrova::imaging

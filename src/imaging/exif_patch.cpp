@@ -30,8 +30,8 @@ void patchSize(TiffBlock& block, const PixelSize& size) {
   block.setValue(*exif, pixelYDimension, height);
 }
 
-/// Where the second directory's preview stands; empty when that is not within the block.
 std::span<std::uint8_t> previewOf(const TiffBlock& block, TiffBlock::Offset directory) {
+  if (directory == 0) return {};
   const auto offset = block.value(directory, previewOffset);
   const auto length = block.value(directory, previewLength);
   if (!offset || !length || !block.contains(*offset, *length)) return {};
@@ -58,11 +58,16 @@ void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
   if (patch.exchangesAxes) block->exchangeValues(block->firstDirectory(), xResolution, yResolution);
 }
 
+std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> bytes) {
+  const auto block = TiffBlock::open(bytes);
+  return block ? previewOf(*block, block->nextDirectory(block->firstDirectory())) : std::span<std::uint8_t>();
+}
+
 void remakePreviews(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
   auto block = TiffBlock::open(bytes);
   if (!block) return;
   const auto directory = block->nextDirectory(block->firstDirectory());
-  const auto preview = directory == 0 ? std::span<std::uint8_t>() : previewOf(*block, directory);
+  const auto preview = previewOf(*block, directory);
   const auto begin = preview.empty() ? 0 : static_cast<std::size_t>(preview.data() - bytes.data());
   remakeEmbeddedJpegs(bytes.first(begin), make);
   remakeEmbeddedJpegs(bytes.subspan(begin + preview.size()), make);

@@ -28,6 +28,10 @@ struct MetadataEdit {
 /// not there are not added; all other bytes stay as they are. The block may hold anything.
 void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
 
+/// The bytes of the preview that the block's second directory names (Exif 2.3, 4.5.4); empty when there is
+/// none, or it does not stand in the block.
+std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> block);
+
 /// Has the previews in an Exif block made over by `make`, those in maker notes too. The one of the second
 /// directory is taken out where that fails, where it is no JPEG or where it claims another orientation than
 /// the photo. To be called before `patchExif`.

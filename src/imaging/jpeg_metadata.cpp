@@ -1,7 +1,6 @@
 #include "imaging/jpeg_metadata.h"
 
 #include "imaging/multi_picture.h"
-#include "imaging/photo_properties.h"
 #include "imaging/photoshop_resources.h"
 #include "imaging/xmp_patch.h"
 
@@ -14,25 +13,16 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::uint8_t app0 = 0xE0;
-constexpr std::uint8_t app1 = 0xE1;
-constexpr std::uint8_t app2 = 0xE2;
-constexpr std::uint8_t app13 = 0xED;
-constexpr std::uint8_t app14 = 0xEE;
-constexpr std::uint8_t app15 = 0xEF;
-constexpr auto exifName = "Exif\0\0"sv;
 constexpr auto xmpName = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr auto multiPictureName = "MPF\0"sv;
 constexpr auto extensionName = "JFXX\0"sv;
 constexpr auto jfifName = "JFIF\0"sv;
 constexpr auto photoshopName = "Photoshop 3.0\0"sv;
-constexpr auto profileName = "ICC_PROFILE\0"sv;
 constexpr auto flashPixName = "FPXR\0"sv;
 constexpr auto filmName = "ftyp"sv;          ///< near the beginning of ISO base media
 constexpr std::size_t jfifBytes = 14;        ///< of a JFIF segment without a preview
 constexpr std::ptrdiff_t jfifDensityAt = 8;  ///< two bytes across, two down
 constexpr std::size_t segmentHeader = 4;
-constexpr std::size_t mostPayloadBytes = 0xFFFF - 2;
 
 /// A marker segment on its way into the result.
 struct Segment {
@@ -91,12 +81,9 @@ class Trailer {
     return std::span(bytes_).subspan(picture.offset - imageEnd_, picture.length);
   }
 
-  /// A picture with an orientation of its own is shown by that, and stays as it is.
   bool turnAll(const PreviewMaker& turnPreview) {
     return std::ranges::all_of(index_->pictures(), [&](const FurtherPicture& picture) {
-      const auto bytes = bytesOf(picture);
-      const auto properties = readPhotoProperties(bytes);
-      return (properties && properties->orientation) || turnPreview(bytes) > 0;
+      return remakeJpeg(bytesOf(picture), turnPreview);
     });
   }
 
@@ -203,13 +190,6 @@ void turnUnknownPreviews(std::vector<Segment>& segments, const PreviewMaker& tur
     std::copy(position, end, part.begin());
     position = end;
   }
-}
-
-void appendSegment(Bytes& file, std::uint8_t marker, ByteView payload) {
-  const std::size_t length = payload.size() + 2;
-  file.insert(file.end(), {0xFF, marker, static_cast<std::uint8_t>(length >> 8),
-                           static_cast<std::uint8_t>(length & 0xFF)});
-  file.insert(file.end(), payload.begin(), payload.end());
 }
 
 }  // namespace

@@ -69,4 +69,11 @@ bool isNamed(ByteView payload, std::string_view name) {
          });
 }
 
+void appendSegment(Bytes& file, std::uint8_t marker, ByteView payload) {
+  const std::size_t length = payload.size() + 2;
+  file.insert(file.end(), {0xFF, marker, static_cast<std::uint8_t>(length >> 8),
+                           static_cast<std::uint8_t>(length & 0xFF)});
+  file.insert(file.end(), payload.begin(), payload.end());
+}
+
 }  // namespace kestrova::imaging

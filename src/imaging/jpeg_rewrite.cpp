@@ -43,6 +43,30 @@ Bytes newPixels(ByteView file, const RewritePlan& plan) {
                     plan.scales() ? scaledQuality : turnedQuality);
 }
 
+/// Puts new pixels in the place of those that a JPEG has; 0, and nothing is done, when there is no room.
+std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, ByteView pixels) {
+  const Bytes whole = joinJpeg(ByteView(bytes).first(outline.imageEnd), outline, pixels, {});
+  if (whole.size() > bytes.size()) return 0;
+  std::ranges::fill(std::ranges::copy(whole, bytes.begin()).out, bytes.end(), std::uint8_t{0});
+  return whole.size();
+}
+
+/// Turns a JPEG within its bytes at lower and lower quality, then at smaller and smaller size.
+std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outline, const PixelSize& size,
+                         const Turn& turn) {
+  for (const int divisor : {1, 2, 4, 8}) {
+    const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
+                           std::max<std::int64_t>(1, size.height / divisor)};
+    JpegDecoder decoder(bytes);
+    JpegPlanes picture = decodePlanes(decoder, {size, scaled, turn, false});
+    for (const int quality : {90, 80, 70, 60}) {
+      const Bytes pixels = encodeJpeg(picture.format, picture.size, picture.planes, quality);
+      if (const std::size_t length = fitInto(bytes, outline, pixels)) return length;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
@@ -57,42 +81,25 @@ Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
   return joinJpeg(file, outline, newPixels(file, plan), edit);
 }
 
-std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn) {
+std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn, std::int64_t& pixelsLeft) {
   try {
     const JpegOutline outline = readableOutline(bytes);
     const PixelSize size = JpegDecoder(bytes).size();
-    const auto fit = [&](ByteView pixels) -> std::size_t {
-      const Bytes whole = joinJpeg(ByteView(bytes).first(outline.imageEnd), outline, pixels, {});
-      if (whole.size() > bytes.size()) return 0;
-      std::ranges::fill(std::ranges::copy(whole, bytes.begin()).out, bytes.end(), std::uint8_t{0});
-      return whole.size();
-    };
-    if (const std::size_t length = fit(newPixels(bytes, {size, size, turn, false}))) return length;
-    for (int divisor = 1; divisor <= 8; divisor *= 2) {
-      const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
-                             std::max<std::int64_t>(1, size.height / divisor)};
-      JpegDecoder decoder(bytes);
-      JpegPlanes picture = decodePlanes(decoder, {size, scaled, turn, false});
-      for (const int quality : {90, 80, 70, 60}) {
-        const std::size_t length = fit(encodeJpeg(picture.format, picture.size, picture.planes, quality));
-        if (length > 0) return length;
-      }
-    }
+    if (pixelsOf(size) > pixelsLeft) return 0;
+    pixelsLeft -= pixelsOf(size);
+    const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, turn, false}));
+    return length > 0 ? length : turnCoarsely(bytes, outline, size, turn);
   } catch (const ImageError&) {
-    // What cannot be decoded cannot be turned.
+    return 0;  // what cannot be decoded cannot be turned
   }
-  return 0;
 }
 
 MetadataEdit metadataEdit(const RewritePlan& plan) {
   MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.turn.transpose}, {}};
   if (plan.turn.isNone()) return edit;
   const std::int64_t budget = std::max(pixelsOf(plan.source), smallPhotoPixels) * previewsToPhoto;
-  edit.turnPreview = [turn = plan.turn, left = budget](std::span<std::uint8_t> jpeg) mutable -> std::size_t {
-    const auto size = imageSizeOf(jpeg);
-    if (!size || pixelsOf(size->stored) > left) return 0;
-    left -= pixelsOf(size->stored);
-    return turnJpegWithin(jpeg, turn);
+  edit.turnPreview = [turn = plan.turn, pixelsLeft = budget](std::span<std::uint8_t> jpeg) mutable {
+    return turnJpegWithin(jpeg, turn, pixelsLeft);
   };
   return edit;
 }

@@ -104,7 +104,7 @@ void TiffDecoder::decode(const TakeRow& take) {
 
 void TiffDecoder::spread(const std::uint8_t* packed, std::int64_t pixels, int plane,
                          std::uint8_t* row) const {
-  const auto samples = static_cast<std::size_t>(pixels * samplesPerPlane());
+  const auto samples = static_cast<std::size_t>(pixels * format_.samplesPerPlane());
   const auto sampleBytes = static_cast<std::size_t>(format_.sampleBytes());
   const auto step =
       static_cast<std::size_t>(format_.hasPlanes() ? format_.pixelBytes() : format_.sampleBytes());
@@ -122,9 +122,10 @@ void TiffDecoder::spread(const std::uint8_t* packed, std::int64_t pixels, int pl
 void TiffDecoder::decodeStrips(const TakeRow& take) {
   // Each plane has a handle of its own, so that each one is read from its top to its end.
   std::vector<std::unique_ptr<TiffHandle>> others;
-  for (int plane = 1; plane < planes(); ++plane) others.push_back(std::make_unique<TiffHandle>(file_));
-  const auto needed =
-      static_cast<std::size_t>((format_.size.width * samplesPerPlane() * format_.bitsPerSample + 7) / 8);
+  for (int plane = 1; plane < format_.planes(); ++plane)
+    others.push_back(std::make_unique<TiffHandle>(file_));
+  const auto needed = static_cast<std::size_t>(
+      (format_.size.width * format_.samplesPerPlane() * format_.bitsPerSample + 7) / 8);
   const auto rowBytes = static_cast<std::size_t>(TIFFScanlineSize64(tiff_.get()));
   if (rowBytes < needed || rowBytes > static_cast<std::size_t>(maxWorkingBytes)) {
     throw ImageError("the TIFF's rows have an unexpected length");
@@ -132,7 +133,7 @@ void TiffDecoder::decodeStrips(const TakeRow& take) {
   Bytes packed(rowBytes);
   Bytes row(static_cast<std::size_t>(format_.size.width) * static_cast<std::size_t>(format_.pixelBytes()));
   for (std::int64_t y = 0; y < format_.size.height; ++y) {
-    for (int plane = 0; plane < planes(); ++plane) {
+    for (int plane = 0; plane < format_.planes(); ++plane) {
       TiffHandle& tiff = plane == 0 ? tiff_ : *others[static_cast<std::size_t>(plane - 1)];
       tiff.check(TIFFReadScanline(tiff.get(), packed.data(), static_cast<std::uint32_t>(y),
                                   static_cast<std::uint16_t>(plane)) == 1);
@@ -145,9 +146,10 @@ void TiffDecoder::decodeStrips(const TakeRow& take) {
 void TiffDecoder::decodeTiles(const TakeRow& take) {
   const Tiles tiles{tiff_.number32(TIFFTAG_TILEWIDTH), tiff_.number32(TIFFTAG_TILELENGTH),
                     static_cast<std::size_t>(TIFFTileRowSize64(tiff_.get()))};
-  const auto needed =
-      (std::size_t{tiles.width} * static_cast<std::size_t>(samplesPerPlane() * format_.bitsPerSample) + 7) /
-      8;
+  const auto needed = (std::size_t{tiles.width} *
+                           static_cast<std::size_t>(format_.samplesPerPlane() * format_.bitsPerSample) +
+                       7) /
+                      8;
   const std::uint64_t size = TIFFTileSize64(tiff_.get());
   if (tiles.width == 0 || tiles.height == 0 || tiles.rowBytes < needed ||
       size / tiles.height < tiles.rowBytes || size > static_cast<std::uint64_t>(maxWorkingBytes)) {
@@ -166,7 +168,7 @@ void TiffDecoder::decodeTiles(const TakeRow& take) {
 void TiffDecoder::decodeBand(const Tiles& tiles, std::uint32_t top, Bytes& tile, Raster& band) {
   const auto width = static_cast<std::uint32_t>(format_.size.width);
   const auto rows = std::min<std::int64_t>(band.height(), format_.size.height - top);
-  for (int plane = 0; plane < planes(); ++plane) {
+  for (int plane = 0; plane < format_.planes(); ++plane) {
     for (std::uint32_t left = 0; left < width; left += std::min(tiles.width, width - left)) {
       tiff_.check(TIFFReadTile(tiff_.get(), tile.data(), left, top, 0, static_cast<std::uint16_t>(plane)) >=
                   0);

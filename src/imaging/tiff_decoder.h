@@ -32,8 +32,6 @@ class TiffDecoder {
   void decodeStrips(const TakeRow& take);
   void decodeTiles(const TakeRow& take);
   void decodeBand(const Tiles& tiles, std::uint32_t top, Bytes& tile, Raster& band);
-  int planes() const { return format_.hasPlanes() ? format_.samplesPerPixel : 1; }
-  int samplesPerPlane() const { return format_.hasPlanes() ? 1 : format_.samplesPerPixel; }
   void spread(const std::uint8_t* packed, std::int64_t pixels, int plane, std::uint8_t* row) const;
 
   ByteView file_;

@@ -69,9 +69,8 @@ void pack(const std::uint8_t* samples, std::size_t count, std::size_t step, int 
 /// One row of the file: of all samples, or of one plane.
 void encodeRow(const TiffFormat& format, const std::uint8_t* row, int plane, Bytes& encoded) {
   const auto bytes = static_cast<std::size_t>(format.sampleBytes());
-  const auto samples = static_cast<std::size_t>(format.samplesPerPixel);
-  const std::size_t step = format.hasPlanes() ? samples : 1;
-  const std::size_t count = static_cast<std::size_t>(format.size.width) * (format.hasPlanes() ? 1 : samples);
+  const auto step = static_cast<std::size_t>(format.planes());
+  const auto count = static_cast<std::size_t>(format.size.width * format.samplesPerPlane());
   const std::uint8_t* first = row + static_cast<std::size_t>(plane) * bytes;
   if (format.bitsPerSample < 8) return pack(first, count, step, format.bitsPerSample, encoded);
   if (step == 1) {
@@ -85,8 +84,7 @@ void encodeRow(const TiffFormat& format, const std::uint8_t* row, int plane, Byt
 void encodeRows(TiffHandle& tiff, const TiffPicture& picture) {
   Bytes encoded(
       std::max(picture.raster.rowBytes(), static_cast<std::size_t>(TIFFScanlineSize64(tiff.get()))));
-  const int planes = picture.format.hasPlanes() ? picture.format.samplesPerPixel : 1;
-  for (int plane = 0; plane < planes; ++plane) {
+  for (int plane = 0; plane < picture.format.planes(); ++plane) {
     for (std::int64_t y = 0; y < picture.format.size.height; ++y) {
       encodeRow(picture.format, picture.raster.row(y), plane, encoded);
       tiff.check(TIFFWriteScanline(tiff.get(), encoded.data(), static_cast<std::uint32_t>(y),

@@ -26,6 +26,8 @@ struct TiffFormat {
 
   int sampleBytes() const { return bitsPerSample == 16 ? 2 : 1; }
   bool hasPlanes() const { return planarConfiguration == 2 && samplesPerPixel > 1; }
+  int planes() const { return hasPlanes() ? samplesPerPixel : 1; }
+  int samplesPerPlane() const { return hasPlanes() ? 1 : samplesPerPixel; }
   int pixelBytes() const { return samplesPerPixel * sampleBytes(); }
   bool hasPalette() const { return !colorMap[0].empty(); }
 };

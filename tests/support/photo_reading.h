@@ -42,12 +42,6 @@ inline void append(Bytes& to, const Bytes& bytes) {
   std::ranges::copy(bytes, to.end() - std::ssize(bytes));
 }
 
-inline Bytes joined(std::initializer_list<Bytes> parts) {
-  Bytes whole;
-  for (const Bytes& part : parts) append(whole, part);
-  return whole;
-}
-
 inline const Bytes startOfImage{0xFF, 0xD8};
 inline const Bytes startOfScan{0xFF, 0xDA, 0x00, 0x02};
 

@@ -3,6 +3,7 @@
 #include "imaging/photo_rewrite.h"
 #include "support/temporary_folder.h"
 
+#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -14,6 +15,10 @@ namespace kestrova::test {
 inline Bytes bytesOf(const Path& path) {
   const std::string text = readFile(path);
   return {text.begin(), text.end()};
+}
+
+inline bool contains(const Bytes& file, const Bytes& part) {
+  return !std::ranges::search(file, part).empty();
 }
 
 /// The photo written anew; a failure of the test, and no bytes, when it is refused.

@@ -192,6 +192,29 @@ Bytes paddedJpeg(const Bytes& jpeg, std::size_t size) {
   return padded;
 }
 
+Bytes joined(std::initializer_list<Bytes> parts) {
+  Bytes whole;
+  for (const Bytes& part : parts) append(whole, part);
+  return whole;
+}
+
+Bytes withHeaderSize(const Bytes& png, std::uint32_t width, std::uint32_t height) {
+  Bytes header;
+  appendBigEndian(header, width, 4);
+  appendBigEndian(header, height, 4);
+  header.insert(header.end(), png.begin() + 24, png.begin() + 29);
+  Bytes claiming = png;
+  std::ranges::copy(pngChunk("IHDR", header), claiming.begin() + 8);
+  return claiming;
+}
+
+void claimSize(TiffBlock& file, std::uint64_t width, std::uint64_t height, std::uint64_t compression) {
+  file.pixels = Bytes(200, 0);
+  file.image.insert(file.image.end(), {tiffLong(0x0100, width), tiffLong(0x0101, height),
+                                       tiffShort(0x0102, 8), tiffShort(0x0103, compression),
+                                       tiffShort(0x0106, 1), tiffShort(0x0115, 1), tiffLong(0x0116, height)});
+}
+
 Bytes withFrameSize(const Bytes& jpeg, unsigned width, unsigned height) {
   const Bytes header{0xFF, 0xC0, 0x00, 0x11, 0x08};
   const auto found = std::ranges::search(jpeg, header);

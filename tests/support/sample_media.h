@@ -4,6 +4,8 @@
 #include "support/tiff_writer.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -51,6 +53,15 @@ Bytes pngChunk(const std::string& type, ByteView payload);
 /// The same JPEG, made exactly `size` bytes long by comments between its frame header and its pixels; it
 /// decodes as before. Throws when it is longer than that already.
 Bytes paddedJpeg(const Bytes& jpeg, std::size_t size);
+
+/// These bytes, one after the other.
+Bytes joined(std::initializer_list<Bytes> parts);
+
+/// The same PNG, whose header claims another size.
+Bytes withHeaderSize(const Bytes& png, std::uint32_t width, std::uint32_t height);
+
+/// Makes of the block a grey TIFF that claims that size and has 200 bytes of pixels.
+void claimSize(TiffBlock& file, std::uint64_t width, std::uint64_t height, std::uint64_t compression = 1);
 
 /// The same baseline JPEG, whose frame header claims another size.
 Bytes withFrameSize(const Bytes& jpeg, unsigned width, unsigned height);
