@@ -7,8 +7,9 @@ target_compile_options(kestrova_rules INTERFACE
 # What is read are files from anywhere: the C library checks the sizes of buffers that it knows.
 target_compile_options(kestrova_rules INTERFACE
   $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+# A program that uses no routine of a library that the engine uses does not depend on it either.
 if(LINUX)
-  target_link_options(kestrova_rules INTERFACE -Wl,-z,relro,-z,now)
+  target_link_options(kestrova_rules INTERFACE -Wl,--as-needed,-z,relro,-z,now)
 endif()
 target_compile_definitions(kestrova_rules INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH

@@ -32,8 +32,7 @@ void TiffHandle::open(const char* mode) {
   tiff_ = TIFFClientOpenExt(
       "photo", mode, this, read, write, seek, [](thandle_t) { return 0; }, size, map,
       [](thandle_t, void*, toff_t) {}, options.get());
-  if (failed_ && tiff_ != nullptr) TIFFClose(std::exchange(tiff_, nullptr));
-  check(tiff_ != nullptr);
+  if (tiff_ == nullptr) check(false);
 }
 
 void TiffHandle::check(bool done) const {

@@ -8,10 +8,6 @@
 #include "toolkit/png_codec.h"
 #include "toolkit/tiff_codec.h"
 
-#include <QBuffer>
-#include <QImageReader>
-#include <QImageWriter>
-#include <QLoggingCategory>
 namespace kestrova {
 
 namespace {

@@ -90,7 +90,7 @@ QImage decodeJpeg(ByteView file) {
 std::optional<Bytes> encodeJpeg(const QImage& image, float quality) {
   const TurboHandle turbo(tjInitCompress());
   if (!turbo || image.isNull()) return std::nullopt;
-  const bool gray = image.isGrayscale() && image.format() == QImage::Format_Grayscale8;
+  const bool gray = image.format() == QImage::Format_Grayscale8;
   const QImage source = gray ? image : withoutTransparency(image).convertToFormat(QImage::Format_RGBX8888);
   const int subsampling = gray ? TJSAMP_GRAY : quality < 1.0F ? TJSAMP_420 : TJSAMP_444;
   const int percent = std::clamp(static_cast<int>(std::lround(quality * 100)), 1, 100);

@@ -1,79 +1,16 @@
 #include "toolkit/tiff_codec.h"
 
-#include "imaging/image_limits.h"
+#include "imaging/image_error.h"
+#include "imaging/tiff_library.h"
 #include "toolkit/image_codec.h"
 
 #include <QColorSpace>
-#include <algorithm>
-#include <cstring>
-#include <memory>
-
-#include <tiffio.h>
+#include <bit>
+#include <utility>
 
 namespace kestrova {
 
 namespace {
-
-/// A file in memory, for libtiff to read or to write. `contents` is what has been written.
-struct MemoryFile {
-  ByteView readable;
-  Bytes contents;
-  std::uint64_t position = 0;
-
-  ByteView bytes() const { return contents.empty() ? readable : ByteView(contents); }
-};
-
-MemoryFile& memory(thandle_t handle) { return *static_cast<MemoryFile*>(handle); }
-
-tmsize_t readMemory(thandle_t handle, void* to, tmsize_t size) {
-  MemoryFile& file = memory(handle);
-  const ByteView bytes = file.bytes();
-  const std::uint64_t start = std::min<std::uint64_t>(file.position, bytes.size());
-  const std::size_t count = std::min<std::size_t>(static_cast<std::size_t>(size), bytes.size() - start);
-  if (count > 0) std::memcpy(to, bytes.data() + start, count);
-  file.position = start + count;
-  return static_cast<tmsize_t>(count);
-}
-
-tmsize_t writeMemory(thandle_t handle, void* from, tmsize_t size) {
-  MemoryFile& file = memory(handle);
-  const std::uint64_t end = file.position + static_cast<std::uint64_t>(size);
-  if (end > file.contents.size()) file.contents.resize(end);
-  std::memcpy(file.contents.data() + file.position, from, static_cast<std::size_t>(size));
-  file.position = end;
-  return size;
-}
-
-toff_t seekMemory(thandle_t handle, toff_t offset, int whence) {
-  MemoryFile& file = memory(handle);
-  const std::uint64_t base = whence == SEEK_SET   ? 0
-                             : whence == SEEK_CUR ? file.position
-                                                  : file.bytes().size();
-  return file.position = base + offset;
-}
-
-int closeMemory(thandle_t) { return 0; }
-toff_t sizeOfMemory(thandle_t handle) { return memory(handle).bytes().size(); }
-
-/// Failures are told by results; nobody reads libtiff's own messages.
-int keepQuiet(TIFF*, void*, const char*, const char*, va_list) { return 1; }
-
-struct CloseTiff {
-  void operator()(TIFF* tiff) const { TIFFClose(tiff); }
-};
-using TiffHandle = std::unique_ptr<TIFF, CloseTiff>;
-
-TiffHandle openTiff(MemoryFile& file, const char* mode) {
-  struct FreeOptions {
-    void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
-  };
-  const std::unique_ptr<TIFFOpenOptions, FreeOptions> options(TIFFOpenOptionsAlloc());
-  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), imaging::maxWorkingBytes);
-  TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keepQuiet, nullptr);
-  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keepQuiet, nullptr);
-  return TiffHandle(TIFFClientOpenExt("memory", mode, &file, readMemory, writeMemory, seekMemory, closeMemory,
-                                      sizeOfMemory, nullptr, nullptr, options.get()));
-}
 
 class RgbaReader {
  public:
@@ -146,15 +83,13 @@ bool writePage(TIFF* tiff, const QImage& image) {
   for (int y = 0; y < page.height(); ++y) {
     if (TIFFWriteScanline(tiff, page.scanLine(y), static_cast<std::uint32_t>(y), 0) < 0) return false;
   }
-  return TIFFWriteDirectory(tiff) != 0;
+  return true;
 }
 
 }  // namespace
 
-std::vector<QImage> decodeTiff(ByteView file, std::size_t atMostPages) {
-  MemoryFile source{file, {}, 0};
-  const TiffHandle tiff = openTiff(source, "rm");
-  if (!tiff) return {};
+std::vector<QImage> decodeTiff(ByteView file, std::size_t atMostPages) try {
+  imaging::TiffHandle tiff(file);
   std::vector<QImage> pages;
   std::int64_t pixels = 0;
   do {
@@ -166,18 +101,20 @@ std::vector<QImage> decodeTiff(ByteView file, std::size_t atMostPages) {
     pages.push_back(std::move(page));
   } while (pages.size() < atMostPages && TIFFReadDirectory(tiff.get()) != 0);
   return pages;
+} catch (const imaging::ImageError&) {
+  return {};
 }
 
-std::optional<Bytes> encodeTiff(std::span<const QImage> images) {
+std::optional<Bytes> encodeTiff(std::span<const QImage> images) try {
   if (images.empty()) return std::nullopt;
-  MemoryFile target;
-  TiffHandle tiff = openTiff(target, "w");
-  if (!tiff) return std::nullopt;
-  for (const QImage& image : images) {
-    if (!writePage(tiff.get(), image)) return std::nullopt;
+  imaging::TiffHandle tiff(std::endian::native == std::endian::big);
+  for (std::size_t i = 0; i < images.size(); ++i) {
+    if (i > 0) tiff.check(TIFFWriteDirectory(tiff.get()) != 0);
+    if (!writePage(tiff.get(), images[i])) return std::nullopt;
   }
-  tiff.reset();
-  return std::move(target.contents);
+  return tiff.finish();
+} catch (const imaging::ImageError&) {
+  return std::nullopt;
 }
 
 }  // namespace kestrova
