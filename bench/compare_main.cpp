@@ -136,12 +136,14 @@ int main(int argc, char** argv) try {
   if (argc < 3) return std::fputs("kestrova-compare: a source and pictures are wanted\n", stderr), 2;
   const Picture source = kestrova::test::pictureOf(argv[1]);
   Picture reference;
+  Luma referenceLuma;
   for (int i = 2; i < argc; ++i) {
     const Picture picture = kestrova::test::pictureOf(argv[i]);
-    if (picture.width != reference.width || picture.height != reference.height)
+    if (picture.width != reference.width || picture.height != reference.height) {
       reference = scaled(source, picture.width, picture.height);
+      referenceLuma = lumaOf(reference);
+    }
     const Luma luma = lumaOf(picture);
-    const Luma referenceLuma = lumaOf(reference);
     std::printf("%.3f %.3f %.5f %s\n", kestrova::test::likeness(reference, picture),
                 signalToNoise(referenceLuma, luma), similarity(referenceLuma, luma), argv[i]);
   }

@@ -173,6 +173,8 @@ class OrganiseManager {
   QString textMonth(int month) const;
 
   // --- Run control (main thread; the observation on any) ---
+  /// Whether operations are queued or run; a paused run too.
+  bool isRunning() const { return processQueue && processQueue->operationCount() > 0; }
   void startProcess(const Control* sender = nullptr);
   void stopProcess(const Control* sender = nullptr);
   void observeValueForKeyPath(std::string_view keyPath, const OperationQueue& ofObject);
@@ -234,6 +236,7 @@ class OrganiseManager {
   // Run control
   void pauseOrContinue();
   void startRun();
+  void showEnded();
 
   // Operations
   void copyRecord(const OperationRecord& record);

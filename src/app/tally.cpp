@@ -1,6 +1,6 @@
-#include "cli/tally.h"
+#include "app/tally.h"
 
-namespace kestrova::cli {
+namespace kestrova {
 
 using Outcome = Verdict::Outcome;
 
@@ -11,16 +11,23 @@ void Tally::add(const Verdict& verdict) {
   if (verdict.outcome == Outcome::failed) failures_.push_back({verdict.source, verdict.error});
 }
 
+void Tally::clear() {
+  const std::lock_guard lock(mutex_);
+  amounts_ = {};
+  failures_.clear();
+}
+
 Amount Tally::of(Outcome outcome) const {
   const std::lock_guard lock(mutex_);
   return amounts_.at(static_cast<std::size_t>(outcome));
 }
 
 Amount Tally::settled() const {
+  const std::lock_guard lock(mutex_);
   Amount sum;
   for (const auto outcome : {Outcome::copied, Outcome::resized, Outcome::rewritten, Outcome::small,
                              Outcome::exists, Outcome::failed}) {
-    sum += of(outcome);
+    sum += amounts_.at(static_cast<std::size_t>(outcome));
   }
   return sum;
 }
@@ -30,4 +37,4 @@ std::vector<Tally::Failure> Tally::failures() const {
   return failures_;
 }
 
-}  // namespace kestrova::cli
+}  // namespace kestrova

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <vector>
 
-namespace kestrova::cli {
+namespace kestrova {
 
 /// So many files of so many bytes together.
 struct Amount {
@@ -30,6 +30,8 @@ class Tally {
   };
 
   void add(const Verdict& verdict);
+  /// For the next run.
+  void clear();
 
   /// The source files of one outcome, in their own sizes.
   Amount of(Verdict::Outcome outcome) const;
@@ -45,4 +47,4 @@ class Tally {
   std::vector<Failure> failures_;
 };
 
-}  // namespace kestrova::cli
+}  // namespace kestrova

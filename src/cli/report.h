@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/tally.h"
+#include "app/tally.h"
 
 #include <QString>
 #include <chrono>

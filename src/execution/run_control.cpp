@@ -6,7 +6,7 @@ namespace kestrova {
 void OrganiseManager::startProcess(const Control*) {
   if (sourcePathList.get().empty() || !targetPath.get()) {
     setStatus(QStringLiteral("Please complete step 1 and 2 first"));
-  } else if (processQueue && processQueue->operationCount() > 0) {
+  } else if (isRunning()) {
     pauseOrContinue();
   } else {
     startRun();
@@ -43,17 +43,21 @@ void OrganiseManager::startRun() {
 }
 
 void OrganiseManager::stopProcess(const Control*) {
-  if (!processQueue || processQueue->operationCount() == 0) return;
+  if (!isRunning()) return;
   hasstopped = true;
   processQueue->cancelAllOperations();
   post([this] {
     processQueue->setSuspended(false);
-    buttonStart->setTitle(QStringLiteral("Start"));
-    buttonStart->setEnabled(true);
-    buttonStop->setEnabled(false);
-    processBar->stopAnimation();
+    showEnded();
     sourceProgress->stopAnimation();
   });
+}
+
+void OrganiseManager::showEnded() {
+  buttonStart->setTitle(QStringLiteral("Start"));
+  buttonStart->setEnabled(true);
+  buttonStop->setEnabled(false);
+  processBar->stopAnimation();
 }
 
 void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const OperationQueue& ofObject) {
@@ -62,12 +66,7 @@ void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const Ope
   log(QStringLiteral("queue has completed"));
   if (!haserror) setStatus(QStringLiteral("Completed"));
   if (hasstopped) setStatus(QStringLiteral("Stopped"));
-  post([this] {
-    buttonStart->setTitle(QStringLiteral("Start"));
-    buttonStart->setEnabled(true);
-    buttonStop->setEnabled(false);
-    processBar->stopAnimation();
-  });
+  post([this] { showEnded(); });
   host_.power->release(assertionID);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/file_error.h"
 #include "platform/file_system.h"
+#include "platform/regular_file.h"
 
 #include <memory>
 #include <string>
@@ -32,25 +33,15 @@ std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
   return copied;
 }
 
-FileResult<void> writeAll(int file, const char* bytes, std::size_t count) {
-  while (count > 0) {
-    const ssize_t written = uninterrupted([&] { return ::write(file, bytes, count); });
-    if (written < 0) return failure();
-    bytes += written;
-    count -= static_cast<std::size_t>(written);
-  }
-  return {};
-}
-
 /// Copies from the present offsets to the end of the source; returns the number of bytes.
 FileResult<std::uint64_t> copyInPlainSteps(int from, int to) {
-  const auto buffer = std::make_unique_for_overwrite<char[]>(bufferSize);
+  const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(bufferSize);
   std::uint64_t copied = 0;
   for (;;) {
     const ssize_t count = uninterrupted([&] { return ::read(from, buffer.get(), bufferSize); });
     if (count < 0) return failure();
     if (count == 0) return copied;
-    const auto written = writeAll(to, buffer.get(), static_cast<std::size_t>(count));
+    const auto written = writeBytes(to, {buffer.get(), static_cast<std::size_t>(count)});
     if (!written) return tl::make_unexpected(written.error());
     copied += static_cast<std::uint64_t>(count);
   }

@@ -4,7 +4,6 @@
 #include "platform/file_error.h"
 #include "platform/file_system.h"
 #include "platform/long_path.h"
-#include "platform/temporary_name.h"
 
 #include <cstdio>
 #include <utility>
@@ -40,22 +39,23 @@ FileResult<void> PendingFile::open(mode_t mode, Staging staging) {
 }
 
 FileResult<void> PendingFile::createNamed(mode_t mode) {
-  auto name = takeTemporaryName(folder_.get(), [&](const char* free) -> FileResult<int> {
+  return takeName([&](const char* free) -> FileResult<int> {
     file_ = FileDescriptor(::openat(folder_.get(), free, O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode));
     if (!file_) return failure();
     return file_.get();
   });
-  if (!name) return tl::make_unexpected(name.error());
-  temporaryName_ = std::move(*name);
-  return {};
 }
 
 FileResult<void> PendingFile::giveTemporaryName() {
   // Locked before it is to be seen, so that nobody takes it for an abandoned one.
   ::flock(file_.get(), LOCK_EX | LOCK_NB);
-  auto name = takeTemporaryName(folder_.get(), [&](const char* free) -> FileResult<int> {
+  return takeName([&](const char* free) -> FileResult<int> {
     return host::nameUnnamed(file_.get(), folder_.get(), free).map([&] { return file_.get(); });
   });
+}
+
+FileResult<void> PendingFile::takeName(const PutFile& put) {
+  auto name = takeTemporaryName(folder_.get(), put);
   if (!name) return tl::make_unexpected(name.error());
   temporaryName_ = std::move(*name);
   return {};

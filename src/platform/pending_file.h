@@ -2,6 +2,7 @@
 
 #include "platform/file_descriptor.h"
 #include "platform/file_manager.h"
+#include "platform/temporary_name.h"
 
 #include <memory>
 #include <string>
@@ -28,6 +29,7 @@ class PendingFile final : public StagedFile {
   FileResult<void> open(mode_t mode, Staging staging);
   FileResult<void> createNamed(mode_t mode);
   FileResult<void> giveTemporaryName();
+  FileResult<void> takeName(const PutFile& put);
   FileResult<void> committed(FileResult<void> renamed);
 
   FileDescriptor folder_;

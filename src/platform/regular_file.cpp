@@ -47,4 +47,13 @@ FileResult<Bytes> readBytes(int file, std::size_t count) try {
   return failure(ENOMEM);
 }
 
+FileResult<void> writeBytes(int file, ByteView bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = uninterrupted([&] { return ::write(file, bytes.data(), bytes.size()); });
+    if (written < 0) return failure();
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  return {};
+}
+
 }  // namespace kestrova

@@ -19,4 +19,7 @@ FileResult<RegularFile> openRegularFile(const Path& path);
 /// Up to `count` bytes from the present offset.
 FileResult<Bytes> readBytes(int file, std::size_t count);
 
+/// All of them at the present offset.
+FileResult<void> writeBytes(int file, ByteView bytes);
+
 }  // namespace kestrova

@@ -26,10 +26,6 @@ Date dateOf(const timespec& time) {
 
 const timespec& modifiedAt(const host::FileTimes& times) { return times.both[1]; }
 
-bool isSame(const timespec& one, const timespec& other) {
-  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
-}
-
 FileAttributes attributesOf(const struct stat& status) {
   return {static_cast<std::uint64_t>(status.st_size), dateOf(modifiedAt(host::timesOf(status))),
           S_ISDIR(status.st_mode), S_ISREG(status.st_mode)};
@@ -37,12 +33,12 @@ FileAttributes attributesOf(const struct stat& status) {
 
 /// Fails when the source was written to since it was opened: the copy may then be half old, half new.
 FileResult<void> checkUnchanged(const RegularFile& source) {
-  struct stat now = {};
-  if (::fstat(source.file.get(), &now) < 0) return failure();
-  const auto before = host::timesOf(source.status);
-  const bool isUnchanged =
-      now.st_size == source.status.st_size && isSame(modifiedAt(before), modifiedAt(host::timesOf(now)));
-  return isUnchanged ? FileResult<void>() : failure(EBUSY);
+  struct stat status = {};
+  if (::fstat(source.file.get(), &status) < 0) return failure();
+  const FileAttributes before = attributesOf(source.status);
+  const FileAttributes now = attributesOf(status);
+  if (now.size != before.size || now.modified != before.modified) return failure(EBUSY);
+  return {};
 }
 
 /// What a file system does not know (FAT and network drives have no permissions), no copy on it can carry.
@@ -66,12 +62,7 @@ FileResult<void> copyWhole(const RegularFile& source, int to) {
 }
 
 FileResult<void> writeWhole(ByteView data, int to) {
-  while (!data.empty()) {
-    const ssize_t written = uninterrupted([&] { return ::write(to, data.data(), data.size()); });
-    if (written < 0) return failure();
-    data = data.subspan(static_cast<std::size_t>(written));
-  }
-  return host::makeDurable(to);
+  return writeBytes(to, data).and_then([&] { return host::makeDurable(to); });
 }
 
 class SystemFileManager final : public FileManager {

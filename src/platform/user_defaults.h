@@ -1,13 +1,10 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <QVariant>
 #include <cstdint>
 #include <memory>
 #include <optional>
-
-class QSettings;
 
 namespace kestrova {
 

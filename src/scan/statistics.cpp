@@ -4,37 +4,39 @@
 
 namespace kestrova {
 
+namespace {
+
+void book(Counter& files, Counter& bytes, std::uint64_t size) {
+  files += 1;
+  bytes += static_cast<std::int64_t>(size);
+}
+
+void show(const Outlet<TextField>& filesLabel, const Outlet<TextField>& bytesLabel, std::int64_t files,
+          std::int64_t bytes) {
+  filesLabel->setStringValue(countText(files));
+  bytesLabel->setStringValue(sizeText(bytes));
+}
+
+}  // namespace
+
 void OrganiseManager::increaseSourceCount(const QString& extension, std::uint64_t size) {
-  if (isPhoto(extension)) {
-    sPhotoCount += 1;
-    sPhotoSize += static_cast<std::int64_t>(size);
-  }
-  if (isVideo(extension)) {
-    sVideoCount += 1;
-    sVideoSize += static_cast<std::int64_t>(size);
-  }
+  if (isPhoto(extension)) book(sPhotoCount, sPhotoSize, size);
+  if (isVideo(extension)) book(sVideoCount, sVideoSize, size);
   sTotalCount = sPhotoCount + sVideoCount;
   sTotalSize = sPhotoSize + sVideoSize;
   showSourceLabels();
 }
 
 void OrganiseManager::increaseSourceDuplicate(const QString&, std::uint64_t size) {
-  sDuplicateCount += 1;
-  sDuplicateSize += static_cast<std::int64_t>(size);
+  book(sDuplicateCount, sDuplicateSize, size);
   postRefresh(duplicatesPending_, &OrganiseManager::showDuplicates);
 }
 
 void OrganiseManager::increaseTargetCount(const QString& extension, std::uint64_t size) {
   const bool photo = isPhoto(extension);
   const bool video = isVideo(extension);
-  if (photo) {
-    tPhotoCount += 1;
-    tPhotoSize += static_cast<std::int64_t>(size);
-  }
-  if (video) {
-    tVideoCount += 1;
-    tVideoSize += static_cast<std::int64_t>(size);
-  }
+  if (photo) book(tPhotoCount, tPhotoSize, size);
+  if (video) book(tVideoCount, tVideoSize, size);
   updateTargetTotals();
   if (photo) postRefresh(photosPending_, &OrganiseManager::showTargetPhotos);
   if (video) postRefresh(videosPending_, &OrganiseManager::showTargetVideos);
@@ -42,21 +44,18 @@ void OrganiseManager::increaseTargetCount(const QString& extension, std::uint64_
 }
 
 void OrganiseManager::increaseRotateCount(const QString&, std::uint64_t size) {
-  tRotatedCount += 1;
-  tRotatedSize += static_cast<std::int64_t>(size);
+  book(tRotatedCount, tRotatedSize, size);
   updateTargetTotals();
   postRefresh(rotatedPending_, &OrganiseManager::showRotated);
 }
 
 void OrganiseManager::increaseTargetAlready(const QString&, std::uint64_t size) {
-  tAlreadyCount += 1;
-  tAlreadySize += static_cast<std::int64_t>(size);
+  book(tAlreadyCount, tAlreadySize, size);
   postRefresh(alreadyPending_, &OrganiseManager::showAlready);
 }
 
 void OrganiseManager::increaseFilteredPhoto(const QString&, std::uint64_t size) {
-  tFilteredCount += 1;
-  tFilteredSize += static_cast<std::int64_t>(size);
+  book(tFilteredCount, tFilteredSize, size);
   postRefresh(filteredPending_, &OrganiseManager::showFiltered);
 }
 
@@ -75,50 +74,36 @@ void OrganiseManager::showSourceLabelsTimer() {
 }
 
 void OrganiseManager::showSourceCounters() {
-  lblPhotoCount->setStringValue(countText(sPhotoCount));
-  lblPhotoSize->setStringValue(sizeText(sPhotoSize));
-  lblVideoCount->setStringValue(countText(sVideoCount));
-  lblVideoSize->setStringValue(sizeText(sVideoSize));
-  lblTotalCount->setStringValue(countText(sTotalCount));
-  lblTotalSize->setStringValue(sizeText(sTotalSize));
+  show(lblPhotoCount, lblPhotoSize, sPhotoCount, sPhotoSize);
+  show(lblVideoCount, lblVideoSize, sVideoCount, sVideoSize);
+  show(lblTotalCount, lblTotalSize, sTotalCount, sTotalSize);
 }
 
 void OrganiseManager::showDuplicates() {
-  lblDuplicateCount->setStringValue(countText(sDuplicateCount));
-  lblDuplicateSize->setStringValue(sizeText(sDuplicateSize));
+  show(lblDuplicateCount, lblDuplicateSize, sDuplicateCount, sDuplicateSize);
 }
 
-void OrganiseManager::showTargetPhotos() {
-  trgPhotoCount->setStringValue(countText(tPhotoCount));
-  trgPhotoSize->setStringValue(sizeText(tPhotoSize));
-}
+void OrganiseManager::showTargetPhotos() { show(trgPhotoCount, trgPhotoSize, tPhotoCount, tPhotoSize); }
 
-void OrganiseManager::showTargetVideos() {
-  trgVideoCount->setStringValue(countText(tVideoCount));
-  trgVideoSize->setStringValue(sizeText(tVideoSize));
-}
+void OrganiseManager::showTargetVideos() { show(trgVideoCount, trgVideoSize, tVideoCount, tVideoSize); }
 
 void OrganiseManager::showTargetTotals() {
-  trgTotalCount->setStringValue(countText(tTotalCount));
-  trgTotalSize->setStringValue(sizeText(tTotalSize));
+  show(trgTotalCount, trgTotalSize, tTotalCount, tTotalSize);
   showProgress();
 }
 
 void OrganiseManager::showRotated() {
-  trgRotatedCount->setStringValue(countText(tRotatedCount));
-  trgRotatedSize->setStringValue(sizeText(tRotatedSize));
+  show(trgRotatedCount, trgRotatedSize, tRotatedCount, tRotatedSize);
   showTargetTotals();
 }
 
 void OrganiseManager::showAlready() {
-  trgExistCount->setStringValue(countText(tAlreadyCount));
-  trgExistSize->setStringValue(sizeText(tAlreadySize));
+  show(trgExistCount, trgExistSize, tAlreadyCount, tAlreadySize);
   showProgress();
 }
 
 void OrganiseManager::showFiltered() {
-  trgFilteredCount->setStringValue(countText(tFilteredCount));
-  trgFilteredSize->setStringValue(sizeText(tFilteredSize));
+  show(trgFilteredCount, trgFilteredSize, tFilteredCount, tFilteredSize);
   showProgress();
 }
 

@@ -7,7 +7,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QProgressBar>
-#include <QSignalBlocker>
 #include <algorithm>
 #include <limits>
 

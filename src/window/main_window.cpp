@@ -219,7 +219,7 @@ void MainWindow::bindRun() {
 void MainWindow::start() {
   auto& manager = interface_.manager;
   const auto queue = manager.processQueue;
-  if (!queue || queue->operationCount() == 0) tally_.clear();
+  if (!manager.isRunning()) tally_.clear();
   manager.startProcess(interface_.buttonStart.get());
   if (manager.processQueue != queue) display_->begin();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "app/main_interface.h"
+#include "app/tally.h"
 #include "window/drop_highlight.h"
 #include "window/frame_refresh.h"
 #include "window/run_display.h"
-#include "window/run_tally.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -56,7 +56,7 @@ class MainWindow : public QMainWindow {
   void start();
   void openTarget();
 
-  RunTally tally_;  // workers of the interface's controller write to it
+  Tally tally_;  // workers of the interface's controller write to it
   std::shared_ptr<Workspace> workspace_;
   std::shared_ptr<DesktopStatus> desktop_;
   MainInterface interface_;

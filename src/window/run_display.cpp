@@ -14,7 +14,7 @@ constexpr int tickMilliseconds = 500;
 }  // namespace
 
 RunDisplay::RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface,
-                       const RunTally& tally, std::shared_ptr<DesktopStatus> desktop)
+                       const Tally& tally, std::shared_ptr<DesktopStatus> desktop)
     : window_(window), ui_(ui), interface_(interface), tally_(tally), desktop_(std::move(desktop)) {
   ui_.remainderBox->hide();
   ui_.buttonOpenTarget->hide();
@@ -46,11 +46,6 @@ bool RunDisplay::isOver(const RunProgress& progress) const {
   return !progress.isRunning && (isReported || progress.found == 0);
 }
 
-bool RunDisplay::isRunning() const {
-  const auto& queue = interface_.manager.processQueue;
-  return queue && queue->operationCount() > 0;
-}
-
 // Planning holds the queue as well, but that is work.
 bool RunDisplay::isPaused() const {
   return interface_.buttonStart->isEnabled() && interface_.manager.processQueue->isSuspended();
@@ -64,7 +59,7 @@ RunProgress RunDisplay::progress() const {
                      : !search.isHidden()      ? Stage::scanning
                      : bar.isIndeterminate()   ? Stage::planning
                                                : Stage::executing;
-  const bool running = isRunning();
+  const bool running = interface_.manager.isRunning();
   return {.stage = stage,
           .found = interface_.manager.sTotalCount,
           .done = static_cast<std::int64_t>(bar.doubleValue()),
@@ -77,15 +72,14 @@ void RunDisplay::showTimeLeft(const RunProgress& progress) {
   const bool isWorking = progress.isRunning && !progress.isPaused;
   if (!isWorking || progress.stage != RunProgress::Stage::executing) return ui_.timeLeftText->clear();
   const auto& manager = interface_.manager;
-  const auto left = timeLeft_.guess(workOf(tally_.settledFiles(), tally_.settledBytes()),
+  const Amount settled = tally_.settled();
+  const auto left = timeLeft_.guess(workOf(settled.files, settled.bytes),
                                     workOf(manager.sTotalCount, manager.sTotalSize), TimeLeft::Clock::now());
   ui_.timeLeftText->setText(left ? timeLeftText(*left) : QString());
 }
 
 void RunDisplay::showShare(const RunProgress& progress) {
-  const bool isMeasured =
-      progress.isRunning && progress.stage == RunProgress::Stage::executing && progress.found > 0;
-  const auto percent = isMeasured ? std::optional(100 * progress.done / progress.found) : std::nullopt;
+  const auto percent = progress.isRunning ? progress.percent() : std::nullopt;
   const auto share = percent ? std::optional(static_cast<double>(*percent) / 100) : std::nullopt;
   if (share == shownShare_) return;
   shownShare_ = share;
@@ -100,7 +94,7 @@ void RunDisplay::showNameTaken() {
 RunRemainder RunDisplay::remainder(const RunProgress& progress) const {
   const auto& manager = interface_.manager;
   return {.foundNothing = progress.found == 0 && !manager.hasstopped,
-          .failed = tally_.failedFiles(),
+          .failed = tally_.of(Verdict::Outcome::failed).files,
           .nameTaken = manager.targetExistCount,
           .alreadyThere = manager.tAlreadyCount};
 }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/main_interface.h"
+#include "app/tally.h"
 #include "app/time_left.h"
 #include "platform/desktop_status.h"
-#include "window/run_tally.h"
 #include "window/run_texts.h"
 
 #include <QBasicTimer>
@@ -27,7 +27,7 @@ class RunDisplay : public QObject {
 
  public:
   /// The desktop may be absent.
-  RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface, const RunTally& tally,
+  RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface, const Tally& tally,
              std::shared_ptr<DesktopStatus> desktop);
 
   /// A run begins.
@@ -39,7 +39,6 @@ class RunDisplay : public QObject {
   void timerEvent(QTimerEvent* event) override;
 
  private:
-  bool isRunning() const;
   bool isPaused() const;
   bool isOver(const RunProgress& progress) const;
   RunProgress progress() const;
@@ -54,7 +53,7 @@ class RunDisplay : public QObject {
   QWidget& window_;
   Ui::MainWindow& ui_;
   const MainInterface& interface_;
-  const RunTally& tally_;
+  const Tally& tally_;
   std::shared_ptr<DesktopStatus> desktop_;
   QBasicTimer timer_;  // as long as a run lasts
   TimeLeft timeLeft_;

@@ -19,14 +19,11 @@ QString number(std::int64_t value) { return QLocale().toString(static_cast<qlong
 // What a language chooses its plural by.
 int plural(std::int64_t count) { return static_cast<int>(count); }
 
-QString percentText(const RunProgress& progress) {
-  return Run::tr("%1%").arg(number(100 * progress.done / progress.found));
-}
-
 QString activityText(const RunProgress& progress) {
-  if (progress.stage != Stage::executing || progress.found == 0) return Run::tr("Searching");
-  if (progress.isPaused) return Run::tr("%1 (paused)").arg(percentText(progress));
-  return percentText(progress);
+  const auto percent = progress.percent();
+  if (!percent) return Run::tr("Searching");
+  const QString text = Run::tr("%1%").arg(number(*percent));
+  return progress.isPaused ? Run::tr("%1 (paused)").arg(text) : text;
 }
 
 }  // namespace

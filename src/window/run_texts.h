@@ -15,6 +15,11 @@ struct RunProgress {
   std::int64_t done = 0;   ///< of these
   bool isRunning = false;
   bool isPaused = false;
+
+  /// Whole percents done; nothing before the number of files is known.
+  std::optional<std::int64_t> percent() const {
+    return stage == Stage::executing && found > 0 ? std::optional(100 * done / found) : std::nullopt;
+  }
 };
 
 // All in the user's language and digits.

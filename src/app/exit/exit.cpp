@@ -19,7 +19,7 @@ int ask(const Host& host, const Alert& alert) {
 }  // namespace
 
 TerminateReply OrganiseManager::appShouldTerminate(const Control*) {
-  if (processQueue && processQueue->operationCount() != 0) {
+  if (isRunning()) {
     ask(host_, {QStringLiteral("Info"),
                 QStringLiteral("Please wait until process is finished or stop it before exit."),
                 {QStringLiteral("OK")}});
