@@ -172,7 +172,7 @@ TEST(Cli, SaysNothingWhenQuiet) {
 
 TEST(Cli, LogsOnStandardErrorWhenAsked) {
   const Folders folders;
-  const Path file = writeDatedFile(folders.in / "a\x1b[2J\n.jpg", "1");
+  writeDatedFile(folders.in / "a\x1b[2J\n.jpg", "1");
   const auto result = folders.organise({"--log"});
   EXPECT_THAT(result.err, AllOf(HasSubstr("NEW : " + folders.in.native() + "/a\\x1b[2J\\n.jpg : 1\n"),
                                 HasSubstr("Copy successful\n"), Not(HasSubstr("\x1b"))));
@@ -182,7 +182,6 @@ TEST(Cli, RefusesWrongUsage) {
   const Folders folders;
   const Path file = writeFile(folders.root / "file", "");
   const std::string missing = folders.root / "missing";
-  const Words good{"organise", folders.root.path(), "--to", folders.out};
   const std::array<std::pair<Words, std::string>, 5> cases{{
       {{}, "no command is given: there is \"organise\""},
       {{"organise", folders.in}, "no target folder is given: --to FOLDER names it"},

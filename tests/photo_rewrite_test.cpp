@@ -253,13 +253,17 @@ TEST_P(PhotoTypeTest, ExchangesItsResolutionsWithItsAxes) {
   const bool isPng = GetParam() == ImageType::png;
   const std::string jfif = isJpeg ? "100\n101\n" : "-\n-\n";
   const std::string units = isPng ? "104\n105\n" : "-\n-\n";
-  ASSERT_EQ(resolutions(source(3)), jfif + "102\n103\n" + units);
-  EXPECT_EQ(resolutions(mustRewrite(source(3), {std::nullopt, true})), resolutions(source(3)));
+  const Bytes halfTurned = source(3);
+  const Bytes quarterTurned = source(6);
+  const std::string before = jfif + "102\n103\n" + units;
+  ASSERT_EQ(resolutions(halfTurned), before);
+  ASSERT_EQ(resolutions(quarterTurned), before);
+  EXPECT_EQ(resolutions(mustRewrite(halfTurned, {std::nullopt, true})), before);
+  EXPECT_EQ(resolutions(mustRewrite(quarterTurned, {PixelSize{32, 24}, false})), before);
   const std::string turnedJfif = isJpeg ? "101\n100\n" : "-\n-\n";
   const std::string turnedUnits = isPng ? "105\n104\n" : "-\n-\n";
-  EXPECT_EQ(resolutions(mustRewrite(source(6), {std::nullopt, true})),
+  EXPECT_EQ(resolutions(mustRewrite(quarterTurned, {std::nullopt, true})),
             turnedJfif + "103\n102\n" + turnedUnits);
-  EXPECT_EQ(resolutions(mustRewrite(source(6), {PixelSize{32, 24}, false})), resolutions(source(6)));
 }
 
 TEST_P(PhotoTypeTest, StatesItsNewSizeInXmp) {

@@ -257,7 +257,6 @@ TEST_F(Planner, CancelledLeavesTheQueueSuspendedWithWhatItHadQueued) {
   writeVideo("a.mov", 500);
   const Path second = writeVideo("b.mov", 501);
   writeVideo("c.mov", 502);
-  std::atomic<bool> suspendedAfterwards = false;
   files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
     if (path == second) manager().processQueue->cancelAllOperations();
     return std::nullopt;

@@ -14,9 +14,12 @@ for name in kestrova kestrova-cli; do
 done
 
 text=$(MANPATH=$share/man man kestrova-cli | col -bx | sed 's/^ *//')
-for option in $(options); do
+all_options=$(options)
+all_choices=$(choices)
+[ -n "$all_options" ] && [ -n "$all_choices" ] || fail "the help names no options or no values"
+for option in $all_options; do
   grep -qE -- "(^|^--.*, )$option( |,|\$)" <<<"$text" || fail "the manual does not tell of $option"
 done
 while read -r option values; do
   includes "$text" "$option ${values// / | }" || fail "the manual does not tell that $option takes $values"
-done < <(choices)
+done <<<"$all_choices"

@@ -21,7 +21,6 @@ class FailingFileManager : public FileManager {
   std::function<Failure(const Path& from, const Path& to)> onStageCopy;
   std::function<Failure(ByteView data, const Path& to)> onStageData;
   std::function<Failure(const Path& to)> onCommit;  ///< both kinds of commit
-  std::function<Failure(const Path& folder)> onCreateDirectory;
   std::function<Failure(const Path& path)> onAttributes;
   std::function<Failure(const Path& path)> onRead;  ///< of a prefix or of the whole
 
@@ -40,10 +39,7 @@ class FailingFileManager : public FileManager {
     return inner_->readFile(path);
   }
 
-  FileResult<void> createDirectory(const Path& folder) override {
-    if (auto error = ask(onCreateDirectory, folder)) return tl::make_unexpected(*error);
-    return inner_->createDirectory(folder);
-  }
+  FileResult<void> createDirectory(const Path& folder) override { return inner_->createDirectory(folder); }
 
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
     if (auto error = ask(onStageCopy, from, to)) return tl::make_unexpected(*error);

@@ -60,9 +60,11 @@ Path writeFile(const Path& path, ByteView contents) {
 }
 
 std::string readFile(const Path& path) {
+  std::string contents(fs::file_size(path), '\0');
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw std::runtime_error("cannot read " + path.native());
-  return {std::istreambuf_iterator<char>(file), {}};
+  if (!file.read(contents.data(), static_cast<std::streamsize>(contents.size())))
+    throw std::runtime_error("cannot read " + path.native());
+  return contents;
 }
 
 std::vector<std::string> filesBelow(const Path& folder) {
