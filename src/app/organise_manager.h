@@ -2,13 +2,13 @@
 
 #include "app/controls.h"
 #include "app/host.h"
-#include "app/shared_value.h"
-#include "app/verdict.h"
 #include "execution/operation_queue.h"
+#include "execution/operation_record.h"
+#include "model/verdict.h"
 #include "planning/image_metadata.h"
 #include "planning/operation_decision.h"
-#include "planning/operation_record.h"
 #include "planning/target_naming.h"
+#include "platform/shared_value.h"
 #include "scan/duplicate_index.h"
 
 #include <QString>
@@ -24,18 +24,18 @@ namespace kestrova {
 enum class TerminateReply { cancel, now };
 
 /// The one controller: it remembers the state of the program and sequences a run; what a step computes stands
-/// in the modules. Contents, with the file that holds each group's bodies:
+/// in the modules. Contents, with the file in app/manager that holds each group's bodies:
 ///
-///   Status line and clock        app/organise_manager.cpp
-///   Settings                     app/settings/settings.cpp
-///   Source and target folders    app/folders/folders.cpp
-///   Exit and links               app/exit/exit.cpp
-///   Classification, fingerprint  scan/classification.cpp, scan/content_fingerprint.cpp
-///   Scan                         scan/source_scan.cpp
-///   Statistics                   scan/statistics.cpp
-///   Planning                     planning/planner.cpp, image_metadata.cpp, target_naming.cpp
-///   Run control                  execution/run_control.cpp
-///   Operations                   execution/copy_operation.cpp, rotate_operation.cpp, resize_operation.cpp
+///   Status line and clock        status_and_clock.cpp
+///   Settings                     settings.cpp
+///   Source and target folders    folders.cpp
+///   Exit and links               exit.cpp
+///   Classification, fingerprint  classification_and_fingerprint.cpp
+///   Scan                         scan.cpp
+///   Statistics                   statistics.cpp
+///   Planning                     planning.cpp
+///   Run control                  run_control.cpp
+///   Operations                   copy_operation.cpp, rotate_operation.cpp, resize_operation.cpp
 ///
 /// Threads: actions of the controls and everything posted run on the main thread; the scan, the planner and
 /// the operations run on threads of `processQueue`, one at a time from planning on. A worker changes fields

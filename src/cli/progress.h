@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/tally.h"
 #include "app/time_left.h"
+#include "model/tally.h"
 
 #include <QString>
 #include <chrono>

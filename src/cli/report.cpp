@@ -1,7 +1,7 @@
 #include "cli/report.h"
 
+#include "model/size_text.h"
 #include "platform/printable_text.h"
-#include "scan/size_text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/tally.h"
+#include "model/tally.h"
 
 #include <QString>
 #include <chrono>

@@ -1,7 +1,7 @@
 #include "imaging/photo_properties.h"
 
-#include "imaging/byte_reader.h"
-#include "imaging/tiff_reader.h"
+#include "imaging/base/byte_reader.h"
+#include "imaging/exif/tiff_reader.h"
 
 #include <algorithm>
 #include <iterator>

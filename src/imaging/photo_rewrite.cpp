@@ -1,11 +1,11 @@
 #include "imaging/photo_rewrite.h"
 
-#include "imaging/image_error.h"
-#include "imaging/jpeg_decoder.h"
-#include "imaging/jpeg_rewrite.h"
+#include "imaging/base/image_error.h"
+#include "imaging/jpeg/jpeg_decoder.h"
+#include "imaging/jpeg/jpeg_rewrite.h"
 #include "imaging/photo_properties.h"
-#include "imaging/png_rewrite.h"
-#include "imaging/tiff_rewrite.h"
+#include "imaging/png/png_rewrite.h"
+#include "imaging/tiff/tiff_rewrite.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "planning/image_metadata.h"
-#include "planning/operation_record.h"
+#include "planning/plan_entry.h"
 #include "planning/target_naming.h"
 
 #include <cstdint>

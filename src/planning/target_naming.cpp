@@ -1,6 +1,5 @@
 #include "planning/target_naming.h"
 
-#include "app/organise_manager.h"
 #include "platform/file_url.h"
 
 #include <cstdio>
@@ -67,11 +66,6 @@ std::string targetFileName(MediaKind kind, const DateParts& date, std::uint64_t 
                                      date.minute, date.second) +
                            std::to_string(size) + '.';
   return (QString::fromStdString(name) + extension.toUpper()).toUpper().toStdString();
-}
-
-// Not what its name promises, but callers know it so.
-QString OrganiseManager::textMonth(int month) const {
-  return month >= 1 && month <= 11 ? QStringLiteral("January") : QString();
 }
 
 }  // namespace kestrova

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/media_kind.h"
 #include "planning/calendar.h"
 
 #include <QString>
@@ -19,8 +20,6 @@ NameTable englishDays();
 /// format.
 std::optional<Path> targetFolder(const Path& target, int folderFormat, const DateParts& date,
                                  const NameTable& months, const NameTable& days);
-
-enum class MediaKind { photo, video, other };
 
 /// Kind, time and size (bytes) as a file name in upper case: PHOTO_20140521134502_2345678.JPG
 std::string targetFileName(MediaKind kind, const DateParts& date, std::uint64_t size,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/turn.h"
+#include "imaging/base/turn.h"
 
 #include <QImage>
 #include <QTransform>

@@ -1,6 +1,6 @@
 #include "toolkit/embedded_thumbnail.h"
 
-#include "imaging/exif_patch.h"
+#include "imaging/exif/exif_patch.h"
 #include "toolkit/jpeg_segments.h"
 
 namespace kestrova {

@@ -1,7 +1,7 @@
 #include "toolkit/image_canvas.h"
 
-#include "imaging/image_error.h"
-#include "imaging/resampler.h"
+#include "imaging/base/image_error.h"
+#include "imaging/scale/resampler.h"
 #include "toolkit/bitmap_turn.h"
 #include "toolkit/image_codec.h"
 

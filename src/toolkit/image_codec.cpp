@@ -1,6 +1,6 @@
 #include "toolkit/image_codec.h"
 
-#include "imaging/image_limits.h"
+#include "imaging/base/image_limits.h"
 #include "imaging/photo_properties.h"
 #include "toolkit/bitmap_turn.h"
 #include "toolkit/embedded_thumbnail.h"

@@ -1,6 +1,6 @@
 #include "toolkit/jpeg_segments.h"
 
-#include "imaging/jpeg_outline.h"
+#include "imaging/jpeg/jpeg_outline.h"
 
 #include <algorithm>
 #include <string_view>

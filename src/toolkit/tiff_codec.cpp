@@ -1,7 +1,7 @@
 #include "toolkit/tiff_codec.h"
 
-#include "imaging/image_error.h"
-#include "imaging/tiff_library.h"
+#include "imaging/base/image_error.h"
+#include "imaging/tiff/tiff_library.h"
 #include "toolkit/image_codec.h"
 
 #include <QColorSpace>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/main_interface.h"
-#include "app/tally.h"
+#include "model/tally.h"
 #include "window/drop_highlight.h"
 #include "window/frame_refresh.h"
 #include "window/run_display.h"

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/main_interface.h"
-#include "app/tally.h"
 #include "app/time_left.h"
+#include "model/tally.h"
 #include "platform/desktop_status.h"
 #include "window/run_texts.h"
 

@@ -1,0 +1,142 @@
+#include "app/organise_manager.h"
+#include "planning/calendar.h"
+#include "planning/operation_decision.h"
+#include "platform/file_url.h"
+#include "platform/log.h"
+#include "scan/media_classification.h"
+
+#include <exception>
+
+namespace kestrova {
+
+void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& operation) {
+  appStatus = 2;
+  post([this] {
+    processBar->setIndeterminate(true);
+    processBar->startAnimation();
+    buttonStart->setEnabled(false);
+  });
+  processQueue->setSuspended(true);
+  processQueue->setMaxConcurrentOperationCount(1);
+  try {
+    planFiles(operation);
+  } catch (const std::exception& error) {
+    // The text names another method; it is what users search for.
+    const auto text = QStringLiteral("EXCEPTION copyFiles : ") + QString::fromUtf8(error.what());
+    setStatus(text);
+    log(text);
+  }
+}
+
+void OrganiseManager::planFiles(const InvocationOperation& planner) {
+  std::int64_t number = 0;
+  for (const FileList::Entry& entry : fileList) {
+    if (planner.isCancelled()) {
+      log(QStringLiteral("CANCELLLED"));
+      return;
+    }
+    setStatus(QStringLiteral("Deciding operations %1").arg(++number));
+    planFile(entry.path, planner);
+  }
+  endPlanning();
+}
+
+void OrganiseManager::planFile(const Path& file, const InvocationOperation& planner) {
+  const PlanningOptions options = planningOptions();
+  const FileFacts facts = factsOf(file);
+  if (isSmallFile(facts, options)) return leaveOut(file, facts.size);
+  if (isLogging()) log(QStringLiteral("IMAGE  ") + displayPath(file));
+
+  const ImageMetadata metadata = facts.isPhoto ? imageMetadata(read10KFromFile(file)) : ImageMetadata();
+  if (metadata.pixelWidth && metadata.pixelHeight && isLogging()) {
+    log(QStringLiteral("Pixel Width : %1  Pixel Height : %2")
+            .arg(*metadata.pixelWidth)
+            .arg(*metadata.pixelHeight));
+  }
+  if (isSmallPicture(metadata, options)) return leaveOut(file, facts.size);
+
+  const auto target = targetOf(file, facts, dateOf(file, metadata), options.folderFormat);
+  if (target && host_.files->fileExists(*target)) {
+    increaseTargetAlready(pathExtension(*target), facts.size);
+    return announce(
+        {.outcome = Verdict::Outcome::exists, .source = file, .target = target, .sourceSize = facts.size});
+  }
+  queueEntry(
+      {chooseHandler(facts, metadata, options), file, target, metadata.orientation, options.resolution},
+      planner);
+}
+
+PlanningOptions OrganiseManager::planningOptions() const {
+  return {.filterSmallPhotos = chkFilterSmallPhotos->state() == CheckBox::on,
+          .filterSmallVideos = chkFilterSmallVideos->state() == CheckBox::on,
+          .rotate = chkRotate->state() == CheckBox::on,
+          .folderFormat = comboFolderFormat->indexOfSelectedItem(),
+          .resolution = comboResolution->indexOfSelectedItem()};
+}
+
+FileFacts OrganiseManager::factsOf(const Path& file) const {
+  const QString extension = pathExtension(file);
+  return {sizeOfFile(file), isPhoto(extension), isVideo(extension)};
+}
+
+// Small videos are booked with the small photos.
+void OrganiseManager::leaveOut(const Path& file, std::uint64_t size) {
+  increaseFilteredPhoto(pathExtension(file), size);
+  announce({.outcome = Verdict::Outcome::small, .source = file, .target = {}, .sourceSize = size});
+}
+
+// A file that has no date at all counts as one of today: of the start of the run.
+Date OrganiseManager::dateOf(const Path& file, const ImageMetadata& metadata) const {
+  if (metadata.captureDate) return *metadata.captureDate;
+  if (const auto modified = getModifiedDate(fileUrlString(file))) return *modified;
+  return starttime.value_or(host_.now());
+}
+
+std::optional<Path> OrganiseManager::targetOf(const Path& file, const FileFacts& facts, Date date,
+                                              int folderFormat) const {
+  const auto target = targetPath.get();
+  if (!target) return std::nullopt;
+  const DateParts parts = splitDate(date);
+  auto folder = targetFolder(*target, folderFormat, parts, months, days);
+  if (!folder) return std::nullopt;
+  return *folder / targetFileName(mediaKindOf(facts), parts, facts.size, pathExtension(file));
+}
+
+// A Stop that comes while a file is being queued must reach it too.
+void OrganiseManager::queueEntry(const PlanEntry& entry, const InvocationOperation& planner) {
+  const auto handler = entry.handler == PlanEntry::Handler::resize ? &OrganiseManager::resizeOperation
+                                                                   : &OrganiseManager::copyOperation;
+  const auto operation = std::make_shared<InvocationOperation>();
+  operation->init(this, handler, recordOf(entry, operation));
+  processQueue->addOperation(operation);
+  if (planner.isCancelled()) operation->cancel();
+}
+
+void OrganiseManager::endPlanning() {
+  post([this] {
+    processBar->stopAnimation();
+    processBar->setIndeterminate(false);
+    processBar->setMaxValue(static_cast<double>(sTotalCount));
+    showProgress();
+    buttonStart->setEnabled(true);
+  });
+  processQueue->addObserver("operations", [this](std::string_view keyPath, const OperationQueue& queue) {
+    observeValueForKeyPath(keyPath, queue);
+  });
+  processQueue->setSuspended(false);
+}
+
+std::optional<Date> OrganiseManager::getModifiedDate(std::string_view url) const {
+  const auto path = pathOfFileUrl(url);
+  if (!path) return std::nullopt;
+  const auto attributes = host_.files->attributesOfItem(*path);
+  if (!attributes) return std::nullopt;
+  return attributes->modified;
+}
+
+// Not what its name promises, but callers know it so.
+QString OrganiseManager::textMonth(int month) const {
+  return month >= 1 && month <= 11 ? QStringLiteral("January") : QString();
+}
+
+}  // namespace kestrova

@@ -1,0 +1,42 @@
+#include "app/organise_manager.h"
+#include "platform/main_queue.h"
+
+namespace kestrova {
+
+OrganiseManager::OrganiseManager(Host host) : host_(std::move(host)) {
+  post([this] { loadSettings(); });
+}
+
+// Workers stop before the fields that they use go.
+OrganiseManager::~OrganiseManager() { processQueue.reset(); }
+
+void OrganiseManager::post(std::function<void()> block) {
+  postToMainQueue([alive = std::weak_ptr(alive_), block = std::move(block)] {
+    if (!alive.expired()) block();
+  });
+}
+
+// The exchanges order the counters with the flag: a block that finds another one pending leaves its counters
+// to it.
+void OrganiseManager::postRefresh(RefreshPending& pending, Method show) {
+  if (pending.exchange(true)) return;
+  post([this, &pending, show] {
+    pending.exchange(false);
+    (this->*show)();
+  });
+}
+
+void OrganiseManager::announce(const Verdict& verdict) const {
+  if (verdictListener) verdictListener(verdict);
+}
+
+void OrganiseManager::setStatus(const QString& text) {
+  post([this, text] { lblStatus->setStringValue(text); });
+}
+
+QString OrganiseManager::getMilliseconds() const {
+  const std::chrono::duration<double> sinceEpoch = host_.now().time_since_epoch();
+  return QString::number(static_cast<qint64>(sinceEpoch.count() * 1000.0));
+}
+
+}  // namespace kestrova

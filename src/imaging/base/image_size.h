@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kestrova::imaging {
+
+struct PixelSize {
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+  bool operator==(const PixelSize&) const = default;
+};
+
+/// What a decoder would make of the photo, without decoding its pixels.
+struct ImageSize {
+  PixelSize stored;              ///< as the pixels lie in the file
+  std::int64_t orientation = 1;  ///< 1 to 8
+  PixelSize upright() const { return orientation >= 5 ? PixelSize{stored.height, stored.width} : stored; }
+};
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "imaging/base/turn.h"
+#include "platform/bytes.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace kestrova::imaging {
+
+/// Rows of pixels of `pixelBytes` bytes each. Rows are padded to whole blocks of eight pixels, as JPEG codecs
+/// want them.
+class Raster {
+ public:
+  Raster() = default;
+  /// Throws ImageError when the limits forbid it.
+  Raster(std::int64_t width, std::int64_t height, int pixelBytes);
+
+  std::int64_t width() const { return width_; }
+  std::int64_t height() const { return height_; }
+  int pixelBytes() const { return pixelBytes_; }
+  std::size_t rowBytes() const {
+    return static_cast<std::size_t>(width_) * static_cast<std::size_t>(pixelBytes_);
+  }
+  std::uint8_t* row(std::int64_t y) { return samples_.data() + static_cast<std::size_t>(y) * stride_; }
+  const std::uint8_t* row(std::int64_t y) const {
+    return samples_.data() + static_cast<std::size_t>(y) * stride_;
+  }
+
+ private:
+  std::int64_t width_ = 0;
+  std::int64_t height_ = 0;
+  int pixelBytes_ = 1;
+  std::size_t stride_ = 0;
+  Bytes samples_;
+};
+
+/// The raster turned; given up as it is when there is nothing to turn.
+Raster turned(Raster raster, const Turn& turn);
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "imaging/base/image_error.h"
+#include "imaging/base/image_size.h"
+#include "imaging/base/turn.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace kestrova::imaging {
+
+/// What is to become of a photo.
+struct RewriteRequest {
+  /// The wanted pixel size of the written photo as it is *stored* when `upright` is off, and as it is *seen*
+  /// when it is on; absent keeps the size.
+  std::optional<PixelSize> size;
+  /// Turn the pixels upright by the stored orientation and set the orientation to 1. Otherwise the pixels
+  /// stay as they are stored, and so does the tag.
+  bool upright = false;
+};
+
+/// What a request comes to for one photo. Scaling comes before turning, on the axes as they are stored.
+struct RewritePlan {
+  PixelSize source;  ///< as stored
+  PixelSize scaled;  ///< of the result, before it is turned
+  Turn turn;
+  bool resetOrientation = false;
+
+  PixelSize result() const { return turned(scaled, turn); }
+  bool scales() const { return scaled != source; }
+  bool keepsPixels() const { return !scales() && turn.isNone(); }
+};
+
+/// Throws ImageError unless the result's pixels stay within the limits; while they are turned, they are there
+/// twice.
+inline void requireAffordable(const RewritePlan& plan, std::int64_t bytesPerPixel) {
+  requireAffordable(plan.scaled.width, plan.scaled.height,
+                    plan.turn.isNone() ? bytesPerPixel : 2 * bytesPerPixel);
+}
+
+inline RewritePlan planRewrite(const ImageSize& photo, const RewriteRequest& request) {
+  const Turn turn = request.upright ? turnOf(photo.orientation) : Turn{};
+  const PixelSize scaled = request.size ? turned(*request.size, turn) : photo.stored;
+  return {photo.stored, scaled, turn, request.upright};
+}
+
+}  // namespace kestrova::imaging

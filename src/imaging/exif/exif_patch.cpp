@@ -1,0 +1,82 @@
+#include "imaging/exif/exif_patch.h"
+
+#include "imaging/exif/tiff_block.h"
+
+namespace kestrova::imaging {
+
+namespace {
+
+enum Tag : std::uint16_t {
+  imageWidth = 0x0100,
+  imageLength = 0x0101,
+  orientation = 0x0112,
+  xResolution = 0x011A,
+  yResolution = 0x011B,
+  previewOffset = 0x0201,
+  previewLength = 0x0202,
+  exifDirectory = 0x8769,
+  pixelXDimension = 0xA002,
+  pixelYDimension = 0xA003,
+};
+
+void patchSize(TiffBlock& block, const PixelSize& size) {
+  const auto width = static_cast<std::uint32_t>(size.width);
+  const auto height = static_cast<std::uint32_t>(size.height);
+  block.setValue(block.firstDirectory(), imageWidth, width);
+  block.setValue(block.firstDirectory(), imageLength, height);
+  const auto exif = block.value(block.firstDirectory(), exifDirectory);
+  if (!exif) return;
+  block.setValue(*exif, pixelXDimension, width);
+  block.setValue(*exif, pixelYDimension, height);
+}
+
+std::span<std::uint8_t> previewOf(const TiffBlock& block, TiffBlock::Offset directory) {
+  if (directory == 0) return {};
+  const auto offset = block.value(directory, previewOffset);
+  const auto length = block.value(directory, previewLength);
+  if (!offset || !length || !block.contains(*offset, *length)) return {};
+  return block.bytes(*offset, *length);
+}
+
+void remakePreview(TiffBlock& block, TiffBlock::Offset directory, std::span<std::uint8_t> preview,
+                   const PreviewMaker& make) {
+  const auto ownTurn = block.value(directory, orientation);
+  const bool isTurnedAlike = !ownTurn || ownTurn == block.value(block.firstDirectory(), orientation);
+  const std::size_t length = isTurnedAlike && !preview.empty() ? make(preview) : 0;
+  if (length == 0) return block.setNextDirectory(block.firstDirectory(), 0);
+  block.setValue(directory, previewLength, static_cast<std::uint32_t>(length));
+  block.setValue(directory, orientation, 1);
+}
+
+}  // namespace
+
+void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
+  auto block = TiffBlock::open(bytes);
+  if (!block) return;
+  if (patch.pixelSize) patchSize(*block, *patch.pixelSize);
+  if (patch.resetOrientation) block->setValue(block->firstDirectory(), orientation, 1);
+  if (patch.exchangesAxes) block->exchangeValues(block->firstDirectory(), xResolution, yResolution);
+}
+
+std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> bytes) {
+  const auto block = TiffBlock::open(bytes);
+  return block ? previewOf(*block, block->nextDirectory(block->firstDirectory())) : std::span<std::uint8_t>();
+}
+
+void remakePreviews(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
+  auto block = TiffBlock::open(bytes);
+  if (!block) return;
+  const auto directory = block->nextDirectory(block->firstDirectory());
+  const auto preview = previewOf(*block, directory);
+  const auto begin = preview.empty() ? 0 : static_cast<std::size_t>(preview.data() - bytes.data());
+  remakeEmbeddedJpegs(bytes.first(begin), make);
+  remakeEmbeddedJpegs(bytes.subspan(begin + preview.size()), make);
+  if (directory != 0) remakePreview(*block, directory, preview, make);
+}
+
+void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit) {
+  if (edit.turnPreview) remakePreviews(block, edit.turnPreview);
+  patchExif(block, edit.exif);
+}
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "imaging/base/image_size.h"
+#include "imaging/exif/embedded_jpeg.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace kestrova::imaging {
+
+/// What of an Exif block no longer holds once the pixels were written anew.
+struct ExifPatch {
+  std::optional<PixelSize> pixelSize;  ///< of the written photo, as it is stored
+  bool resetOrientation = false;       ///< the written pixels stand upright
+  bool exchangesAxes = false;          ///< what was across is down now
+};
+
+/// How a photo's metadata follow its new pixels.
+struct MetadataEdit {
+  ExifPatch exif;
+  PreviewMaker turnPreview;  ///< set when the pixels were turned: makes every preview over
+};
+
+/// Patches an Exif block (a TIFF 6.0 structure, without "Exif\0\0" before it) in place: Orientation (0x0112)
+/// of the photo and its preview, ImageWidth and ImageLength, PixelXDimension and PixelYDimension (0xA002,
+/// 0xA003), XResolution and YResolution; those in the focal plane are the camera's and stay. Tags that are
+/// not there are not added; all other bytes stay as they are. The block may hold anything.
+void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
+
+/// The bytes of the preview that the block's second directory names (Exif 2.3, 4.5.4); empty when there is
+/// none, or it does not stand in the block.
+std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> block);
+
+/// Has the previews in an Exif block made over by `make`, those in maker notes too. The one of the second
+/// directory is taken out where that fails, where it is no JPEG or where it claims another orientation than
+/// the photo. To be called before `patchExif`.
+void remakePreviews(std::span<std::uint8_t> block, const PreviewMaker& make);
+
+/// Both of it, as far as the edit asks for it.
+void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit);
+
+}  // namespace kestrova::imaging

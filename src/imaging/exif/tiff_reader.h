@@ -1,0 +1,63 @@
+#pragma once
+
+#include "imaging/base/byte_reader.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace kestrova::imaging {
+
+/// The directories of a TIFF 6.0 or BigTIFF block: a whole file, or what stands in an Exif segment. The block
+/// may be cut off anywhere and hold anything. Does not own its bytes.
+class TiffReader {
+ public:
+  struct Entry {
+    std::uint16_t tag = 0;
+    std::uint16_t type = 0;
+    std::uint64_t count = 0;
+    std::uint64_t valueField = 0;  ///< where the value stands, or its offset when it is longer than the field
+  };
+
+  /// Nothing when the block does not begin as TIFF does.
+  static std::optional<TiffReader> open(ByteView block) noexcept;
+
+  std::uint64_t firstDirectory() const noexcept { return firstDirectory_; }
+
+  /// Calls `visit` with every entry that is there as a whole, in order, at most as often as the directory
+  /// says.
+  template <typename Visit>
+  void visitEntries(std::uint64_t directory, Visit visit) const noexcept {
+    const std::uint64_t count = entryCount(directory);
+    std::uint64_t position = directory + countSize();
+    for (std::uint64_t i = 0; i < count; ++i, position += entrySize()) {
+      const std::optional<Entry> entry = entryAt(position);
+      if (!entry) return;
+      visit(*entry);
+    }
+  }
+
+  /// The entry's one whole number; nothing when it is of another type or does not fit its field.
+  std::optional<std::int64_t> integer(const Entry& entry) const noexcept;
+
+  /// As much of an ASCII entry's text as there is, at most `longest` bytes; a closing NUL belongs to it.
+  /// Empty for any other type.
+  ByteView text(const Entry& entry, std::uint64_t longest) const noexcept;
+
+ private:
+  TiffReader(ByteReader reader, bool isBig) noexcept : reader_(reader), isBig_(isBig) {}
+
+  std::uint64_t wordSize() const noexcept {
+    return isBig_ ? 8 : 4;
+  }  ///< of a count, an offset and a value's field
+  std::uint64_t countSize() const noexcept { return isBig_ ? 8 : 2; }
+  std::uint64_t entrySize() const noexcept { return isBig_ ? 20 : 12; }
+  std::uint64_t entryCount(std::uint64_t directory) const noexcept;
+  std::optional<std::uint64_t> wordAt(std::uint64_t position) const noexcept;
+  std::optional<Entry> entryAt(std::uint64_t position) const noexcept;
+
+  ByteReader reader_;
+  bool isBig_;
+  std::uint64_t firstDirectory_ = 0;
+};
+
+}  // namespace kestrova::imaging

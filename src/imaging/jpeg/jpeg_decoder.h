@@ -1,0 +1,51 @@
+#pragma once
+
+#include "imaging/base/image_size.h"
+#include "imaging/jpeg/jpeg_library.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace kestrova::imaging {
+
+/// Decodes a JPEG to the planes of its components, without converting colours or spreading subsampled
+/// components. All of it throws ImageError, and that on libjpeg's first warning.
+class JpegDecoder {
+ public:
+  /// One component as it is decoded.
+  struct Plane {
+    int width = 0;
+    int height = 0;
+    double samplesPerPixelX = 1;  ///< samples of the plane to one pixel of the whole photo
+    double samplesPerPixelY = 1;
+  };
+
+  /// Reads the headers. The file has to outlive the decoder.
+  explicit JpegDecoder(ByteView file);
+  ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
+  JpegDecoder(const JpegDecoder&) = delete;
+  JpegDecoder& operator=(const JpegDecoder&) = delete;
+
+  PixelSize size() const { return {info_.image_width, info_.image_height}; }
+  JpegFormat format() const;
+  jpeg_decompress_struct& info() { return info_; }
+  JpegErrors& errors() { return errors_; }
+
+  /// Begins to decode at `eighths`/8 of the size: 1, 2, 4 or 8. The planes' sizes are known from here on.
+  void start(int eighths);
+  Plane plane(std::size_t component) const;
+  /// Decodes all rows; `take` gets each row of each plane, from the top, planes in turn.
+  using TakeRow = std::function<void(std::size_t component, const std::uint8_t* row)>;
+  void decode(const TakeRow& take);
+
+ private:
+  struct Band;  ///< the rows of one component that are decoded at a time
+
+  JpegErrors errors_;
+  jpeg_decompress_struct info_{};
+};
+
+/// Decodes all pixels at the least expense; throws ImageError when that cannot be done without a warning.
+void verifyJpeg(ByteView file);
+
+}  // namespace kestrova::imaging

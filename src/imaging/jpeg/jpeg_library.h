@@ -1,0 +1,82 @@
+#pragma once
+
+#include "imaging/base/image_error.h"
+#include "platform/bytes.h"
+
+#include <array>
+#include <csetjmp>
+#include <cstddef>
+#include <cstdio>
+#include <vector>
+
+// After <cstdio>, which it needs.
+#include <jpeglib.h>
+
+// What libjpeg needs to be used from C++: errors and warnings that become ImageError, and memory that is
+// given back.
+namespace kestrova::imaging {
+
+/// libjpeg's error manager. A warning counts as an error: a photo that decodes only in part is not decoded.
+class JpegErrors {
+ public:
+  JpegErrors();
+  JpegErrors(const JpegErrors&) = delete;
+  JpegErrors& operator=(const JpegErrors&) = delete;
+
+  jpeg_error_mgr* manager() { return &manager_; }
+
+  /// Runs `call`, which calls libjpeg and keeps no object with a destructor: libjpeg leaves it by a long
+  /// jump. Throws ImageError from here, where no frame of C stands in between.
+  template <class Call>
+  [[gnu::noinline]] void guarded(const Call& call) {
+    if (setjmp(escape_) != 0) throw ImageError(message_.data());
+    call();
+  }
+
+ private:
+  static void leave(j_common_ptr info);
+
+  jpeg_error_mgr manager_{};  // first: libjpeg's pointer to it leads to the whole
+  std::jmp_buf escape_{};
+  std::array<char, JMSG_LENGTH_MAX> message_{};
+};
+
+struct JpegComponent {
+  int id = 0;
+  int horizontal = 1;  ///< sampling factors
+  int vertical = 1;
+};
+
+/// What makes two JPEGs of one kind, their pixels apart.
+struct JpegFormat {
+  J_COLOR_SPACE colorSpace = JCS_UNKNOWN;
+  bool progressive = false;
+  std::vector<JpegComponent> components;
+
+  int maxHorizontal() const;
+  int maxVertical() const;
+};
+
+/// A compressor that writes into a vector of bytes.
+class JpegCompressor {
+ public:
+  JpegCompressor();
+  ~JpegCompressor() { jpeg_destroy_compress(&info_); }
+  JpegCompressor(const JpegCompressor&) = delete;
+  JpegCompressor& operator=(const JpegCompressor&) = delete;
+
+  jpeg_compress_struct& info() { return info_; }
+  JpegErrors& errors() { return errors_; }
+  /// What was written; to be called once, at the end.
+  Bytes take();
+
+ private:
+  static boolean grow(j_compress_ptr info);
+
+  JpegErrors errors_;
+  jpeg_compress_struct info_{};
+  jpeg_destination_mgr destination_{};
+  Bytes bytes_;
+};
+
+}  // namespace kestrova::imaging

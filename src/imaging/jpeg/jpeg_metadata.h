@@ -1,0 +1,18 @@
+#pragma once
+
+#include "imaging/exif/exif_patch.h"
+#include "imaging/jpeg/jpeg_outline.h"
+#include "platform/bytes.h"
+
+namespace kestrova::imaging {
+
+/// Puts a file together: the application segments and comments of `file`, edited, the picture of `pixels` (a
+/// JPEG without such segments), and whatever follows the picture in `file`. When the photo was turned,
+/// previews in any segment and pictures that follow are turned with it; those that a multi-picture index
+/// names are so or are left out with their index, which always points to where they are.
+Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const MetadataEdit& edit);
+
+/// Patches the Exif blocks of a whole file whose pixels stay where they are.
+void patchJpeg(Bytes& file, const JpegOutline& outline, const ExifPatch& patch);
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "imaging/base/raster.h"
+#include "imaging/base/rewrite_plan.h"
+#include "imaging/jpeg/jpeg_decoder.h"
+
+#include <vector>
+
+namespace kestrova::imaging {
+
+/// A JPEG's components, scaled and turned, ready to be encoded.
+struct JpegPlanes {
+  JpegFormat format;
+  PixelSize size;
+  std::vector<Raster> planes;
+};
+
+/// Decodes the photo's planes as the plan wants them, at the smallest scale that leaves the filter twice what
+/// it has to give. The decoder must not have been started. Throws ImageError.
+JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan);
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,107 @@
+#include "imaging/jpeg/jpeg_rewrite.h"
+
+#include "imaging/base/image_error.h"
+#include "imaging/jpeg/jpeg_encoder.h"
+#include "imaging/jpeg/jpeg_metadata.h"
+#include "imaging/jpeg/jpeg_outline.h"
+#include "imaging/jpeg/jpeg_planes.h"
+#include "imaging/jpeg/jpeg_turn.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace kestrova::imaging {
+
+namespace {
+
+constexpr int scaledQuality = 90;
+/// For pixels that only were turned: close enough that the eye finds no difference.
+constexpr int turnedQuality = 95;
+
+/// All previews of a photo have at most that many times its pixels, or they would take longer than it is
+/// worth.
+constexpr std::int64_t previewsToPhoto = 8;
+constexpr std::int64_t smallPhotoPixels = 1'000'000;  ///< one that is smaller may have as many as this one
+
+std::int64_t pixelsOf(const PixelSize& size) { return size.width * size.height; }
+
+JpegOutline readableOutline(ByteView file) {
+  auto outline = outlineJpeg(file);
+  if (!outline) throw ImageError("no whole JPEG");
+  if (outline->scans > maxJpegScans) throw ImageError("the JPEG has too many scans");
+  return *std::move(outline);
+}
+
+Bytes newPixels(ByteView file, const RewritePlan& plan) {
+  std::optional<JpegDecoder> decoder(std::in_place, file);
+  if (decoder->size() != plan.source) throw ImageError("the frame header contradicts itself");
+  if (!plan.scales() && turnsLosslessly(*decoder, plan.turn)) return turnCoefficients(*decoder, plan.turn);
+  JpegPlanes picture = decodePlanes(*decoder, plan);
+  decoder.reset();  // so that its memory and the encoder's are not held at the same time
+  return encodeJpeg(picture.format, picture.size, picture.planes,
+                    plan.scales() ? scaledQuality : turnedQuality);
+}
+
+/// Puts new pixels in the place of those that a JPEG has; 0, and nothing is done, when there is no room.
+std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, ByteView pixels) {
+  const Bytes whole = joinJpeg(ByteView(bytes).first(outline.imageEnd), outline, pixels, {});
+  if (whole.size() > bytes.size()) return 0;
+  std::ranges::fill(std::ranges::copy(whole, bytes.begin()).out, bytes.end(), std::uint8_t{0});
+  return whole.size();
+}
+
+/// Turns a JPEG within its bytes at lower and lower quality, then at smaller and smaller size.
+std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outline, const PixelSize& size,
+                         const Turn& turn) {
+  for (const int divisor : {1, 2, 4, 8}) {
+    const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
+                           std::max<std::int64_t>(1, size.height / divisor)};
+    JpegDecoder decoder(bytes);
+    JpegPlanes picture = decodePlanes(decoder, {size, scaled, turn, false});
+    for (const int quality : {90, 80, 70, 60}) {
+      const Bytes pixels = encodeJpeg(picture.format, picture.size, picture.planes, quality);
+      if (const std::size_t length = fitInto(bytes, outline, pixels)) return length;
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
+  const JpegOutline outline = readableOutline(file);
+  const MetadataEdit edit = metadataEdit(plan);
+  if (plan.keepsPixels()) {
+    verifyJpeg(file);
+    Bytes result(file.begin(), file.end());
+    patchJpeg(result, outline, edit.exif);
+    return result;
+  }
+  return joinJpeg(file, outline, newPixels(file, plan), edit);
+}
+
+std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn, std::int64_t& pixelsLeft) {
+  try {
+    const JpegOutline outline = readableOutline(bytes);
+    const PixelSize size = JpegDecoder(bytes).size();
+    if (pixelsOf(size) > pixelsLeft) return 0;
+    pixelsLeft -= pixelsOf(size);
+    const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, turn, false}));
+    return length > 0 ? length : turnCoarsely(bytes, outline, size, turn);
+  } catch (const ImageError&) {
+    return 0;  // what cannot be decoded cannot be turned
+  }
+}
+
+MetadataEdit metadataEdit(const RewritePlan& plan) {
+  MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.turn.transpose}, {}};
+  if (plan.turn.isNone()) return edit;
+  const std::int64_t budget = std::max(pixelsOf(plan.source), smallPhotoPixels) * previewsToPhoto;
+  edit.turnPreview = [turn = plan.turn, pixelsLeft = budget](std::span<std::uint8_t> jpeg) mutable {
+    return turnJpegWithin(jpeg, turn, pixelsLeft);
+  };
+  return edit;
+}
+
+}  // namespace kestrova::imaging

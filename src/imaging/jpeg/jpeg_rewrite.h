@@ -1,0 +1,28 @@
+#pragma once
+
+#include "imaging/base/rewrite_plan.h"
+#include "imaging/exif/exif_patch.h"
+#include "platform/bytes.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace kestrova::imaging {
+
+/// The JPEG written anew. Pixels that keep their size are turned without loss where that is possible, and
+/// keep their very bytes where they are not turned; others are scaled plane by plane in the colour space of
+/// the source. Every application segment and comment passes through byte for byte, but for the tags and
+/// previews that the new pixels prove wrong. Throws ImageError when the file does not decode without a
+/// warning.
+Bytes rewriteJpeg(ByteView file, const RewritePlan& plan);
+
+/// Turns a JPEG within its bytes, in the best quality that they have room for, and fills up what is left of
+/// them with zeros. Its pixels are taken off `pixelsLeft`. Returns how many bytes it takes up now; 0, and
+/// nothing is done, when it does not decode or has more pixels than are left.
+std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn, std::int64_t& pixelsLeft);
+
+/// What a photo's metadata need, of whatever type it is: their previews are JPEGs.
+MetadataEdit metadataEdit(const RewritePlan& plan);
+
+}  // namespace kestrova::imaging

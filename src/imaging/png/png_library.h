@@ -1,0 +1,85 @@
+#pragma once
+
+#include "imaging/base/image_error.h"
+#include "imaging/base/raster.h"
+#include "platform/bytes.h"
+
+#include <array>
+#include <csetjmp>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include <png.h>
+
+// What libpng needs to be used from C++.
+namespace kestrova::imaging {
+
+/// Where libpng leaves its calls on an error; a warning counts as one.
+class PngErrors {
+ public:
+  /// Runs `call`, which calls libpng and keeps no object with a destructor. Throws ImageError from here,
+  /// where no frame of C stands in between.
+  template <class Call>
+  [[gnu::noinline]] void guarded(const Call& call) {
+    if (setjmp(escape_) != 0) throw ImageError(message_.data());
+    call();
+  }
+
+  /// libpng's error and warning function; its error pointer leads to one of these.
+  static void leave(png_structp png, png_const_charp message);
+
+ private:
+  std::jmp_buf escape_{};
+  std::array<char, 200> message_{};
+};
+
+/// The fields of IHDR.
+struct PngFormat {
+  PixelSize size;
+  int bitDepth = 8;
+  int colorType = PNG_COLOR_TYPE_RGB;
+  int interlace = PNG_INTERLACE_NONE;
+
+  int channels() const;
+  /// Of a row as it is decoded: pixels of less than 8 bits take up a byte each.
+  int pixelBytes() const { return channels() * (bitDepth == 16 ? 2 : 1); }
+};
+
+/// Decodes a PNG. Throws ImageError, and that on libpng's first warning.
+class PngDecoder {
+ public:
+  /// Reads the headers. The file, of which the checksums are not looked at, has to outlive the decoder.
+  explicit PngDecoder(ByteView file);
+  ~PngDecoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
+  PngDecoder(const PngDecoder&) = delete;
+  PngDecoder& operator=(const PngDecoder&) = delete;
+
+  /// As the file has them; after `expand`, as they are decoded.
+  const PngFormat& format() const { return format_; }
+  std::vector<png_color> palette();
+
+  /// Has palettes decoded to colours, grey of less than 8 bits to 8 bits, and a transparent colour to
+  /// opacity.
+  void expand();
+  /// Decodes all rows, from the top; samples of 16 bits in the machine's byte order.
+  void decode(const std::function<void(const std::uint8_t* row)>& take);
+
+ private:
+  static void read(png_structp png, png_bytep to, std::size_t count);
+  void readHeaders();
+  void readFormat();
+  void decodeInterlaced(int passes, const std::function<void(const std::uint8_t* row)>& take);
+
+  PngErrors errors_;
+  ByteView rest_;
+  png_structp png_ = nullptr;
+  png_infop info_ = nullptr;
+  PngFormat format_;
+};
+
+/// Encodes rows as PngDecoder gives them, with a palette where the format wants one. Throws ImageError.
+Bytes encodePng(const PngFormat& format, const std::vector<png_color>& palette, const Raster& raster);
+
+}  // namespace kestrova::imaging

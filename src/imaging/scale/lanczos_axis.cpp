@@ -1,0 +1,96 @@
+#include "imaging/scale/lanczos_axis.h"
+
+#include "imaging/base/image_error.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace kestrova::imaging {
+
+namespace {
+
+constexpr double lobes = 3;
+
+double lanczos(double x) {
+  if (std::abs(x) < 1e-9) return 1;
+  if (std::abs(x) >= lobes) return 0;
+  const double angle = std::numbers::pi * x;
+  return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
+}
+
+double wideningOf(const AxisMapping& mapping) { return std::max(1.0, mapping.step); }
+
+int tapsFor(const AxisMapping& mapping) {
+  const int reach = static_cast<int>(std::ceil(2 * lobes * wideningOf(mapping))) + 1;
+  return std::min(reach, mapping.sourceCount);
+}
+
+int roundedUp(int taps) { return (taps + 3) / 4 * 4; }
+
+/// The weights of one result sample, from a first source sample on.
+struct Weights {
+  int first = 0;
+  std::vector<double> values;
+};
+
+Weights weigh(const AxisMapping& mapping, int sample) {
+  const double widening = wideningOf(mapping);
+  const double centre = mapping.origin + (sample + 0.5) * mapping.step;
+  const double reach = lobes * widening;
+  const int nearest = std::clamp(static_cast<int>(std::floor(centre)), 0, mapping.sourceCount - 1);
+  const int begin = std::clamp(static_cast<int>(std::floor(centre - reach + 0.5)), 0, nearest);
+  const int end = std::clamp(static_cast<int>(std::floor(centre + reach + 0.5)), nearest + 1,
+                             std::min(mapping.sourceCount, begin + tapsFor(mapping)));
+  Weights weights{begin, {}};
+  double sum = 0;
+  for (int x = begin; x < end; ++x)
+    sum += weights.values.emplace_back(lanczos((x + 0.5 - centre) / widening));
+  for (double& weight : weights.values) weight /= sum;
+  return weights;
+}
+
+/// The axis as it looks once each source sample has become two.
+AxisMapping spread(const AxisMapping& mapping) {
+  return {2 * mapping.sourceCount, mapping.resultCount, 2 * mapping.step, 2 * mapping.origin};
+}
+
+/// Weights of the samples that the spread ones are made of: three quarters come from the sample they lie in,
+/// one from the nearest other; at the edges all of it.
+Weights gathered(const Weights& spread, int sourceCount) {
+  const int last = spread.first + static_cast<int>(spread.values.size()) - 1;
+  const int begin = std::max(0, (spread.first - 1) / 2);
+  const int end = std::min(sourceCount, (last + 1) / 2 + 1);
+  Weights weights{begin, std::vector<double>(static_cast<std::size_t>(end - begin))};
+  const auto add = [&](int sample, double weight) {
+    weights.values[static_cast<std::size_t>(std::clamp(sample, 0, sourceCount - 1) - begin)] += weight;
+  };
+  for (int x = spread.first; x <= last; ++x) {
+    const double weight = spread.values[static_cast<std::size_t>(x - spread.first)];
+    add(x / 2, 0.75 * weight);
+    add(x % 2 == 0 ? x / 2 - 1 : x / 2 + 1, 0.25 * weight);
+  }
+  return weights;
+}
+
+}  // namespace
+
+LanczosAxis::LanczosAxis(const AxisMapping& mapping) : sourceCount_(mapping.sourceCount) {
+  taps_ = roundedUp(mapping.interpolated ? tapsFor(spread(mapping)) / 2 + 3 : tapsFor(mapping));
+  const auto results = static_cast<std::size_t>(mapping.resultCount);
+  requireMemory(results * static_cast<std::size_t>(taps_) * sizeof(float));
+  first_.resize(results);
+  count_.resize(results);
+  weights_.resize(results * static_cast<std::size_t>(taps_));
+  for (std::size_t i = 0; i < results; ++i) {
+    const int sample = static_cast<int>(i);
+    const Weights weights = mapping.interpolated ? gathered(weigh(spread(mapping), sample), sourceCount_)
+                                                 : weigh(mapping, sample);
+    first_[i] = weights.first;
+    count_[i] = static_cast<int>(weights.values.size());
+    std::ranges::transform(weights.values, weights_.begin() + static_cast<std::ptrdiff_t>(i) * taps_,
+                           [](double weight) { return static_cast<float>(weight); });
+  }
+}
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "imaging/base/raster.h"
+#include "imaging/scale/resampler.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace kestrova::imaging {
+
+/// Collects rows, from the top, into a raster of the result's size. Rows that need no scaling are taken as
+/// they are.
+class RasterScaler {
+ public:
+  /// Throws ImageError when the limits forbid it.
+  RasterScaler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout);
+
+  void push(const std::uint8_t* row);
+  /// The raster, once all source rows were pushed.
+  Raster take() { return std::move(raster_); }
+
+ private:
+  std::optional<Resampler> resampler_;
+  Raster raster_;
+  std::int64_t filled_ = 0;
+};
+
+}  // namespace kestrova::imaging

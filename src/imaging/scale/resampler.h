@@ -1,0 +1,56 @@
+#pragma once
+
+#include "imaging/scale/lanczos_axis.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace kestrova::imaging {
+
+/// How the samples of a pixel lie in memory: channels interleaved, in the byte order of the machine.
+struct PixelLayout {
+  int channels = 1;
+  int bytesPerSample = 1;  ///< 1 or 2
+  /// The last channel is opacity and the others are not multiplied by it. They are while they are filtered,
+  /// so that the colour of transparent pixels does not bleed.
+  bool alpha = false;
+
+  int pixelBytes() const { return channels * bytesPerSample; }
+};
+
+/// Scales a picture by a separable Lanczos-3 filter in floats. Source rows go in from the top, result rows
+/// come out as soon as they can be had; only as many rows as the filter spans are held. Rows are blended
+/// before they are narrowed: there are fewer of them then. One thread at a time.
+class Resampler {
+ public:
+  /// Throws ImageError when the rows to hold would break the limits.
+  Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout);
+
+  /// Takes the next source row.
+  void push(const void* row);
+  /// Writes the next result row, if all that it needs has been pushed. To be called until it says no, after
+  /// every push.
+  bool pull(void* row);
+
+ private:
+  std::size_t channels() const { return static_cast<std::size_t>(layout_.channels); }
+  float* ringRow(int sourceRow);
+  template <class Sample>
+  void separate(const Sample* row, float* planes);
+  template <class Sample>
+  void interleave(Sample* row);
+
+  LanczosAxis x_;
+  LanczosAxis y_;
+  PixelLayout layout_;
+  std::size_t paddedWidth_;  ///< floats of one channel of a source row, with room for the filter to read on
+  std::size_t sourceRow_;    ///< floats of a source row, all channels one after the other
+  int pushed_ = 0;
+  int pulled_ = 0;
+  std::vector<float> ring_;
+  std::vector<float> blended_;
+  std::vector<float> result_;
+  std::vector<const float*> rows_;
+};
+
+}  // namespace kestrova::imaging

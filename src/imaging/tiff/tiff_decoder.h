@@ -1,0 +1,42 @@
+#pragma once
+
+#include "imaging/tiff/tiff_library.h"
+#include "imaging/tiff/tiff_pixels.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace kestrova::imaging {
+
+/// Decodes the first picture of a TIFF row by row, however it is cut into strips, tiles and planes.
+class TiffDecoder {
+ public:
+  /// Reads the directory; throws ImageError when the pixels are of a kind that cannot be written again. The
+  /// file has to outlive the decoder.
+  explicit TiffDecoder(ByteView file);
+
+  const TiffFormat& format() const { return format_; }
+
+  /// Decodes all rows, from the top: samples of one byte (also those of less than 8 bits) or two,
+  /// interleaved. Throws ImageError.
+  using TakeRow = std::function<void(const std::uint8_t* row)>;
+  void decode(const TakeRow& take);
+
+ private:
+  struct Tiles;
+
+  void readFormat();
+  void readColorMap();
+  void readExtraSamples();
+  void requireSupported();
+  void decodeStrips(const TakeRow& take);
+  void decodeTiles(const TakeRow& take);
+  void decodeBand(const Tiles& tiles, std::uint32_t top, Bytes& tile, Raster& band);
+  void spread(const std::uint8_t* packed, std::int64_t pixels, int plane, std::uint8_t* row) const;
+
+  ByteView file_;
+  TiffHandle tiff_;
+  TiffFormat format_;
+};
+
+}  // namespace kestrova::imaging

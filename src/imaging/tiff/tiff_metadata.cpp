@@ -1,0 +1,128 @@
+#include "imaging/tiff/tiff_metadata.h"
+
+#include "imaging/base/image_error.h"
+#include "imaging/exif/photoshop_resources.h"
+#include "imaging/exif/xmp_patch.h"
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+
+#include <exiv2/exiv2.hpp>
+
+namespace kestrova::imaging {
+
+namespace {
+
+std::mutex& exivMutex() {
+  static std::mutex mutex;
+  return mutex;
+}
+
+void prepareExiv() {
+  static std::once_flag prepared;
+  std::call_once(prepared, [] {
+    Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+    Exiv2::XmpParser::initialize();
+  });
+}
+
+auto openTiff(ByteView file) {
+  auto image = Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size()));
+  if (image.get() == nullptr || image->imageType() != Exiv2::ImageType::tiff) throw ImageError("no TIFF 6.0");
+  image->readMetadata();
+  return image;
+}
+
+/// Whether a tag is about another picture than the first, or about where such pictures are.
+bool isAboutOtherPictures(const Exiv2::Exifdatum& tag) {
+  const std::string group = tag.groupName();
+  return group == "Thumbnail" || group == "Image2" || group == "Image3" || group.starts_with("SubImage") ||
+         group.starts_with("SubThumb") || tag.key() == "Exif.Image.SubIFDs";
+}
+
+void eraseOtherPictures(Exiv2::ExifData& exif) {
+  for (auto tag = exif.begin(); tag != exif.end();) {
+    tag = isAboutOtherPictures(*tag) ? exif.erase(tag) : std::next(tag);
+  }
+}
+
+bool hasMakerNote(const Exiv2::ExifData& exif) {
+  return exif.findKey(Exiv2::ExifKey("Exif.Photo.MakerNote")) != exif.end();
+}
+
+Bytes bytesOf(const Exiv2::Exifdatum& tag) {
+  Bytes bytes(static_cast<std::size_t>(std::max<long>(tag.size(), 0)));
+  if (!bytes.empty()) tag.copy(bytes.data(), Exiv2::invalidByteOrder);
+  return bytes;
+}
+
+void erasePhotoshopPreviews(Exiv2::ExifData& exif) {
+  const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.ImageResources"));
+  if (tag == exif.end()) return;
+  Bytes resources = bytesOf(*tag);
+  dropPhotoshopPreviews(resources);
+  const auto value = Exiv2::Value::create(tag->typeId());
+  value->read(resources.data(), static_cast<long>(resources.size()), Exiv2::invalidByteOrder);
+  tag->setValue(value.get());
+}
+
+/// Gives a tag that is there another value of its own type.
+template <class Data, class Key>
+void restate(Data& data, const Key& key, std::int64_t value) {
+  const auto tag = data.findKey(key);
+  if (tag != data.end()) tag->setValue(std::to_string(value));
+}
+
+void apply(Exiv2::ExifData& exif, const ExifPatch& patch) {
+  if (patch.pixelSize) {
+    restate(exif, Exiv2::ExifKey("Exif.Photo.PixelXDimension"), patch.pixelSize->width);
+    restate(exif, Exiv2::ExifKey("Exif.Photo.PixelYDimension"), patch.pixelSize->height);
+  }
+  if (patch.resetOrientation) restate(exif, Exiv2::ExifKey("Exif.Image.Orientation"), 1);
+}
+
+/// The packet as it stands in the file, but for what the edit changes; Exiv2's own would be written anew.
+std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
+  const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.XMLPacket"));
+  if (tag == exif.end()) return {};
+  Bytes packet = bytesOf(*tag);
+  editXmp(packet, edit);
+  return {packet.begin(), packet.end()};
+}
+
+}  // namespace
+
+Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit) {
+  const std::lock_guard lock(exivMutex());
+  prepareExiv();
+  auto from = openTiff(source);
+  Bytes turned;
+  if (edit.turnPreview && hasMakerNote(from->exifData())) {
+    turned.assign(source.begin(), source.end());
+    remakeEmbeddedJpegs(turned, edit.turnPreview);
+    from = openTiff(turned);
+  }
+  const auto to = openTiff(result);
+  Exiv2::ExifData exif = from->exifData();
+  eraseOtherPictures(exif);
+  if (edit.turnPreview) erasePhotoshopPreviews(exif);
+  apply(exif, edit.exif);
+  const std::string packet = xmpPacketOf(exif, edit);
+  to->setByteOrder(from->byteOrder());
+  to->setExifData(exif);
+  to->setIptcData(from->iptcData());
+  to->setXmpPacket(packet);
+  to->xmpData().setPacket(packet);
+  to->writeXmpFromPacket(true);
+  to->writeMetadata();
+  Exiv2::BasicIo& io = to->io();
+  Bytes written(static_cast<std::size_t>(io.size()));
+  if (io.open() != 0 ||
+      io.read(written.data(), static_cast<long>(written.size())) != static_cast<long>(written.size())) {
+    throw ImageError("the metadata cannot be written");
+  }
+  return written;
+}
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace kestrova {
+
+enum class MediaKind { photo, video, other };
+
+}  // namespace kestrova

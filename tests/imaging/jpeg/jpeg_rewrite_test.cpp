@@ -1,0 +1,434 @@
+#include "imaging/jpeg/jpeg_rewrite.h"
+
+#include "imaging/jpeg/jpeg_encoder.h"
+#include "imaging/jpeg/jpeg_outline.h"
+#include "imaging/photo_rewrite.h"
+#include "support/external_tool.h"
+#include "support/rewriting.h"
+#include "support/sample_media.h"
+#include "support/temporary_folder.h"
+
+#include <QByteArray>
+#include <algorithm>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kestrova::imaging {
+namespace {
+
+using namespace kestrova::test;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+/// A JPEG as ImageMagick writes the sample picture with these settings.
+Bytes madeJpeg(const TemporaryFolder& folder, const std::vector<std::string>& settings, int width = 202,
+               int height = 146) {
+  const Path source = writeFile(folder / "made.png", pngPhoto({.width = width, .height = height}));
+  std::vector<std::string> arguments{source.native(), "-quality", "95"};
+  arguments.insert(arguments.end(), settings.begin(), settings.end());
+  arguments.push_back((folder / "made.jpg").native());
+  EXPECT_EQ(runTool("convert", arguments).status, 0);
+  return bytesOf(folder / "made.jpg");
+}
+
+std::string describe(const Path& file, const std::string& format) {
+  return runTool("identify", {"-format", format, file.native()}).output;
+}
+
+/// Puts segments behind the start of the image.
+Bytes withSegments(const Bytes& jpeg, const std::vector<Bytes>& segments) {
+  Bytes file(jpeg.begin(), jpeg.begin() + 2);
+  for (const auto& segment : segments) file.insert(file.end(), segment.begin(), segment.end());
+  file.insert(file.end(), jpeg.begin() + 2, jpeg.end());
+  return file;
+}
+
+Bytes named(std::string_view name, std::size_t size, std::uint8_t filler) {
+  Bytes payload(name.begin(), name.end());
+  payload.resize(name.size() + size, filler);
+  return payload;
+}
+
+/// A photo that says it has to be turned by a quarter.
+Bytes quarterTurned(const Bytes& jpeg) {
+  return withSegments(jpeg, {exifSegment(exifBlock({.orientation = 6}).encode())});
+}
+
+struct Kind {
+  std::string name;
+  std::vector<std::string> settings;
+};
+
+void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
+
+class JpegKindTest : public testing::TestWithParam<Kind> {
+ protected:
+  double likenessOf(const Bytes& source, const std::vector<std::string>& operations, const Bytes& result) {
+    return likeness(pictureOf(writeFile(folder_ / "source.jpg", source), operations),
+                    pictureOf(writeFile(folder_ / "result.jpg", result)));
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_P(JpegKindTest, KeepsItsColoursAndItsKindWhenScaled) {
+  const Bytes source = madeJpeg(folder_, GetParam().settings);
+  const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
+  EXPECT_GE(likenessOf(source, {"-filter", "Lanczos", "-resize", "101x73!"}, result), 38);
+  const std::string format = "%m %[channels] %[jpeg:colorspace] %[interlace]";
+  EXPECT_EQ(describe(folder_ / "source.jpg", format), describe(folder_ / "result.jpg", format));
+  EXPECT_THAT(describe(folder_ / "result.jpg", "%[jpeg:sampling-factor]"), MatchesRegex("1x1(,1x1)*"));
+}
+
+TEST_P(JpegKindTest, KeepsItsColoursWhenTurned) {
+  const Bytes source = madeJpeg(folder_, GetParam().settings);
+  const Bytes result = mustRewrite(quarterTurned(source), {std::nullopt, true});
+  EXPECT_GE(likenessOf(source, {"-rotate", "90"}, result), 30);
+}
+
+TEST_P(JpegKindTest, TurnsWithoutLossInWholeBlocks) {
+  const Bytes source = madeJpeg(folder_, GetParam().settings, 288, 192);
+  Bytes turned = source;
+  for (int i = 0; i < 4; ++i) turned = mustRewrite(quarterTurned(turned), {std::nullopt, true});
+  EXPECT_EQ(likenessOf(source, {}, turned), 999);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, JpegKindTest,
+    testing::Values(Kind{"Common", {"-sampling-factor", "2x2"}}, Kind{"Full", {"-sampling-factor", "1x1"}},
+                    Kind{"HalfAcross", {"-sampling-factor", "2x1"}},
+                    Kind{"HalfDown", {"-sampling-factor", "1x2"}},
+                    Kind{"QuarterAcross", {"-sampling-factor", "4x1"}},
+                    Kind{"Odd", {"-sampling-factor", "3x1"}}, Kind{"Grey", {"-colorspace", "Gray"}},
+                    Kind{"GreySampled", {"-colorspace", "Gray", "-sampling-factor", "2x2"}},
+                    Kind{"Progressive", {"-interlace", "JPEG", "-sampling-factor", "2x2"}},
+                    Kind{"Cmyk", {"-colorspace", "CMYK", "-sampling-factor", "1x1"}}),
+    [](const auto& test) { return test.param.name; });
+
+/// Red, green and blue as components of their own, which libjpeg tells by their names.
+Bytes rgbJpeg(const PixelSize& size) {
+  const Bytes pixels = samplePixels(static_cast<int>(size.width), static_cast<int>(size.height));
+  std::vector<Raster> planes(3, Raster(size.width, size.height, 1));
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const auto pixel = static_cast<std::int64_t>(i / 3);
+    planes[i % 3].row(pixel / size.width)[pixel % size.width] = pixels[i];
+  }
+  return encodeJpeg({JCS_RGB, false, {{'R', 1, 1}, {'G', 1, 1}, {'B', 1, 1}}}, size, planes, 95);
+}
+
+TEST(JpegRewrite, KeepsRedGreenAndBlueApart) {
+  const TemporaryFolder folder;
+  const Bytes source = rgbJpeg({202, 146});
+  const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
+  const Picture expected =
+      pictureOf(writeFile(folder / "source.jpg", source), {"-filter", "Lanczos", "-resize", "101x73!"});
+  EXPECT_GE(likeness(expected, pictureOf(writeFile(folder / "result.jpg", result))), 30);
+}
+
+TEST(JpegRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
+  const Bytes source = jpegPhoto({.width = 200, .height = 120, .orientation = 6, .thumbnail = true});
+  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+  EXPECT_EQ(mustRewrite(source, {PixelSize{200, 120}, false}), source);
+}
+
+TEST(JpegRewrite, PassesSegmentsThroughByteForByte) {
+  const std::vector<Bytes> segments{
+      jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\1\2", 14), 60'000, 3)),
+      jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\2\2", 14), 60'000, 4)),
+      jpegSegment(0xE1, named(std::string_view("http://ns.adobe.com/xmp/extension/\0", 35), 65'000, 'x')),
+      jpegSegment(0xED, named(std::string_view("Photoshop 3.0\0", 14), 20, 0)),
+      jpegSegment(0xEF, named("anything", 3, 9)),
+      jpegSegment(0xFE, named("a comment", 0, 0)),
+  };
+  const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
+  for (const RewriteRequest& request :
+       {RewriteRequest{PixelSize{32, 24}, false}, RewriteRequest{std::nullopt, true}}) {
+    const Bytes result = mustRewrite(source, request);
+    for (const auto& segment : segments) EXPECT_TRUE(contains(result, segment));
+  }
+}
+
+TEST(JpegRewrite, CarriesWhatFollowsThePicture) {
+  Bytes source = jpegPhoto({.width = 64, .height = 48});
+  const Bytes film = videoFile(3000);
+  source.insert(source.end(), film.begin(), film.end());
+  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  EXPECT_TRUE(std::ranges::equal(film, std::span(result).last(film.size())));
+}
+
+TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
+  const std::string_view name("http://ns.adobe.com/xap/1.0/\0", 29);
+  for (const std::string text :
+       {"<x tiff:Orientation=\"6\" y=\"6\"/>", "<tiff:Orientation>6</tiff:Orientation><a>6</a>"}) {
+    const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}),
+                                      {jpegSegment(0xE1, named(std::string(name) + text, 0, 0))});
+    std::string expected = text;
+    expected[expected.find('6')] = '1';
+    const auto asBytes = [](const std::string& string) { return Bytes(string.begin(), string.end()); };
+    EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), asBytes(expected)));
+    EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), asBytes(text)));
+  }
+}
+
+/// A preview, as it stands in bytes of a source that says it lies on its side, and as it should in the
+/// result.
+class PreviewTest : public testing::Test {
+ protected:
+  /// Whether what stands in the result at the place of the preview is the preview turned, or as like to it as
+  /// one that takes no more room can be.
+  void expectTurned(const Bytes& inResult) {
+    ASSERT_EQ(inResult.size(), preview_.size());
+    EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "expected.jpg", preview_), {"-rotate", "90"}),
+                       pictureOf(writeFile(folder_ / "turned.jpg", inResult))),
+              32);
+  }
+  /// What follows the first occurrence of the word, as long as the preview.
+  Bytes behind(const Bytes& file, std::string_view word) {
+    const auto found = std::ranges::search(file, word);
+    EXPECT_FALSE(found.empty());
+    return {found.end(), found.end() + static_cast<std::ptrdiff_t>(preview_.size())};
+  }
+  Bytes onItsSide(const std::vector<Bytes>& segments) {
+    return withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
+  }
+  Bytes part(std::size_t begin, std::size_t end) {
+    return {preview_.begin() + static_cast<std::ptrdiff_t>(begin),
+            preview_.begin() + static_cast<std::ptrdiff_t>(end)};
+  }
+
+  TemporaryFolder folder_;
+  const Bytes preview_ = jpegPhoto({.width = 93, .height = 60, .seed = 3, .exif = false});
+};
+
+TEST_F(PreviewTest, IsTurnedInASegmentThatNobodyKnows) {
+  const Bytes source = onItsSide({jpegSegment(0xE4, joined({named("screen shot", 0, 0), preview_}))});
+  expectTurned(behind(mustRewrite(source, {std::nullopt, true}), "screen shot"));
+}
+
+TEST_F(PreviewTest, IsTurnedWhenItGoesThroughSeveralSegments) {
+  const Bytes header = named(std::string_view("FPXR\0\0\2", 7), 6, 7);
+  const auto stream = [&](std::size_t begin, std::size_t end) {
+    return jpegSegment(0xE2, joined({header, part(begin, end)}));
+  };
+  const Bytes profile = jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\1\1", 14), 900, 3));
+  const Bytes source = onItsSide({stream(0, 300), profile, stream(300, 700), stream(700, preview_.size())});
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_TRUE(contains(result, profile));
+  Bytes inResult;
+  auto rest = std::span(result);
+  for (const std::size_t length : {std::size_t{300}, std::size_t{400}, preview_.size() - 700}) {
+    const auto found = std::ranges::search(rest, header);
+    ASSERT_FALSE(found.empty());
+    rest = std::span(found.end(), rest.end());
+    inResult.insert(inResult.end(), rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(length));
+  }
+  expectTurned(inResult);
+}
+
+TEST_F(PreviewTest, IsTurnedInXmp) {
+  const std::string_view name("http://ns.adobe.com/xap/1.0/\0", 29);
+  std::string text;
+  const QByteArray digits =
+      QByteArray(reinterpret_cast<const char*>(preview_.data()), static_cast<qsizetype>(preview_.size()))
+          .toBase64();
+  for (qsizetype i = 0; i < digits.size(); i += 76) text += digits.mid(i, 76).toStdString() + "&#xA;\n";
+  const Bytes packet =
+      named(std::string(name) + "<xmpGImg:image>" + text + "</xmpGImg:image><a>/9j/AA==</a>", 0, 0);
+  const Bytes result = mustRewrite(onItsSide({jpegSegment(0xE1, packet)}), {std::nullopt, true});
+  const auto begin = std::ranges::search(result, std::string_view("<xmpGImg:image>"));
+  const auto end = std::ranges::search(result, std::string_view("</xmpGImg:image><a>/9j/AA==</a>"));
+  ASSERT_FALSE(begin.empty() || end.empty());
+  QByteArray found(reinterpret_cast<const char*>(&*begin.end()), end.begin() - begin.end());
+  EXPECT_EQ(static_cast<std::size_t>(found.size()), text.size());
+  found = QByteArray::fromBase64(found.replace("&#xA;\n", ""));
+  expectTurned({found.begin(), found.end()});
+}
+
+TEST_F(PreviewTest, IsTurnedBehindThePicture) {
+  const Bytes film = joined({videoFile(3000), preview_});
+  const Bytes source = joined({onItsSide({}), Bytes(8, 0), preview_, film});
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  ASSERT_GT(result.size(), film.size() + preview_.size());
+  const auto end = result.end() - static_cast<std::ptrdiff_t>(film.size());
+  EXPECT_TRUE(std::equal(end, result.end(), film.begin())) << "a film was changed";
+  expectTurned({end - static_cast<std::ptrdiff_t>(preview_.size()), end});
+}
+
+TEST_F(PreviewTest, StaysWhenThePictureIsNotTurned) {
+  const Bytes source = joined({onItsSide({jpegSegment(0xE4, preview_)}), preview_});
+  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  EXPECT_TRUE(contains(result, jpegSegment(0xE4, preview_)));
+  EXPECT_TRUE(std::equal(preview_.rbegin(), preview_.rend(), result.rbegin()));
+}
+
+TEST_F(PreviewTest, StaysWhenItIsAMultipleOfThePicture) {
+  const Bytes bomb = jpegSegment(0xE4, withFrameSize(preview_, 4000, 4000));
+  const Bytes other = jpegSegment(0xE5, joined({named("screen shot", 0, 0), preview_}));
+  const Bytes result = mustRewrite(onItsSide({bomb, bomb, other}), {std::nullopt, true});
+  EXPECT_TRUE(contains(result, joined({bomb, bomb})));
+  expectTurned(behind(result, "screen shot"));
+}
+
+TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
+  const Path path = writeFile(folder_ / "small.png", pngPhoto({.width = 93, .height = 61, .exif = false}));
+  ASSERT_EQ(runTool("convert", {path.native(), "-quality", "12", "-define", "jpeg:optimize-coding=true",
+                                "-interlace", "JPEG", (folder_ / "small.jpg").native()})
+                .status,
+            0);
+  const Bytes source = bytesOf(folder_ / "small.jpg");
+  Bytes small = source;
+  std::int64_t pixelsLeft = 1'000'000;
+  const std::size_t length = turnJpegWithin(small, turnOf(6), pixelsLeft);
+  EXPECT_GT(length, 0U);
+  EXPECT_LE(length, source.size());
+  EXPECT_EQ(outlineJpeg(small)->imageEnd, length);
+  EXPECT_GT(imageSizeOf(small)->stored.height, imageSizeOf(small)->stored.width);
+}
+
+/// A photo with a second picture behind it and the index that leads there; big-endian.
+Bytes multiPicture(const Bytes& first, const Bytes& second) {
+  Bytes index = named(std::string_view("MPF\0MM\0*\0\0\0\10\0\3", 14), 0, 0);
+  const auto number = [&](std::size_t value, int bytes) {
+    while (bytes-- > 0) index.push_back(static_cast<std::uint8_t>(value >> 8 * bytes));
+  };
+  const auto entry = [&](std::size_t tag, std::size_t type, std::size_t count, std::size_t value) {
+    number(tag, 2), number(type, 2), number(count, 4), number(value, 4);
+  };
+  constexpr std::size_t entriesAt = 8 + 2 + 3 * 12 + 4;
+  entry(0xB000, 7, 4, 0x30313030);
+  entry(0xB001, 4, 1, 2);
+  entry(0xB002, 7, 32, entriesAt);
+  number(0, 4);
+  const std::size_t segmentBytes = 4 + 4 + entriesAt + 32;
+  const std::size_t base = 2 + 4 + 4;  // where offsets count from, in the file
+  number(0x20030000, 4), number(first.size() + segmentBytes, 4), number(0, 4), number(0, 4);
+  number(0x00020002, 4), number(second.size(), 4), number(first.size() + segmentBytes - base, 4),
+      number(0, 4);
+  Bytes file = withSegments(first, {jpegSegment(0xE2, index)});
+  file.insert(file.end(), second.begin(), second.end());
+  return file;
+}
+
+class MultiPictureTest : public testing::Test {
+ protected:
+  Bytes secondPicture(const Bytes& file) {
+    const Path path = writeFile(folder_ / "multi.jpg", file);
+    const std::string text = runTool("exiftool", {"-b", "-MPImage2", path.native()}).output;
+    return {text.begin(), text.end()};
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_F(MultiPictureTest, FindsItsSecondPictureBehindTheScaledFirst) {
+  const Bytes second = jpegPhoto({.width = 80, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = multiPicture(jpegPhoto({.width = 640, .height = 400}), second);
+  ASSERT_EQ(secondPicture(source), second);
+  EXPECT_EQ(secondPicture(mustRewrite(source, {PixelSize{320, 200}, false})), second);
+}
+
+TEST_F(MultiPictureTest, HasItsSecondPictureTurnedWithTheFirst) {
+  const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes turned = secondPicture(mustRewrite(source, {std::nullopt, true}));
+  EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "turned.jpg", turned)),
+                     pictureOf(writeFile(folder_ / "second.jpg", second), {"-rotate", "90"})),
+            45);
+}
+
+TEST_F(MultiPictureTest, KeepsAnIndexThatNamesNoOtherPicture) {
+  const Bytes index = jpegSegment(0xE2, named(std::string_view("MPF\0II*\0\10\0\0\0\0\0", 14), 8, 0));
+  const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {index});
+  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), index));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), index));
+}
+
+TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
+  const Bytes second(500, 7);
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  EXPECT_TRUE(secondPicture(result).empty());
+  EXPECT_FALSE(contains(result, second));
+  EXPECT_EQ(outlineJpeg(result)->imageEnd, result.size());
+}
+
+TEST_F(MultiPictureTest, StandsAThousandMutations) {
+  const Bytes second = jpegPhoto({.width = 64, .height = 48, .seed = 5, .exif = false});
+  const Bytes source = withSegments(
+      multiPicture(jpegPhoto({.width = 64, .height = 48, .orientation = 6, .thumbnail = true}), second),
+      {jpegSegment(0xED, named(std::string_view("Photoshop 3.0\0"
+                                                "8BIM\4\x0C\0\0\0\0\0\10",
+                                                26),
+                               60, 1))});
+  std::mt19937 random(17);
+  int written = 0;
+  for (int i = 0; i < 1000; ++i) {
+    Bytes file = source;
+    for (auto changes = 1 + random() % 5; changes > 0; --changes) {
+      const std::size_t range = random() % 2 == 0 ? 260 : file.size();
+      file[random() % range] = static_cast<std::uint8_t>(random());
+    }
+    const auto result = rewritePhoto(file, {PixelSize{24, 32}, random() % 2 == 0});
+    if (!result) continue;
+    ++written;
+    EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << "mutation " << i;
+  }
+  EXPECT_GT(written, 100);
+}
+
+TEST(JpegRewrite, LeavesPhotoshopsPreviewOutWhenItTurns) {
+  const auto resource = [](std::uint8_t low, std::uint8_t filler) {
+    Bytes block{'8', 'B', 'I', 'M', 4, low, 0, 0, 0, 0, 0, 5};
+    block.resize(block.size() + 6, filler);
+    return block;
+  };
+  const Bytes preview = resource(0x0C, 7);
+  const Bytes other = resource(0x04, 9);
+  Bytes payload = named(std::string_view("Photoshop 3.0\0", 14), 0, 0);
+  for (const Bytes& part : {other, preview, other}) payload.insert(payload.end(), part.begin(), part.end());
+  const Bytes source =
+      withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {jpegSegment(0xED, payload)});
+  Bytes both = other;
+  both.insert(both.end(), other.begin(), other.end());
+  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), both));
+  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), preview));
+}
+
+TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
+  const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false});
+  ASSERT_TRUE(rewritePhoto(withFrameSize(photo, 64, 48), {PixelSize{32, 24}, false}));
+  for (const auto& [width, height] :
+       {std::pair{60'000U, 60'000U}, {0U, 48U}, {64U, 0U}, {640U, 480U}, {30'000U, 30'000U}}) {
+    EXPECT_FALSE(rewritePhoto(withFrameSize(photo, width, height), {PixelSize{32, 24}, false}))
+        << width << "x" << height;
+    EXPECT_FALSE(rewritePhoto(withFrameSize(photo, width, height), {std::nullopt, false}))
+        << width << "x" << height;
+  }
+}
+
+TEST(JpegRewrite, SaysThatABombHasTooManyPixels) {
+  const Bytes bomb = withFrameSize(jpegPhoto({.width = 64, .height = 48, .exif = false}), 60'000, 60'000);
+  EXPECT_THAT(rewritePhoto(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("too many pixels"));
+}
+
+TEST(JpegRewrite, ScalesALineOfPixels) {
+  const Bytes tall = jpegPhoto({.width = 1, .height = 65'500, .orientation = 8});
+  EXPECT_EQ(imageSizeOf(mustRewrite(tall, {PixelSize{1, 720}, false}))->stored, (PixelSize{1, 720}));
+  EXPECT_EQ(imageSizeOf(mustRewrite(tall, {std::nullopt, true}))->stored, (PixelSize{65'500, 1}));
+}
+
+TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
+  const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false, .progressive = true});
+  const Bytes startOfScan{0xFF, 0xDA};
+  const auto scan = std::ranges::search(photo, startOfScan).begin() - photo.begin();
+  Bytes bomb(photo.begin(), photo.begin() + scan);
+  for (int i = 0; i < 101; ++i) bomb.insert(bomb.end(), photo.begin() + scan, photo.end() - 2);
+  bomb.insert(bomb.end(), {0xFF, 0xD9});
+  EXPECT_THAT(rewritePhoto(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("scans"));
+}
+
+}  // namespace
+}  // namespace kestrova::imaging
