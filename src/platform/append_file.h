@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/file_descriptor.h"
+#include "platform/file_manager.h"
+
+#include <string_view>
+
+namespace kestrova {
+
+/// A file that grows line by line. It is readable by its user only, and locked for as long as it is open, so
+/// that others can tell whether its writer still lives. Calls must not overlap.
+class AppendFile {
+ public:
+  /// Creates the file in an existing folder. Fails with EEXIST when the name is taken.
+  static FileResult<AppendFile> create(const Path& path);
+
+  /// Adds the bytes at the end. They outlive a crash of the program, not one of the machine. After an error
+  /// a part of them may be there.
+  FileResult<void> append(std::string_view bytes);
+
+ private:
+  explicit AppendFile(FileDescriptor file) : file_(std::move(file)) {}
+
+  FileDescriptor file_;
+};
+
+/// Whether the writer of such a file still has it open.
+bool isBeingWritten(const Path& path);
+
+}  // namespace kestrova
