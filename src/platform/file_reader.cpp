@@ -1,0 +1,35 @@
+#include "platform/file_reader.h"
+
+#include "platform/file_error.h"
+#include "platform/regular_file.h"
+
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kestrova {
+
+FileResult<FileReader> FileReader::open(const Path& path, ReadFrom from) {
+  auto regular = openRegularFile(path);
+  if (!regular) return tl::make_unexpected(regular.error());
+#ifdef POSIX_FADV_DONTNEED
+  // Drops the pages that are on the disk already.
+  if (from == ReadFrom::disk) ::posix_fadvise(regular->file.get(), 0, 0, POSIX_FADV_DONTNEED);
+#endif
+  return FileReader(std::move(regular->file), static_cast<std::uint64_t>(regular->status.st_size));
+}
+
+FileResult<std::size_t> FileReader::read(std::span<std::uint8_t> buffer) {
+  std::size_t filled = 0;
+  while (filled < buffer.size()) {
+    const ssize_t count =
+        uninterrupted([&] { return ::read(file_.get(), buffer.data() + filled, buffer.size() - filled); });
+    if (count < 0) return failure();
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+  }
+  return filled;
+}
+
+}  // namespace kestrova

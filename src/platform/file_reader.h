@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/bytes.h"
+#include "platform/file_descriptor.h"
+#include "platform/file_manager.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace kestrova {
+
+/// Where a file's bytes are read from.
+enum class ReadFrom {
+  cache,  ///< from memory, where the system still has them
+  disk,   ///< from the disk itself, as far as the system allows: what was written must be durable before
+};
+
+/// Reads a regular file from its start to its end, piece by piece. Never waits for a FIFO or a device.
+class FileReader {
+ public:
+  static FileResult<FileReader> open(const Path& path, ReadFrom from = ReadFrom::cache);
+
+  /// Fills the buffer, or less of it at the file's end. Returns how many bytes there are; 0 at the end.
+  FileResult<std::size_t> read(std::span<std::uint8_t> buffer);
+
+  /// The file's size in bytes when it was opened.
+  std::uint64_t size() const { return size_; }
+
+ private:
+  FileReader(FileDescriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+
+  FileDescriptor file_;
+  std::uint64_t size_;
+};
+
+}  // namespace kestrova

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/file_reader.h"
+
+#include <functional>
+#include <string>
+
+/// What files hold, to the byte. Callable from any thread; nothing is kept in memory but a few buffers.
+namespace kestrova::report {
+
+/// Asked between pieces of a file; true ends the work with ECANCELED.
+using Stopped = std::function<bool()>;
+
+/// The SHA-256 digest (FIPS 180-4) of a regular file as 64 lowercase hexadecimal digits.
+FileResult<std::string> sha256Of(const Path& path, ReadFrom from = ReadFrom::cache,
+                                 const Stopped& stopped = {});
+
+/// The same of bytes in memory.
+std::string sha256Of(ByteView bytes);
+
+/// Why two files could not be compared, and which of them it was.
+struct ComparisonError {
+  bool isFirst = false;
+  FileError error;
+};
+
+/// Whether two regular files hold the same bytes. Files of different sizes are not read.
+tl::expected<bool, ComparisonError> haveSameContent(const Path& first, const Path& second,
+                                                    ReadFrom from = ReadFrom::cache,
+                                                    const Stopped& stopped = {});
+
+}  // namespace kestrova::report
