@@ -20,16 +20,34 @@ FileResult<FileReader> FileReader::open(const Path& path, ReadFrom from) {
   return FileReader(std::move(regular->file), static_cast<std::uint64_t>(regular->status.st_size));
 }
 
-FileResult<std::size_t> FileReader::read(std::span<std::uint8_t> buffer) {
+namespace {
+
+/// Calls `readSome(bytes already there)` until the buffer is full or the file ends.
+template <typename ReadSome>
+FileResult<std::size_t> fill(std::size_t size, const ReadSome& readSome) {
   std::size_t filled = 0;
-  while (filled < buffer.size()) {
-    const ssize_t count =
-        uninterrupted([&] { return ::read(file_.get(), buffer.data() + filled, buffer.size() - filled); });
+  while (filled < size) {
+    const ssize_t count = uninterrupted([&] { return readSome(filled); });
     if (count < 0) return failure();
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
   }
   return filled;
+}
+
+}  // namespace
+
+FileResult<std::size_t> FileReader::read(std::span<std::uint8_t> buffer) {
+  return fill(buffer.size(), [&](std::size_t filled) {
+    return ::read(file_.get(), buffer.data() + filled, buffer.size() - filled);
+  });
+}
+
+FileResult<std::size_t> FileReader::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const {
+  return fill(buffer.size(), [&](std::size_t filled) {
+    return ::pread(file_.get(), buffer.data() + filled, buffer.size() - filled,
+                   static_cast<off_t>(offset + filled));
+  });
 }
 
 }  // namespace kestrova

@@ -16,13 +16,17 @@ enum class ReadFrom {
   disk,   ///< from the disk itself, as far as the system allows: what was written must be durable before
 };
 
-/// Reads a regular file from its start to its end, piece by piece. Never waits for a FIFO or a device.
+/// Reads a regular file piece by piece. Never waits for a FIFO or a device.
 class FileReader {
  public:
   static FileResult<FileReader> open(const Path& path, ReadFrom from = ReadFrom::cache);
 
-  /// Fills the buffer, or less of it at the file's end. Returns how many bytes there are; 0 at the end.
+  /// Fills the buffer with what comes next, or less of it at the file's end. Returns how many bytes there
+  /// are; 0 at the end.
   FileResult<std::size_t> read(std::span<std::uint8_t> buffer);
+
+  /// The same from an offset, wherever the reading stands.
+  FileResult<std::size_t> readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const;
 
   /// The file's size in bytes when it was opened.
   std::uint64_t size() const { return size_; }
