@@ -32,7 +32,7 @@ struct Class {
 
 /// As memcmp does; pieces of one class are equally long.
 int comparePieces(const File& a, const File& b) {
-  return std::memcmp(a.piece.data(), b.piece.data(), a.piece.size());
+  return a.piece.empty() ? 0 : std::memcmp(a.piece.data(), b.piece.data(), a.piece.size());
 }
 
 bool holdsBothKinds(const std::vector<File*>& files) {
