@@ -17,7 +17,9 @@ FileResult<FileReader> FileReader::open(const Path& path, ReadFrom from) {
   // Drops the pages that are on the disk already.
   if (from == ReadFrom::disk) ::posix_fadvise(regular->file.get(), 0, 0, POSIX_FADV_DONTNEED);
 #endif
-  return FileReader(std::move(regular->file), static_cast<std::uint64_t>(regular->status.st_size));
+  const struct stat& status = regular->status;
+  return FileReader(std::move(regular->file), static_cast<std::uint64_t>(status.st_size),
+                    FileIdentity{status.st_dev, status.st_ino});
 }
 
 namespace {

@@ -16,6 +16,13 @@ enum class ReadFrom {
   disk,   ///< from the disk itself, as far as the system allows: what was written must be durable before
 };
 
+/// Which file it is, whatever its names: the volume and the file's number on it.
+struct FileIdentity {
+  std::uint64_t volume = 0;
+  std::uint64_t number = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+
 /// Reads a regular file piece by piece. Never waits for a FIFO or a device.
 class FileReader {
  public:
@@ -30,12 +37,15 @@ class FileReader {
 
   /// The file's size in bytes when it was opened.
   std::uint64_t size() const { return size_; }
+  const FileIdentity& identity() const { return identity_; }
 
  private:
-  FileReader(FileDescriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+  FileReader(FileDescriptor file, std::uint64_t size, FileIdentity identity)
+      : file_(std::move(file)), size_(size), identity_(identity) {}
 
   FileDescriptor file_;
   std::uint64_t size_;
+  FileIdentity identity_;
 };
 
 }  // namespace kestrova

@@ -21,6 +21,7 @@ struct File {
   std::size_t index = 0;  ///< among the wanted files, or among the candidates
   bool isWanted = false;
   std::optional<FileReader> reader;  ///< kept from piece to piece where few files are compared
+  FileIdentity identity;
   Bytes piece;
 };
 
@@ -71,7 +72,8 @@ class Comparison {
 
  private:
   void add(const Path& path, std::size_t index, bool isWanted) {
-    files_.push_back({.path = path, .index = index, .isWanted = isWanted, .reader = {}, .piece = {}});
+    files_.push_back(
+        {.path = path, .index = index, .isWanted = isWanted, .reader = {}, .identity = {}, .piece = {}});
   }
 
   std::vector<File*> allFiles() {
@@ -99,6 +101,7 @@ class Comparison {
       auto reader = FileReader::open(file.path, from_);
       if (!reader) return tl::make_unexpected(reader.error());
       file.reader = std::move(*reader);
+      file.identity = file.reader->identity();
     }
     file.piece.resize(length);
     const auto count = file.reader->readAt(offset, file.piece);
@@ -121,12 +124,13 @@ class Comparison {
   }
 
   void settle(const std::vector<File*>& same) {
-    std::optional<std::size_t> candidate;
-    for (const File* file : same) {
-      if (!file->isWanted) candidate = std::min(candidate.value_or(file->index), file->index);
-    }
-    for (const File* file : same) {
-      if (file->isWanted) found_[file->index].candidate = candidate;
+    for (const File* wanted : same) {
+      if (!wanted->isWanted) continue;
+      auto& candidate = found_[wanted->index].candidate;
+      for (const File* file : same) {
+        if (file->isWanted || file->identity == wanted->identity) continue;
+        candidate = std::min(candidate.value_or(file->index), file->index);
+      }
     }
   }
 

@@ -21,7 +21,8 @@ struct EqualFile {
   std::optional<FileError> error;        ///< why the wanted file itself cannot be read
 };
 
-/// Finds for each wanted file a candidate that holds exactly the same bytes. The files are read side by side,
+/// Finds for each wanted file a candidate that holds exactly the same bytes and is another file: another name
+/// of the same file is no copy of it. The files are read side by side,
 /// each byte at most once, and a file no further than another could still equal it. Memory and the number of
 /// open files are bounded. One answer for each wanted file, in their order; ECANCELED when `stopped` ended
 /// the work. Callable from any thread.

@@ -91,6 +91,19 @@ TEST_F(EqualFilesTest, AreNoneWhereTheSizeHasChanged) {
   EXPECT_EQ(found()[0].candidate, std::nullopt);
 }
 
+TEST_F(EqualFilesTest, AreNotOtherNamesOfTheSameFile) {
+  files.size = 10;
+  want(file("a", 'a', 'a'));
+  std::filesystem::create_hard_link(folder / "a", folder / "hard");
+  std::filesystem::create_symlink(folder / "a", folder / "symbolic");
+  offer(folder / "hard");
+  offer(folder / "symbolic");
+  offer(folder / "a");
+  EXPECT_EQ(found()[0].candidate, std::nullopt);
+  offer(file("copy", 'a', 'a'));
+  EXPECT_EQ(found()[0].candidate, 3U);
+}
+
 TEST_F(EqualFilesTest, AreNoLongerLookedForOnceStopped) {
   files.size = severalPieces;
   want(file("a", 'a', 'a'));
