@@ -2,7 +2,7 @@
 
 #include "imaging/base/image_error.h"
 #include "imaging/scale/resampler.h"
-#include "toolkit/bitmap_turn.h"
+#include "toolkit/bitmap_reorientation.h"
 #include "toolkit/image_codec.h"
 
 #include <QColorSpace>
@@ -79,11 +79,11 @@ QImage resampled(const QImage& bitmap, QSize pixels) {
   }
 }
 
-/// The turn that a transform makes of a bitmap, where sides stay parallel to the axes. QPainter is half a
+/// What a transform makes of a bitmap, where sides stay parallel to the axes. QPainter is half a
 /// pixel off when it mirrors smoothly, so that is left to `turned`.
-std::optional<imaging::Turn> exactTurn(const QTransform& t) {
-  if (t.m12() == 0 && t.m21() == 0) return imaging::Turn{t.m11() < 0, t.m22() < 0, false};
-  if (t.m11() == 0 && t.m22() == 0) return imaging::Turn{t.m12() < 0, t.m21() < 0, true};
+std::optional<imaging::Reorientation> exactReorientation(const QTransform& t) {
+  if (t.m12() == 0 && t.m21() == 0) return imaging::Reorientation{t.m11() < 0, t.m22() < 0, false};
+  if (t.m11() == 0 && t.m22() == 0) return imaging::Reorientation{t.m12() < 0, t.m21() < 0, true};
   return std::nullopt;
 }
 
@@ -130,10 +130,10 @@ void ImageCanvas::draw(const QImage& bitmap, const QRectF& rect, Composition com
   const QTransform& toPixels = painter_.transform();
   const QRectF own(QPointF(), rect.size());
   const QImage shown = prepared(bitmap, rect.size());
-  if (const auto turn = exactTurn(toPixels)) {
+  if (const auto reorientation = exactReorientation(toPixels)) {
     const QRectF target = toPixels.mapRect(own);
     painter_.resetTransform();
-    painter_.drawImage(target, turned(shown, *turn));
+    painter_.drawImage(target, reoriented(shown, *reorientation));
   } else {
     painter_.drawImage(own, shown);
   }

@@ -2,7 +2,7 @@
 
 #include "imaging/base/image_limits.h"
 #include "imaging/photo_properties.h"
-#include "toolkit/bitmap_turn.h"
+#include "toolkit/bitmap_reorientation.h"
 #include "toolkit/embedded_thumbnail.h"
 #include "toolkit/jpeg_codec.h"
 #include "toolkit/png_codec.h"
@@ -44,7 +44,7 @@ QImage decodeEmbeddedThumbnail(ByteView file) { return decodeJpeg(embeddedThumbn
 
 QImage turnedUpright(const QImage& stored, ByteView file) {
   const auto properties = imaging::readPhotoProperties(file);
-  return turned(stored, imaging::turnOf(properties ? properties->orientation.value_or(1) : 1));
+  return reoriented(stored, imaging::reorientationFrom(properties ? properties->orientation.value_or(1) : 1));
 }
 
 std::optional<Bytes> encodeImage(const QImage& image, ImageType type, EncodingProperties properties) {

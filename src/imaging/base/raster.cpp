@@ -10,7 +10,7 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// Edge of the squares that are turned one by one, so that both rasters stay in the cache.
+/// Edge of the squares that are copied one by one, so that both rasters stay in the cache.
 constexpr std::int64_t tile = 32;
 
 struct Steps {
@@ -19,18 +19,19 @@ struct Steps {
   std::ptrdiff_t down;
 };
 
-Steps stepsThrough(const Raster& raster, const Turn& turn) {
-  const std::ptrdiff_t alongX = turn.mirrorX ? -raster.pixelBytes() : raster.pixelBytes();
+Steps stepsThrough(const Raster& raster, const Reorientation& reorientation) {
+  const std::ptrdiff_t alongX = reorientation.mirrorX ? -raster.pixelBytes() : raster.pixelBytes();
   const std::ptrdiff_t stride = raster.height() > 1 ? raster.row(1) - raster.row(0) : 0;
-  const std::ptrdiff_t alongY = turn.mirrorY ? -stride : stride;
-  const std::int64_t x = turn.mirrorX ? raster.width() - 1 : 0;
-  const std::uint8_t* origin = raster.row(turn.mirrorY ? raster.height() - 1 : 0) + x * raster.pixelBytes();
-  return turn.transpose ? Steps{origin, alongY, alongX} : Steps{origin, alongX, alongY};
+  const std::ptrdiff_t alongY = reorientation.mirrorY ? -stride : stride;
+  const std::int64_t x = reorientation.mirrorX ? raster.width() - 1 : 0;
+  const std::uint8_t* origin =
+      raster.row(reorientation.mirrorY ? raster.height() - 1 : 0) + x * raster.pixelBytes();
+  return reorientation.transpose ? Steps{origin, alongY, alongX} : Steps{origin, alongX, alongY};
 }
 
 /// `fixedBytes` 0 stands for pixels of any width.
 template <int fixedBytes>
-void turnTile(const Steps& steps, Raster& result, std::int64_t left, std::int64_t top) {
+void reorientTile(const Steps& steps, Raster& result, std::int64_t left, std::int64_t top) {
   const auto pixelBytes = static_cast<std::size_t>(fixedBytes == 0 ? result.pixelBytes() : fixedBytes);
   const std::int64_t right = std::min(left + tile, result.width());
   const std::int64_t bottom = std::min(top + tile, result.height());
@@ -44,11 +45,11 @@ void turnTile(const Steps& steps, Raster& result, std::int64_t left, std::int64_
 }
 
 template <int fixedBytes>
-void turnAll(const Raster& raster, const Turn& turn, Raster& result) {
-  const Steps steps = stepsThrough(raster, turn);
+void reorientAll(const Raster& raster, const Reorientation& reorientation, Raster& result) {
+  const Steps steps = stepsThrough(raster, reorientation);
   for (std::int64_t top = 0; top < result.height(); top += tile) {
     for (std::int64_t left = 0; left < result.width(); left += tile)
-      turnTile<fixedBytes>(steps, result, left, top);
+      reorientTile<fixedBytes>(steps, result, left, top);
   }
 }
 
@@ -63,31 +64,31 @@ Raster::Raster(std::int64_t width, std::int64_t height, int pixelBytes)
   samples_.resize(stride_ * static_cast<std::size_t>(height));
 }
 
-Raster turned(Raster raster, const Turn& turn) {
-  if (turn.isNone()) return raster;
-  const PixelSize size = turned(PixelSize{raster.width(), raster.height()}, turn);
+Raster reoriented(Raster raster, const Reorientation& reorientation) {
+  if (reorientation.isNone()) return raster;
+  const PixelSize size = reoriented(PixelSize{raster.width(), raster.height()}, reorientation);
   Raster result(size.width, size.height, raster.pixelBytes());
   switch (raster.pixelBytes()) {
     case 1:
-      turnAll<1>(raster, turn, result);
+      reorientAll<1>(raster, reorientation, result);
       break;
     case 2:
-      turnAll<2>(raster, turn, result);
+      reorientAll<2>(raster, reorientation, result);
       break;
     case 3:
-      turnAll<3>(raster, turn, result);
+      reorientAll<3>(raster, reorientation, result);
       break;
     case 4:
-      turnAll<4>(raster, turn, result);
+      reorientAll<4>(raster, reorientation, result);
       break;
     case 6:
-      turnAll<6>(raster, turn, result);
+      reorientAll<6>(raster, reorientation, result);
       break;
     case 8:
-      turnAll<8>(raster, turn, result);
+      reorientAll<8>(raster, reorientation, result);
       break;
     default:
-      turnAll<0>(raster, turn, result);
+      reorientAll<0>(raster, reorientation, result);
   }
   return result;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/base/turn.h"
+#include "imaging/base/reorientation.h"
 #include "platform/bytes.h"
 
 #include <cstddef>
@@ -35,7 +35,7 @@ class Raster {
   Bytes samples_;
 };
 
-/// The raster turned; given up as it is when there is nothing to turn.
-Raster turned(Raster raster, const Turn& turn);
+/// The raster reoriented; the very same one when there is nothing to do.
+Raster reoriented(Raster raster, const Reorientation& reorientation);
 
 }  // namespace kestrova::imaging

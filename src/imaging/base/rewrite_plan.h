@@ -2,7 +2,7 @@
 
 #include "imaging/base/image_error.h"
 #include "imaging/base/image_size.h"
-#include "imaging/base/turn.h"
+#include "imaging/base/reorientation.h"
 
 #include <cstdint>
 #include <optional>
@@ -23,25 +23,26 @@ struct RewriteRequest {
 struct RewritePlan {
   PixelSize source;  ///< as stored
   PixelSize scaled;  ///< of the result, before it is turned
-  Turn turn;
+  Reorientation reorientation;
   bool resetOrientation = false;
 
-  PixelSize result() const { return turned(scaled, turn); }
+  PixelSize result() const { return reoriented(scaled, reorientation); }
   bool scales() const { return scaled != source; }
-  bool keepsPixels() const { return !scales() && turn.isNone(); }
+  bool keepsPixels() const { return !scales() && reorientation.isNone(); }
 };
 
 /// Throws ImageError unless the result's pixels stay within the limits; while they are turned, they are there
 /// twice.
 inline void requireAffordable(const RewritePlan& plan, std::int64_t bytesPerPixel) {
   requireAffordable(plan.scaled.width, plan.scaled.height,
-                    plan.turn.isNone() ? bytesPerPixel : 2 * bytesPerPixel);
+                    plan.reorientation.isNone() ? bytesPerPixel : 2 * bytesPerPixel);
 }
 
 inline RewritePlan planRewrite(const ImageSize& photo, const RewriteRequest& request) {
-  const Turn turn = request.upright ? turnOf(photo.orientation) : Turn{};
-  const PixelSize scaled = request.size ? turned(*request.size, turn) : photo.stored;
-  return {photo.stored, scaled, turn, request.upright};
+  const Reorientation reorientation =
+      request.upright ? reorientationFrom(photo.orientation) : Reorientation{};
+  const PixelSize scaled = request.size ? reoriented(*request.size, reorientation) : photo.stored;
+  return {photo.stored, scaled, reorientation, request.upright};
 }
 
 }  // namespace kestrova::imaging

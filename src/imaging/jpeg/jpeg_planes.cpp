@@ -58,8 +58,8 @@ JpegFormat writableFormat(JpegFormat format, bool scales) {
   return format;
 }
 
-JpegFormat turned(JpegFormat format, const Turn& turn) {
-  if (!turn.transpose) return format;
+JpegFormat reoriented(JpegFormat format, const Reorientation& reorientation) {
+  if (!reorientation.transpose) return format;
   for (auto& component : format.components) std::swap(component.horizontal, component.vertical);
   return format;
 }
@@ -88,9 +88,9 @@ RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std
   const JpegFormat source = decoder.format();
   const auto& component = format.components[i];
   AxisMapping x = planeAxis(plan.source.width, plan.scaled.width, plane.width, plane.samplesPerPixelX,
-                            component.horizontal, format.maxHorizontal(), plan.turn.mirrorX);
+                            component.horizontal, format.maxHorizontal(), plan.reorientation.mirrorX);
   AxisMapping y = planeAxis(plan.source.height, plan.scaled.height, plane.height, plane.samplesPerPixelY,
-                            component.vertical, format.maxVertical(), plan.turn.mirrorY);
+                            component.vertical, format.maxVertical(), plan.reorientation.mirrorY);
   x.interpolated = isInterpolated(source.components[i].horizontal, source.maxHorizontal(),
                                   component.horizontal, format.maxHorizontal(), plane.samplesPerPixelX);
   y.interpolated = isInterpolated(source.components[i].vertical, source.maxVertical(), component.vertical,
@@ -105,7 +105,7 @@ void requireRoom(const JpegFormat& format, const RewritePlan& plan) {
     bytes += planeExtent(plan.scaled.width, component.horizontal, format.maxHorizontal()) *
              planeExtent(plan.scaled.height, component.vertical, format.maxVertical());
   }
-  requireMemory(static_cast<std::uint64_t>(plan.turn.isNone() ? bytes : 2 * bytes));
+  requireMemory(static_cast<std::uint64_t>(plan.reorientation.isNone() ? bytes : 2 * bytes));
 }
 
 }  // namespace
@@ -121,8 +121,8 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
   for (std::size_t i = 0; i < format.components.size(); ++i)
     scalers.push_back(scalerFor(decoder, format, i, plan));
   decoder.decode([&](std::size_t component, const std::uint8_t* row) { scalers[component].push(row); });
-  JpegPlanes result{turned(format, plan.turn), plan.result(), {}};
-  for (auto& scaler : scalers) result.planes.push_back(turned(scaler.take(), plan.turn));
+  JpegPlanes result{reoriented(format, plan.reorientation), plan.result(), {}};
+  for (auto& scaler : scalers) result.planes.push_back(reoriented(scaler.take(), plan.reorientation));
   return result;
 }
 

@@ -5,7 +5,7 @@
 #include "imaging/jpeg/jpeg_metadata.h"
 #include "imaging/jpeg/jpeg_outline.h"
 #include "imaging/jpeg/jpeg_planes.h"
-#include "imaging/jpeg/jpeg_turn.h"
+#include "imaging/jpeg/jpeg_reorientation.h"
 
 #include <algorithm>
 #include <optional>
@@ -36,7 +36,8 @@ JpegOutline readableOutline(ByteView file) {
 Bytes newPixels(ByteView file, const RewritePlan& plan) {
   std::optional<JpegDecoder> decoder(std::in_place, file);
   if (decoder->size() != plan.source) throw ImageError("the frame header contradicts itself");
-  if (!plan.scales() && turnsLosslessly(*decoder, plan.turn)) return turnCoefficients(*decoder, plan.turn);
+  if (!plan.scales() && reorientsLosslessly(*decoder, plan.reorientation))
+    return reorientCoefficients(*decoder, plan.reorientation);
   JpegPlanes picture = decodePlanes(*decoder, plan);
   decoder.reset();  // so that its memory and the encoder's are not held at the same time
   return encodeJpeg(picture.format, picture.size, picture.planes,
@@ -53,12 +54,12 @@ std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, B
 
 /// Turns a JPEG within its bytes at lower and lower quality, then at smaller and smaller size.
 std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outline, const PixelSize& size,
-                         const Turn& turn) {
+                         const Reorientation& reorientation) {
   for (const int divisor : {1, 2, 4, 8}) {
     const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
                            std::max<std::int64_t>(1, size.height / divisor)};
     JpegDecoder decoder(bytes);
-    JpegPlanes picture = decodePlanes(decoder, {size, scaled, turn, false});
+    JpegPlanes picture = decodePlanes(decoder, {size, scaled, reorientation, false});
     for (const int quality : {90, 80, 70, 60}) {
       const Bytes pixels = encodeJpeg(picture.format, picture.size, picture.planes, quality);
       if (const std::size_t length = fitInto(bytes, outline, pixels)) return length;
@@ -81,25 +82,27 @@ Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
   return joinJpeg(file, outline, newPixels(file, plan), edit);
 }
 
-std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn, std::int64_t& pixelsLeft) {
+std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
+                           std::int64_t& pixelsLeft) {
   try {
     const JpegOutline outline = readableOutline(bytes);
     const PixelSize size = JpegDecoder(bytes).size();
     if (pixelsOf(size) > pixelsLeft) return 0;
     pixelsLeft -= pixelsOf(size);
-    const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, turn, false}));
-    return length > 0 ? length : turnCoarsely(bytes, outline, size, turn);
+    const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, reorientation, false}));
+    return length > 0 ? length : turnCoarsely(bytes, outline, size, reorientation);
   } catch (const ImageError&) {
     return 0;  // what cannot be decoded cannot be turned
   }
 }
 
 MetadataEdit metadataEdit(const RewritePlan& plan) {
-  MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.turn.transpose}, {}};
-  if (plan.turn.isNone()) return edit;
+  MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.reorientation.transpose}, {}};
+  if (plan.reorientation.isNone()) return edit;
   const std::int64_t budget = std::max(pixelsOf(plan.source), smallPhotoPixels) * previewsToPhoto;
-  edit.turnPreview = [turn = plan.turn, pixelsLeft = budget](std::span<std::uint8_t> jpeg) mutable {
-    return turnJpegWithin(jpeg, turn, pixelsLeft);
+  edit.turnPreview = [reorientation = plan.reorientation,
+                      pixelsLeft = budget](std::span<std::uint8_t> jpeg) mutable {
+    return turnJpegWithin(jpeg, reorientation, pixelsLeft);
   };
   return edit;
 }

@@ -20,7 +20,8 @@ Bytes rewriteJpeg(ByteView file, const RewritePlan& plan);
 /// Turns a JPEG within its bytes, in the best quality that they have room for, and fills up what is left of
 /// them with zeros. Its pixels are taken off `pixelsLeft`. Returns how many bytes it takes up now; 0, and
 /// nothing is done, when it does not decode or has more pixels than are left.
-std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Turn& turn, std::int64_t& pixelsLeft);
+std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
+                           std::int64_t& pixelsLeft);
 
 /// What a photo's metadata need, of whatever type it is: their previews are JPEGs.
 MetadataEdit metadataEdit(const RewritePlan& plan);

@@ -64,7 +64,7 @@ Picture decodePicture(ByteView file, const RewritePlan& plan) {
                       layout);
   decoder.decode([&](const std::uint8_t* row) { scaler.push(row); });
   format.size = plan.result();
-  return {source, format, decoder.palette(), turned(scaler.take(), plan.turn)};
+  return {source, format, decoder.palette(), reoriented(scaler.take(), plan.reorientation)};
 }
 
 /// A background colour in the new format; empty when it makes no sense.

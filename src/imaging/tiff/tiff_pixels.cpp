@@ -76,8 +76,8 @@ TiffPicture decodeTiff(ByteView file, const RewritePlan& plan) {
                       layoutOf(format));
   decoder.decode([&](const std::uint8_t* row) { scaler.push(plan.scales() ? expander.expand(row) : row); });
   format.size = plan.result();
-  if (plan.turn.transpose) std::swap(format.resolution[0], format.resolution[1]);
-  return {format, turned(scaler.take(), plan.turn)};
+  if (plan.reorientation.transpose) std::swap(format.resolution[0], format.resolution[1]);
+  return {format, reoriented(scaler.take(), plan.reorientation)};
 }
 
 void verifyTiff(ByteView file) {

@@ -282,7 +282,7 @@ TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
   const Bytes source = bytesOf(folder_ / "small.jpg");
   Bytes small = source;
   std::int64_t pixelsLeft = 1'000'000;
-  const std::size_t length = turnJpegWithin(small, turnOf(6), pixelsLeft);
+  const std::size_t length = turnJpegWithin(small, reorientationFrom(6), pixelsLeft);
   EXPECT_GT(length, 0U);
   EXPECT_LE(length, source.size());
   EXPECT_EQ(outlineJpeg(small)->imageEnd, length);

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "imaging/base/turn.h"
+#include "imaging/base/reorientation.h"
 #include "imaging/jpeg/jpeg_decoder.h"
 
 namespace kestrova::imaging {
 
 /// Whether turning the coefficients gives exactly the picture turned, in the memory that there is: blocks
 /// that the edge cuts must not come to lie at the left or the top.
-bool turnsLosslessly(JpegDecoder& decoder, const Turn& turn);
+bool reorientsLosslessly(JpegDecoder& decoder, const Reorientation& reorientation);
 
 /// The picture turned without decoding its pixels, with Huffman tables of its own and no application
 /// segments. The decoder must not have been started. Throws ImageError.
-Bytes turnCoefficients(JpegDecoder& decoder, const Turn& turn);
+Bytes reorientCoefficients(JpegDecoder& decoder, const Reorientation& reorientation);
 
 }  // namespace kestrova::imaging

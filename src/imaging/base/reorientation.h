@@ -7,17 +7,17 @@
 namespace kestrova::imaging {
 
 /// How stored pixels become upright ones: mirrored along the stored axes first, then the axes exchanged.
-struct Turn {
+struct Reorientation {
   bool mirrorX = false;
   bool mirrorY = false;
   bool transpose = false;
 
   bool isNone() const { return !mirrorX && !mirrorY && !transpose; }
-  bool operator==(const Turn&) const = default;
+  bool operator==(const Reorientation&) const = default;
 };
 
-/// The turn that a TIFF 6.0 Orientation asks for; none for whatever is not 1 to 8.
-constexpr Turn turnOf(std::int64_t orientation) {
+/// What makes pixels upright that are stored in this TIFF 6.0 Orientation; nothing to do unless it is 2 to 8.
+constexpr Reorientation reorientationFrom(std::int64_t orientation) {
   switch (orientation) {
     case 2:
       return {true, false, false};
@@ -38,8 +38,8 @@ constexpr Turn turnOf(std::int64_t orientation) {
   }
 }
 
-inline PixelSize turned(const PixelSize& size, const Turn& turn) {
-  return turn.transpose ? PixelSize{size.height, size.width} : size;
+inline PixelSize reoriented(const PixelSize& size, const Reorientation& reorientation) {
+  return reorientation.transpose ? PixelSize{size.height, size.width} : size;
 }
 
 }  // namespace kestrova::imaging

@@ -1,4 +1,4 @@
-#include "imaging/jpeg/jpeg_turn.h"
+#include "imaging/jpeg/jpeg_reorientation.h"
 
 #include "imaging/base/image_limits.h"
 
@@ -14,17 +14,18 @@ namespace {
 
 /// For each coefficient of a turned block, in natural order: the coefficient that it comes from, and its
 /// sign. A mirrored cosine of odd frequency is the same cosine negated.
-struct BlockTurn {
+struct BlockReorientation {
   std::array<std::uint8_t, DCTSIZE2> from{};
   std::array<std::int16_t, DCTSIZE2> sign{};
 
-  explicit BlockTurn(const Turn& turn) {
+  explicit BlockReorientation(const Reorientation& reorientation) {
     for (std::size_t i = 0; i < DCTSIZE2; ++i) {
       std::size_t row = i / DCTSIZE;
       std::size_t column = i % DCTSIZE;
-      if (turn.transpose) std::swap(row, column);
+      if (reorientation.transpose) std::swap(row, column);
       from[i] = static_cast<std::uint8_t>(row * DCTSIZE + column);
-      const bool negative = (turn.mirrorX && column % 2 == 1) != (turn.mirrorY && row % 2 == 1);
+      const bool negative =
+          (reorientation.mirrorX && column % 2 == 1) != (reorientation.mirrorY && row % 2 == 1);
       sign[i] = negative ? -1 : 1;
     }
   }
@@ -50,11 +51,11 @@ JDIMENSION roundedUp(JDIMENSION count, int unit) {
 /// Room for the turned blocks, with whole units of them at the edges, which stay empty where the picture has
 /// none. To be asked for before the coefficients are read: the library grants it all at once.
 jvirt_barray_ptr requestRoom(jpeg_decompress_struct& info, const jpeg_component_info& component,
-                             const Turn& turn) {
+                             const Reorientation& reorientation) {
   JDIMENSION columns = roundedUp(component.width_in_blocks, component.h_samp_factor);
   JDIMENSION rows = roundedUp(component.height_in_blocks, component.v_samp_factor);
   int rowsAtATime = component.v_samp_factor;
-  if (turn.transpose) {
+  if (reorientation.transpose) {
     std::swap(columns, rows);
     rowsAtATime = component.h_samp_factor;
   }
@@ -69,19 +70,19 @@ JBLOCKROW blockRow(jpeg_decompress_struct& info, jvirt_barray_ptr blocks, JDIMEN
 }
 
 /// Fills the result row by row from the top: the library lets no row be passed over.
-void turnComponent(jpeg_decompress_struct& info, const Component& component, const Turn& turn,
-                   const BlockTurn& block) {
-  const JDIMENSION rows = turn.transpose ? component.sourceColumns : component.sourceRows;
-  const JDIMENSION columns = turn.transpose ? component.sourceRows : component.sourceColumns;
+void reorientComponent(jpeg_decompress_struct& info, const Component& component,
+                       const Reorientation& reorientation, const BlockReorientation& block) {
+  const JDIMENSION rows = reorientation.transpose ? component.sourceColumns : component.sourceRows;
+  const JDIMENSION columns = reorientation.transpose ? component.sourceRows : component.sourceColumns;
   for (JDIMENSION row = 0; row < rows; ++row) {
     const JBLOCKROW to = blockRow(info, component.result, row, true);
     JBLOCKROW from = nullptr;
     for (JDIMENSION column = 0; column < columns; ++column) {
-      JDIMENSION x = turn.transpose ? row : column;
-      JDIMENSION y = turn.transpose ? column : row;
-      if (turn.mirrorX) x = component.sourceColumns - 1 - x;
-      if (turn.mirrorY) y = component.sourceRows - 1 - y;
-      if (turn.transpose || column == 0) from = blockRow(info, component.source, y, false);
+      JDIMENSION x = reorientation.transpose ? row : column;
+      JDIMENSION y = reorientation.transpose ? column : row;
+      if (reorientation.mirrorX) x = component.sourceColumns - 1 - x;
+      if (reorientation.mirrorY) y = component.sourceRows - 1 - y;
+      if (reorientation.transpose || column == 0) from = blockRow(info, component.source, y, false);
       block.apply(from[x], to[column]);
     }
   }
@@ -108,13 +109,14 @@ void transposeTable(JQUANT_TBL* table) {
   }
 }
 
-void configure(jpeg_decompress_struct& source, jpeg_compress_struct& result, const Turn& turn) {
+void configure(jpeg_decompress_struct& source, jpeg_compress_struct& result,
+               const Reorientation& reorientation) {
   jpeg_copy_critical_parameters(&source, &result);
   result.optimize_coding = TRUE;
   result.write_JFIF_header = FALSE;
   result.write_Adobe_marker = FALSE;
   if (source.progressive_mode == TRUE) jpeg_simple_progression(&result);
-  if (!turn.transpose) return;
+  if (!reorientation.transpose) return;
   std::swap(result.image_width, result.image_height);
   for (auto* table : result.quant_tbl_ptrs) transposeTable(table);
   for (int i = 0; i < result.num_components; ++i) {
@@ -124,21 +126,21 @@ void configure(jpeg_decompress_struct& source, jpeg_compress_struct& result, con
 
 }  // namespace
 
-bool turnsLosslessly(JpegDecoder& decoder, const Turn& turn) {
+bool reorientsLosslessly(JpegDecoder& decoder, const Reorientation& reorientation) {
   const JpegFormat format = decoder.format();
   const bool single = format.components.size() == 1;
   const int width = DCTSIZE * (single ? 1 : format.maxHorizontal());
   const int height = DCTSIZE * (single ? 1 : format.maxVertical());
-  return (!turn.mirrorX || decoder.size().width % width == 0) &&
-         (!turn.mirrorY || decoder.size().height % height == 0) && coefficientsFit(decoder.info());
+  return (!reorientation.mirrorX || decoder.size().width % width == 0) &&
+         (!reorientation.mirrorY || decoder.size().height % height == 0) && coefficientsFit(decoder.info());
 }
 
-Bytes turnCoefficients(JpegDecoder& decoder, const Turn& turn) {
+Bytes reorientCoefficients(JpegDecoder& decoder, const Reorientation& reorientation) {
   auto& info = decoder.info();
   std::vector<Component> components(static_cast<std::size_t>(info.num_components));
   decoder.errors().guarded([&] {
     for (std::size_t i = 0; i < components.size(); ++i) {
-      components[i].result = requestRoom(info, info.comp_info[i], turn);
+      components[i].result = requestRoom(info, info.comp_info[i], reorientation);
     }
     jvirt_barray_ptr* sources = jpeg_read_coefficients(&info);
     for (std::size_t i = 0; i < components.size(); ++i) components[i].source = sources[i];
@@ -149,13 +151,13 @@ Bytes turnCoefficients(JpegDecoder& decoder, const Turn& turn) {
     components[i].sourceRows = info.comp_info[i].height_in_blocks;
     results.push_back(components[i].result);
   }
-  const BlockTurn block(turn);
+  const BlockReorientation block(reorientation);
   for (const auto& component : components) {
-    decoder.errors().guarded([&] { turnComponent(info, component, turn, block); });
+    decoder.errors().guarded([&] { reorientComponent(info, component, reorientation, block); });
   }
   JpegCompressor compressor;
   compressor.errors().guarded([&] {
-    configure(info, compressor.info(), turn);
+    configure(info, compressor.info(), reorientation);
     jpeg_write_coefficients(&compressor.info(), results.data());
     jpeg_finish_compress(&compressor.info());
   });
