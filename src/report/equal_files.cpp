@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace kestrova::report {
@@ -124,13 +125,14 @@ class Comparison {
   }
 
   void settle(const std::vector<File*>& same) {
+    std::vector<const File*> candidates;  // still in their order
+    std::ranges::copy_if(same, std::back_inserter(candidates),
+                         [](const File* file) { return !file->isWanted; });
     for (const File* wanted : same) {
       if (!wanted->isWanted) continue;
-      auto& candidate = found_[wanted->index].candidate;
-      for (const File* file : same) {
-        if (file->isWanted || file->identity == wanted->identity) continue;
-        candidate = std::min(candidate.value_or(file->index), file->index);
-      }
+      const auto other = std::ranges::find_if(
+          candidates, [&](const File* candidate) { return candidate->identity != wanted->identity; });
+      if (other != candidates.end()) found_[wanted->index].candidate = (*other)->index;
     }
   }
 
