@@ -1,0 +1,159 @@
+#include "report/check.h"
+
+#include "report/equal_files.h"
+#include "scan/folder_walk.h"
+#include "scan/media_classification.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <system_error>
+#include <unordered_map>
+#include <utility>
+
+namespace kestrova::report {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Everything that can be organised, whatever a run was set to take.
+ExtensionFilter allMedia() {
+  constexpr int allFormats = 2;
+  constexpr int photosAndVideos = 0;
+  return ExtensionFilter(mediaFilter(photosAndVideos, photoExtensions(allFormats), videoExtensions()));
+}
+
+struct SourceFile {
+  Path path;
+  std::uint64_t size = 0;
+  bool isSafe = false;
+  std::string reason = "is not in the target";
+};
+
+/// The files of one size, by their places in the list of source files.
+struct SizeGroup {
+  std::vector<std::size_t> sources;
+  std::vector<Path> candidates;
+};
+
+/// A path without links and "..", as far as it exists.
+Path resolved(const Path& path) {
+  std::error_code error;
+  Path result = fs::weakly_canonical(path, error);
+  return error ? path : result;
+}
+
+bool isInside(const Path& path, const Path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
+}
+
+class Check {
+ public:
+  explicit Check(const CheckRequest& request) : request_(request) {}
+
+  CheckResult run() {
+    listSources();
+    groupBySize();
+    listCandidates();
+    compare();
+    for (SourceFile& file : files_) {
+      if (isStopped()) break;
+      if (!file.isSafe && request_.isRewrittenInTarget) file.isSafe = request_.isRewrittenInTarget(file.path);
+    }
+    return takeResult();
+  }
+
+ private:
+  bool isStopped() {
+    return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
+  }
+
+  void walk(const Path& root, const std::function<void(const WalkedFile&)>& visit) {
+    FolderWalk folderWalk;
+    folderWalk.wants = [](std::string_view) { return true; };
+    folderWalk.keepsGoing = [this] { return !isStopped(); };
+    folderWalk.visits = visit;
+    walkFolder(root, folderWalk);
+  }
+
+  void listSources() {
+    const ExtensionFilter media = allMedia();
+    for (const Path& source : request_.sources) {
+      walk(source, [&](const WalkedFile& file) {
+        const std::string name = file.path.filename().native();
+        if (media.accepts(name)) {
+          files_.push_back({.path = file.path, .size = file.size});
+        } else {
+          result_.leftBehind.add(name, file.size);
+        }
+      });
+    }
+  }
+
+  void groupBySize() {
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+      groups_[files_[i].size].sources.push_back(i);
+      progress_.total += files_[i].size;
+    }
+  }
+
+  /// A link is no copy, and what lies in a source goes with it.
+  void listCandidates() {
+    std::vector<Path> sources;
+    for (const Path& source : request_.sources) sources.push_back(resolved(source));
+    const Path target = resolved(request_.target);
+    walk(target, [&](const WalkedFile& file) {
+      const auto group = groups_.find(file.size);
+      if (group == groups_.end()) return;
+      const auto holdsFile = [&](const Path& source) { return isInside(file.path, source); };
+      if (std::ranges::any_of(sources, holdsFile) || fs::is_symlink(fs::symlink_status(file.path))) return;
+      group->second.candidates.push_back(file.path);
+    });
+  }
+
+  void compare() {
+    for (auto& [size, group] : groups_) {
+      if (isStopped()) return;
+      compareGroup(size, group);
+      progress_.done += size * group.sources.size();
+      if (request_.progress) request_.progress(progress_);
+    }
+  }
+
+  void compareGroup(std::uint64_t size, SizeGroup& group) {
+    EqualSizedFiles sameSize{.size = size, .wanted = {}, .candidates = std::move(group.candidates)};
+    for (const std::size_t index : group.sources) sameSize.wanted.push_back(files_[index].path);
+    const auto found = findEqualFiles(sameSize, ReadFrom::cache, [this] { return isStopped(); });
+    if (!found) return;
+    for (std::size_t i = 0; i < group.sources.size(); ++i) {
+      SourceFile& file = files_[group.sources[i]];
+      const EqualFile& equal = (*found)[i];
+      file.isSafe = equal.candidate.has_value();
+      if (equal.error) file.reason = "cannot be read: " + equal.error->message;
+    }
+  }
+
+  CheckResult takeResult() {
+    for (SourceFile& file : files_) {
+      ++result_.files;
+      if (file.isSafe)
+        ++result_.safe;
+      else
+        result_.missing.push_back({std::move(file.path), std::move(file.reason)});
+    }
+    return std::move(result_);
+  }
+
+  const CheckRequest& request_;
+  std::vector<SourceFile> files_;
+  std::map<std::uint64_t, SizeGroup> groups_;
+  CheckProgress progress_;
+  CheckResult result_;
+};
+
+}  // namespace
+
+CheckResult checkSources(const CheckRequest& request) { return Check(request).run(); }
+
+}  // namespace kestrova::report

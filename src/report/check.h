@@ -1,0 +1,50 @@
+#pragma once
+
+#include "report/content.h"
+#include "report/left_behind.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kestrova::report {
+
+/// How far the comparison is, in bytes of the source files.
+struct CheckProgress {
+  std::uint64_t done = 0;
+  std::uint64_t total = 0;
+};
+
+struct CheckRequest {
+  std::vector<Path> sources;  ///< folders
+  Path target;                ///< a folder; no source lies above it
+  /// Whether a photo stands in the target rewritten, as a run's record proves; absent: none does.
+  std::function<bool(const Path& photo)> isRewrittenInTarget = {};
+  Stopped stopped = {};
+  std::function<void(const CheckProgress&)> progress = {};
+};
+
+/// A file of the sources that the target does not hold.
+struct Missing {
+  Path source;
+  std::string reason;  ///< in English, in UTF-8
+};
+
+struct CheckResult {
+  std::int64_t files = 0;  ///< photos and videos in the sources
+  std::int64_t safe = 0;   ///< those whose very bytes are in the target
+  std::vector<Missing> missing;
+  std::vector<Missing> unreadable;  ///< folders and files that could not be read: nobody knows what they hold
+  LeftBehind leftBehind;            ///< files that are neither photo nor video
+  bool wasStopped = false;
+
+  bool isSafe() const { return !wasStopped && missing.empty() && unreadable.empty(); }
+};
+
+/// Looks for each photo and video in the sources for a file with exactly its bytes in the target: by size
+/// first, then byte by byte; each byte in the target is read at most once. Names and dates do not matter. A
+/// link in the target, or another name of the source itself, is no copy. Nothing is written.
+CheckResult checkSources(const CheckRequest& request);
+
+}  // namespace kestrova::report
