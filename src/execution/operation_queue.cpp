@@ -23,18 +23,18 @@ OperationQueue::OperationQueue() : maxConcurrent_(std::max(1U, std::thread::hard
 OperationQueue::~OperationQueue() {
   cancelAllOperations();
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     closing_ = true;
     waiting_.clear();
   }
-  changed_.notify_all();
+  changed_.notifyAll();
   for (auto& thread : threads_) thread.join();
 }
 
 void OperationQueue::addOperation(std::shared_ptr<InvocationOperation> operation) {
   std::shared_ptr<const Observations> told;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     waiting_.push_back(std::move(operation));
     startThreads();
     told = observations();
@@ -43,44 +43,44 @@ void OperationQueue::addOperation(std::shared_ptr<InvocationOperation> operation
 }
 
 std::size_t OperationQueue::operationCount() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return waiting_.size() + executing_.size();
 }
 
 std::size_t OperationQueue::executingCount() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return executing_.size();
 }
 
 void OperationQueue::cancelAllOperations() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   for (const auto& operation : executing_) operation->cancel();
   for (const auto& operation : waiting_) operation->cancel();
 }
 
 void OperationQueue::setSuspended(bool suspended) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   suspended_ = suspended;
   startThreads();
-  changed_.notify_all();
+  changed_.notifyAll();
 }
 
 void OperationQueue::setMaxConcurrentOperationCount(std::size_t count) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   maxConcurrent_ = std::max<std::size_t>(1, count);
   startThreads();
 }
 
 void OperationQueue::addObserver(std::string keyPath, Observer observer) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   auto all = std::make_shared<Observations>(*observations_);
   all->push_back({std::move(keyPath), std::move(observer)});
   observations_ = std::move(all);
 }
 
 void OperationQueue::waitUntilIdle() {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return busyThreads_ == 0 && !canStart(); });
+  const MutexLock lock(mutex_);
+  while (busyThreads_ > 0 || canStart()) changed_.wait(mutex_);
 }
 
 bool OperationQueue::canStart() const {
@@ -90,7 +90,7 @@ bool OperationQueue::canStart() const {
 void OperationQueue::startThreads() {
   if (closing_ || !canStart()) return;
   if (threads_.size() > busyThreads_) {
-    changed_.notify_all();
+    changed_.notifyAll();
   } else {
     threads_.emplace_back([this] { work(); });
   }
@@ -108,9 +108,9 @@ std::shared_ptr<InvocationOperation> OperationQueue::takeNext() {
 // A thread counts as busy until the observers know that its operation has ended: with one operation at a
 // time, the next starts only then, and the observers are told in order.
 void OperationQueue::work() {
-  std::unique_lock lock(mutex_);
+  MutexLock lock(mutex_);
   for (;;) {
-    changed_.wait(lock, [this] { return closing_ || canStart(); });
+    while (!closing_ && !canStart()) changed_.wait(mutex_);
     if (closing_) return;
     auto operation = takeNext();
     lock.unlock();
@@ -123,7 +123,7 @@ void OperationQueue::work() {
     tell(told);
     lock.lock();
     --busyThreads_;
-    changed_.notify_all();
+    changed_.notifyAll();
   }
 }
 

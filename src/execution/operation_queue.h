@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/mutex.h"
+
 #include <atomic>
-#include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -86,24 +86,25 @@ class OperationQueue {
   };
   using Observations = std::vector<Observation>;
 
-  bool canStart() const;  // these four: with the lock held
-  void startThreads();
-  std::shared_ptr<InvocationOperation> takeNext();
-  std::shared_ptr<const Observations> observations() const { return observations_; }
+  bool canStart() const REQUIRES(mutex_);
+  void startThreads() REQUIRES(mutex_);
+  std::shared_ptr<InvocationOperation> takeNext() REQUIRES(mutex_);
+  std::shared_ptr<const Observations> observations() const REQUIRES(mutex_) { return observations_; }
 
-  void work();
-  void tell(const std::shared_ptr<const Observations>& observations);
+  void work() EXCLUDES(mutex_);
+  void tell(const std::shared_ptr<const Observations>& observations) EXCLUDES(mutex_);
 
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::shared_ptr<InvocationOperation>> waiting_;
-  std::vector<std::shared_ptr<InvocationOperation>> executing_;
-  std::size_t busyThreads_ = 0;  // running an operation or telling the observers of its end
-  std::size_t maxConcurrent_;
+  mutable Mutex mutex_;
+  Condition changed_;
+  std::deque<std::shared_ptr<InvocationOperation>> waiting_ GUARDED_BY(mutex_);
+  std::vector<std::shared_ptr<InvocationOperation>> executing_ GUARDED_BY(mutex_);
+  /// Running an operation or telling the observers of its end.
+  std::size_t busyThreads_ GUARDED_BY(mutex_) = 0;
+  std::size_t maxConcurrent_ GUARDED_BY(mutex_);
   std::atomic<bool> suspended_ = false;
-  bool closing_ = false;
-  std::shared_ptr<const Observations> observations_ = std::make_shared<Observations>();
-  std::vector<std::thread> threads_;
+  bool closing_ GUARDED_BY(mutex_) = false;
+  std::shared_ptr<const Observations> observations_ GUARDED_BY(mutex_) = std::make_shared<Observations>();
+  std::vector<std::thread> threads_ GUARDED_BY(mutex_);
 };
 
 }  // namespace kestrova

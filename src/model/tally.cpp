@@ -5,25 +5,25 @@ namespace kestrova {
 using Outcome = Verdict::Outcome;
 
 void Tally::add(const Verdict& verdict) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   amounts_.at(static_cast<std::size_t>(verdict.outcome)) +=
       {1, static_cast<std::int64_t>(verdict.sourceSize)};
   if (verdict.outcome == Outcome::failed) failures_.push_back({verdict.source, verdict.error});
 }
 
 void Tally::clear() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   amounts_ = {};
   failures_.clear();
 }
 
 Amount Tally::of(Outcome outcome) const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return amounts_.at(static_cast<std::size_t>(outcome));
 }
 
 Amount Tally::settled() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   Amount sum;
   for (const auto outcome : {Outcome::copied, Outcome::resized, Outcome::rewritten, Outcome::small,
                              Outcome::exists, Outcome::failed}) {
@@ -33,7 +33,7 @@ Amount Tally::settled() const {
 }
 
 std::vector<Tally::Failure> Tally::failures() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return failures_;
 }
 

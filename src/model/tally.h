@@ -1,10 +1,10 @@
 #pragma once
 
 #include "model/verdict.h"
+#include "platform/mutex.h"
 
 #include <array>
 #include <cstdint>
-#include <mutex>
 #include <vector>
 
 namespace kestrova {
@@ -42,9 +42,9 @@ class Tally {
  private:
   static constexpr std::size_t outcomes = static_cast<std::size_t>(Verdict::Outcome::failed) + 1;
 
-  mutable std::mutex mutex_;
-  std::array<Amount, outcomes> amounts_;
-  std::vector<Failure> failures_;
+  mutable Mutex mutex_;
+  std::array<Amount, outcomes> amounts_ GUARDED_BY(mutex_);
+  std::vector<Failure> failures_ GUARDED_BY(mutex_);
 };
 
 }  // namespace kestrova

@@ -42,7 +42,7 @@ MainQueue::~MainQueue() {
 }
 
 void MainQueue::post(Block block) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   posted_.push_back(std::move(block));
   if (posted_.size() > 1) return;
   const char signal = 1;
@@ -54,7 +54,7 @@ void MainQueue::post(Block block) {
 // budget comes back.
 bool MainQueue::takePosted() {
   if (!running_.empty()) return true;
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (posted_.empty()) {
     char signals[16];
     while (read(pipe_[0], signals, sizeof signals) > 0) {

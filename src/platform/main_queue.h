@@ -1,10 +1,11 @@
 #pragma once
 
+#include "platform/mutex.h"
+
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 
 class QSocketNotifier;
 
@@ -40,8 +41,8 @@ class MainQueue {
  private:
   bool takePosted();
 
-  std::mutex mutex_;
-  std::deque<Block> posted_;
+  Mutex mutex_;
+  std::deque<Block> posted_ GUARDED_BY(mutex_);
   std::deque<Block> running_;  // main thread only
   int pipe_[2] = {-1, -1};
 };

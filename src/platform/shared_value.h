@@ -1,8 +1,9 @@
 #pragma once
 
+#include "platform/mutex.h"
+
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <utility>
 
 namespace kestrova {
@@ -35,18 +36,18 @@ template <typename Value>
 class Snapshot {
  public:
   Snapshot& operator=(Value value) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     value_ = std::move(value);
     return *this;
   }
   Value get() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return value_;
   }
 
  private:
-  mutable std::mutex mutex_;
-  Value value_;
+  mutable Mutex mutex_;
+  Value value_ GUARDED_BY(mutex_);
 };
 
 }  // namespace kestrova
