@@ -30,12 +30,13 @@ void setNumber(Bytes& packet, std::string_view property, std::int64_t number) {
   const std::string text = std::to_string(number);
   for (std::size_t position = 0;;) {
     const auto rest = std::span(packet).subspan(position);
-    const auto found = std::ranges::search(rest, property, isLetter);
-    if (found.empty()) return;
-    const auto begin = std::find_if_not(found.end(), rest.end(), isSign);
+    const auto found = std::search(rest.begin(), rest.end(), property.begin(), property.end(), isLetter);
+    if (found == rest.end()) return;
+    const auto foundEnd = found + static_cast<std::ptrdiff_t>(property.size());
+    const auto begin = std::find_if_not(foundEnd, rest.end(), isSign);
     const auto end = std::find_if(begin, rest.end(), [](auto byte) { return byte < '0' || byte > '9'; });
-    position = static_cast<std::size_t>(found.end() - rest.begin()) + position;
-    if (begin == found.end() || begin == end || end == rest.end() || !endsValue(*end)) continue;
+    position = static_cast<std::size_t>(foundEnd - rest.begin()) + position;
+    if (begin == foundEnd || begin == end || end == rest.end() || !endsValue(*end)) continue;
     const auto first = packet.begin() + (&*begin - packet.data());
     packet.insert(packet.erase(first, first + (end - begin)), text.begin(), text.end());
   }
@@ -76,9 +77,9 @@ void turnPreview(const std::vector<std::uint8_t*>& digits, const PreviewMaker& t
 
 void turnPreviews(std::span<std::uint8_t> packet, const PreviewMaker& turn) {
   for (auto rest = packet; !rest.empty();) {
-    const auto found = std::ranges::search(rest, jpegStart, isLetter);
-    if (found.empty()) return;
-    const auto digits = digitsFrom({found.begin(), rest.end()});
+    const auto found = std::search(rest.begin(), rest.end(), jpegStart.begin(), jpegStart.end(), isLetter);
+    if (found == rest.end()) return;
+    const auto digits = digitsFrom({found, rest.end()});
     turnPreview(digits, turn);
     rest = rest.subspan(static_cast<std::size_t>(digits.back() - rest.data()) + 1);
   }

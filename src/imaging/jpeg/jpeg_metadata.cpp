@@ -89,8 +89,8 @@ class Trailer {
 
   /// Pictures that no index names. In a film there are none that are looked at.
   void turnUnnamed(const PreviewMaker& turnPreview) {
-    const auto film = std::ranges::search(bytes_, filmName);
-    auto rest = std::span(bytes_).first(static_cast<std::size_t>(film.begin() - bytes_.begin()));
+    const auto film = std::search(bytes_.begin(), bytes_.end(), filmName.begin(), filmName.end());
+    auto rest = std::span(bytes_).first(static_cast<std::size_t>(film - bytes_.begin()));
     auto pictures = index_ ? index_->pictures() : std::vector<FurtherPicture>();
     std::ranges::sort(pictures, std::ranges::less{}, &FurtherPicture::offset);
     std::size_t begin = 0;
