@@ -1,0 +1,158 @@
+#include "run_fixture.h"
+
+namespace kestrova {
+
+namespace {
+
+using test::writePhoto;
+
+class RunEnd : public test::RunTest {};
+
+}  // namespace
+
+TEST_F(RunEnd, CompletesARun) {
+  program.run();
+  EXPECT_EQ(program.status(), QStringLiteral("Completed"));
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
+  EXPECT_TRUE(controls().buttonStart->isEnabled());
+  EXPECT_FALSE(controls().buttonStop->isEnabled());
+  EXPECT_FALSE(controls().processBar->isAnimating());
+  EXPECT_TRUE(program.log.holds(QStringLiteral("queue has completed")));
+  EXPECT_EQ(program.power->released(), std::vector<std::uint32_t>{101});
+  EXPECT_EQ(program.targetFiles().size(), 5U);
+  EXPECT_EQ(controls().processBar->doubleValue(), 5);
+  EXPECT_TRUE(manager().starttime.has_value());
+}
+
+TEST_F(RunEnd, CompletesEveryRunOnceWithItsOwnAssertion) {
+  for (int run = 1; run <= 3; ++run) program.run();
+  EXPECT_EQ(program.log.count(QStringLiteral("queue has completed")), 3);
+  EXPECT_EQ(program.power->released(), (std::vector<std::uint32_t>{101, 102, 103}));
+  EXPECT_EQ(manager().tAlreadyCount, 5);
+  EXPECT_EQ(manager().tTotalCount, 0);
+}
+
+TEST_F(RunEnd, TakesUpAStoppedRunWhereItEnded) {
+  startAndHoldFirstCopy();
+  program.press(controls().buttonStop);
+  copying.open();
+  program.waitUntilEnded();
+  program.press(controls().buttonStart);
+  program.waitUntilEnded();
+  EXPECT_EQ(program.targetFiles().size(), 5U);
+  EXPECT_EQ(manager().tAlreadyCount, 1);
+  EXPECT_EQ(program.status(), QStringLiteral("Completed"));
+  EXPECT_FALSE(manager().hasstopped);
+}
+
+TEST_F(RunEnd, KeepsTheErrorTextWhenTheVolumeIsFull) {
+  int copies = 0;
+  files->onStageCopy = [&copies](const Path&, const Path&) -> std::optional<FileError> {
+    if (++copies == 2) return FileError{FileError::unspecifiedWrite, "full"};
+    return std::nullopt;
+  };
+  program.run();
+  EXPECT_EQ(program.status(), QStringLiteral("Not enough space!"));
+  EXPECT_FALSE(program.statusTexts().contains(QStringLiteral("Completed")));
+  EXPECT_TRUE(manager().haserror);
+  EXPECT_EQ(program.targetFiles().size(), 1U);
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
+  EXPECT_TRUE(controls().buttonStart->isEnabled());
+  EXPECT_FALSE(controls().buttonStop->isEnabled());
+  EXPECT_EQ(program.power->released().size(), 1U);
+  files->onStageCopy = nullptr;
+  program.run();
+  EXPECT_EQ(program.status(), QStringLiteral("Completed"));
+  EXPECT_FALSE(manager().haserror);
+}
+
+TEST_F(RunEnd, PausesByItselfWhenAnOperationRaisesAndCanContinue) {
+  int copies = 0;
+  files->onStageCopy = [&copies](const Path&, const Path&) -> std::optional<FileError> {
+    if (++copies == 2) throw std::runtime_error("on purpose");
+    return std::nullopt;
+  };
+  start();
+  program.waitUntil([this] { return program.status() == QStringLiteral("Error"); });
+  queue().waitUntilIdle();
+  EXPECT_TRUE(queue().isSuspended());
+  EXPECT_EQ(queue().operationCount(), 3U);
+  EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
+  program.press(controls().buttonStart);
+  program.waitUntilEnded();
+  EXPECT_EQ(program.targetFiles().size(), 4U);
+  EXPECT_EQ(program.status(), QStringLiteral("Completed"));
+}
+
+TEST_F(RunEnd, LeavesTheButtonsOfAScanThatFoundNothing) {
+  std::filesystem::remove_all(program.source);
+  program.run();
+  EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
+  EXPECT_FALSE(controls().buttonStart->isEnabled());
+  EXPECT_TRUE(controls().buttonStop->isEnabled());
+  EXPECT_EQ(program.status(), QStringLiteral("Analyzing source folders"));
+  EXPECT_FALSE(program.log.holds(QStringLiteral("queue has completed")));
+  EXPECT_TRUE(program.power->released().empty());
+  program.press(controls().buttonStop);
+  program.settle();
+  EXPECT_TRUE(controls().buttonStop->isEnabled());
+  EXPECT_FALSE(manager().hasstopped);
+}
+
+TEST_F(RunEnd, StartsAfreshAfterAScanThatWasSuspended) {
+  writePhoto(program.source / "e2.jpg", 1000 + 'a', 'z');
+  writePhoto(program.source / "f.jpg", 1000 + 'a', 'y');
+  startAndHoldScan();
+  manager().startProcess();
+  scanning.open();
+  program.waitUntilEnded();
+  EXPECT_TRUE(program.log.holds(QStringLiteral("SUSPENDED")));
+  EXPECT_TRUE(program.power->released().empty());
+  const auto suspended = manager().processQueue;
+  manager().startProcess();
+  program.waitUntilEnded();
+  EXPECT_NE(manager().processQueue, suspended);
+  EXPECT_EQ(manager().assertionID, 102U);
+  EXPECT_EQ(program.status(), QStringLiteral("Completed"));
+}
+
+TEST_F(RunEnd, IgnoresWhatAnotherQueueOrKeyReports) {
+  program.run();
+  const OperationQueue other;
+  manager().observeValueForKeyPath("operations", other);
+  manager().observeValueForKeyPath("somethingElse", queue());
+  EXPECT_EQ(program.log.count(QStringLiteral("queue has completed")), 1);
+}
+
+TEST_F(RunEnd, UsesTheTargetOfTheMomentWhenItPlans) {
+  startAndHoldPlanning();
+  manager().setTarget(program.folder / "other");
+  manager().deleteSource();
+  planning.open();
+  program.waitUntilEnded();
+  EXPECT_EQ(test::filesBelow(program.folder / "other").size(), 5U);
+}
+
+TEST_F(RunEnd, EndsWhenTheProgramEndsInTheMiddleOfARun) {
+  startAndHoldFirstCopy();
+  copying.open();
+  program.interface.reset();
+  ASSERT_FALSE(program.targetFiles().empty());
+  for (const auto& file : program.targetFiles())
+    EXPECT_GT(std::filesystem::file_size(program.target / file), 1000U);
+}
+
+TEST_F(RunEnd, OrganisesTheTargetInsideASourceWithoutHarm) {
+  manager().addSource(program.folder.path());
+  manager().setTarget(program.target);
+  program.press(controls().buttonStart);
+  program.waitUntilEnded();
+  const auto first = program.targetFiles();
+  EXPECT_EQ(first.size(), 5U);
+  program.press(controls().buttonStart);
+  program.waitUntilEnded();
+  EXPECT_EQ(program.targetFiles(), first);
+  EXPECT_EQ(test::filesBelow(program.source).size(), 5U);
+}
+
+}  // namespace kestrova
