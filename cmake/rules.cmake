@@ -4,6 +4,9 @@ target_compile_options(kestrova_rules INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Wundef
   $<$<BOOL:${KESTROVA_WERROR}>:-Werror>)
+# Clang checks that what a lock guards is used with the lock held (platform/thread_annotations.h).
+target_compile_options(kestrova_rules INTERFACE
+  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety;-Werror=thread-safety>)
 # What is read are files from anywhere: the C library checks the sizes of buffers that it knows.
 target_compile_options(kestrova_rules INTERFACE
   $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
