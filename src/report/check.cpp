@@ -1,5 +1,6 @@
 #include "report/check.h"
 
+#include "platform/path_relation.h"
 #include "report/equal_files.h"
 #include "scan/folder_walk.h"
 #include "scan/media_classification.h"
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -36,17 +36,6 @@ struct SizeGroup {
   std::vector<std::size_t> sources;
   std::vector<Path> candidates;
 };
-
-/// A path without links and "..", as far as it exists.
-Path resolved(const Path& path) {
-  std::error_code error;
-  Path result = fs::weakly_canonical(path, error);
-  return error ? path : result;
-}
-
-bool isInside(const Path& path, const Path& folder) {
-  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
-}
 
 class Check {
  public:
@@ -101,8 +90,8 @@ class Check {
   /// A link is no copy, and what lies in a source goes with it.
   void listCandidates() {
     std::vector<Path> sources;
-    for (const Path& source : request_.sources) sources.push_back(resolved(source));
-    const Path target = resolved(request_.target);
+    for (const Path& source : request_.sources) sources.push_back(resolvedPath(source));
+    const Path target = resolvedPath(request_.target);
     walk(target, [&](const WalkedFile& file) {
       const auto group = groups_.find(file.size);
       if (group == groups_.end()) return;

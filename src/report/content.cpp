@@ -88,4 +88,10 @@ tl::expected<bool, ComparisonError> haveSameContent(const Path& first, const Pat
   }
 }
 
+bool areSameFile(const Path& first, const Path& second) {
+  const auto a = FileReader::open(first);
+  const auto b = FileReader::open(second);
+  return a && b && a->identity() == b->identity();
+}
+
 }  // namespace kestrova::report

@@ -29,4 +29,7 @@ tl::expected<bool, ComparisonError> haveSameContent(const Path& first, const Pat
                                                     ReadFrom from = ReadFrom::cache,
                                                     const Stopped& stopped = {});
 
+/// Whether both paths lead to one file; false where either cannot be opened.
+bool areSameFile(const Path& first, const Path& second);
+
 }  // namespace kestrova::report

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/file_manager.h"
+
+#include <QJsonObject>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestrova::report {
+
+/// What a record says of its run as a whole: run.json. Times are UTC, as 2026-11-21T10:15:02Z.
+struct RunInfo {
+  std::string id = {};       ///< the name of the record's folder; not in the file
+  std::string version = {};  ///< of the program
+  std::string command = {};  ///< organise or rescue
+  QJsonObject options;
+  std::vector<Path> sources = {};
+  Path target;
+  std::string started = {};
+  std::string ended = {};   ///< empty while the run goes on, and for ever when it broke off
+  std::string result = {};  ///< completed, nothing-to-do, stopped or failed; empty like `ended`
+  QJsonObject counts;       ///< {"files":n,"bytes":n} by verdict
+};
+
+/// Writes run.json into the record's folder, whole or not at all.
+FileResult<void> writeRunInfo(FileManager& files, const Path& run, const RunInfo& info);
+
+/// Reads it; nothing where there is none or it is damaged.
+std::optional<RunInfo> readRunInfo(const FileManager& files, const Path& run);
+
+/// Now, as times stand in run.json.
+std::string utcText(std::chrono::sys_seconds time);
+
+}  // namespace kestrova::report

@@ -1,0 +1,159 @@
+#include "report/undo.h"
+
+#include "report/timestamps.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <unordered_map>
+
+#include <unistd.h>
+
+namespace kestrova::report {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isRewritten(Outcome outcome) { return outcome == Outcome::resized || outcome == Outcome::rewritten; }
+
+bool wasWritten(const FileRow& row) {
+  return row.target && (row.verdict == Outcome::copied || isRewritten(row.verdict));
+}
+
+/// A name below the target and nothing else: a record may have been tampered with.
+bool staysBelow(const Path& relative) {
+  if (relative.empty() || relative.is_absolute()) return false;
+  return std::ranges::none_of(relative, [](const Path& name) { return name == ".."; });
+}
+
+/// Nothing, or why the sources's bytes are not those that the run read.
+std::optional<std::string> whySourceDiffers(const FileRow& row, const Path& target, const Stopped& stopped) {
+  if (areSameFile(row.source, target)) return "is the same file as its source";
+  if (isRewritten(row.verdict)) {
+    if (row.sourceSha256.empty()) return "the record has no sum of its source";
+    const auto sum = sha256Of(row.source, ReadFrom::cache, stopped);
+    if (!sum) return "its source cannot be read: " + sum.error().message;
+    if (*sum != row.sourceSha256) return "its source has changed";
+    return std::nullopt;
+  }
+  const auto same = haveSameContent(row.source, target, ReadFrom::cache, stopped);
+  if (!same)
+    return (same.error().isFirst ? "its source cannot be read: " : "cannot be read: ") +
+           same.error().error.message;
+  if (!*same) return "its source has other content";
+  return std::nullopt;
+}
+
+/// Nothing, or why the target is no longer what the run wrote.
+std::optional<std::string> whyTargetDiffers(const FileRow& row, const Path& target,
+                                            const FileAttributes& attributes, const Stopped& stopped) {
+  if (row.targetSize != attributes.size) return "has another size than the run gave it";
+  if (row.targetModified != nanosecondsText(attributes.modified)) return "was changed after the run";
+  if (row.targetSha256.empty()) {
+    if (isRewritten(row.verdict)) return "the record has no sum of it";
+    return std::nullopt;
+  }
+  const auto sum = sha256Of(target, ReadFrom::cache, stopped);
+  if (!sum) return "cannot be read: " + sum.error().message;
+  if (*sum != row.targetSha256) return "has other content than the run gave it";
+  return std::nullopt;
+}
+
+class Undo {
+ public:
+  Undo(const UndoRequest& request, const FileManager& files) : request_(request), files_(files) {}
+
+  FileResult<UndoResult> run() {
+    if (const auto listed = listTargets(); !listed) return tl::make_unexpected(listed.error());
+    std::size_t line = 0;
+    const auto read = readRows(request_.rows, [&](const Row& row) {
+      if (request_.stopped && request_.stopped()) {
+        result_.wasStopped = true;
+        return false;
+      }
+      const auto* file = std::get_if<FileRow>(&row);
+      if (file != nullptr && wasWritten(*file) && isLast(*file, line++)) takeBack(*file);
+      return true;
+    });
+    if (!read) return tl::make_unexpected(read.error());
+    if (!result_.wasStopped) removeFolders();
+    return std::move(result_);
+  }
+
+ private:
+  /// Of several rows of one target the last one tells what stands there.
+  FileResult<void> listTargets() {
+    std::size_t line = 0;
+    return readRows(request_.rows, [&](const Row& row) {
+      const auto* file = std::get_if<FileRow>(&row);
+      if (file == nullptr) return true;
+      for (const Path& folder : file->createdFolders) folders_.push_back(folder);
+      if (wasWritten(*file)) lastLineOf_[file->target->native()] = line++;
+      progress_.total = lastLineOf_.size();
+      return true;
+    });
+  }
+
+  bool isLast(const FileRow& row, std::size_t line) const {
+    const auto last = lastLineOf_.find(row.target->native());
+    return last != lastLineOf_.end() && last->second == line;
+  }
+
+  void takeBack(const FileRow& row) {
+    const Path target = request_.target / *row.target;
+    const auto refusal = staysBelow(*row.target) ? takeAway(row, target) : "lies outside the target folder";
+    if (refusal && !(request_.stopped && request_.stopped())) result_.refused.push_back({target, *refusal});
+    ++progress_.done;
+    if (request_.progress) request_.progress(progress_);
+  }
+
+  /// Nothing when the file is gone in the end, or would be; otherwise why it stays.
+  std::optional<std::string> takeAway(const FileRow& row, const Path& target) {
+    std::error_code error;
+    const auto kind = fs::symlink_status(target, error).type();
+    if (kind == fs::file_type::not_found) {
+      ++result_.alreadyGone;
+      return std::nullopt;
+    }
+    if (kind != fs::file_type::regular) return "is not a regular file";
+    const auto before = files_.attributesOfItem(target);
+    if (!before) return "cannot be read: " + before.error().message;
+    if (auto difference = whyTargetDiffers(row, target, *before, request_.stopped)) return difference;
+    if (auto difference = whySourceDiffers(row, target, request_.stopped)) return difference;
+    const auto now = files_.attributesOfItem(target);
+    if (!now || now->size != before->size || now->modified != before->modified) return "is being changed";
+    if (!request_.isDryRun) {
+      if (const auto discarded = request_.discard(target); !discarded) return discarded.error().message;
+    }
+    ++result_.removed;
+    return std::nullopt;
+  }
+
+  /// The deepest first; one that holds anything stays.
+  void removeFolders() {
+    std::ranges::sort(folders_, std::greater(), [](const Path& folder) { return folder.native().size(); });
+    for (const Path& folder : folders_) {
+      if (!staysBelow(folder) || request_.isDryRun) continue;
+      if (::rmdir((request_.target / folder).c_str()) == 0) ++result_.folders;
+    }
+  }
+
+  const UndoRequest& request_;
+  const FileManager& files_;
+  std::unordered_map<std::string, std::size_t>
+      lastLineOf_;             ///< by target: among the rows of what was written
+  std::vector<Path> folders_;  ///< that the run created, below the target
+  UndoProgress progress_;
+  UndoResult result_;
+};
+
+}  // namespace
+
+FileResult<UndoResult> undoRun(const UndoRequest& request, const FileManager& files) {
+  return Undo(request, files).run();
+}
+
+}  // namespace kestrova::report
