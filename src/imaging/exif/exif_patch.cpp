@@ -38,16 +38,6 @@ std::span<std::uint8_t> previewOf(const TiffBlock& block, TiffBlock::Offset dire
   return block.bytes(*offset, *length);
 }
 
-void remakePreview(TiffBlock& block, TiffBlock::Offset directory, std::span<std::uint8_t> preview,
-                   const PreviewMaker& make) {
-  const auto ownTurn = block.value(directory, orientation);
-  const bool isTurnedAlike = !ownTurn || ownTurn == block.value(block.firstDirectory(), orientation);
-  const std::size_t length = isTurnedAlike && !preview.empty() ? make(preview) : 0;
-  if (length == 0) return block.setNextDirectory(block.firstDirectory(), 0);
-  block.setValue(directory, previewLength, static_cast<std::uint32_t>(length));
-  block.setValue(directory, orientation, 1);
-}
-
 }  // namespace
 
 void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
@@ -63,19 +53,26 @@ std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> bytes) {
   return block ? previewOf(*block, block->nextDirectory(block->firstDirectory())) : std::span<std::uint8_t>();
 }
 
-void remakePreviews(std::span<std::uint8_t> bytes, const PreviewMaker& make) {
+void turnExifPreview(std::span<std::uint8_t> bytes, const PreviewTurner& turn) {
   auto block = TiffBlock::open(bytes);
   if (!block) return;
-  const auto directory = block->nextDirectory(block->firstDirectory());
+  const auto photo = block->firstDirectory();
+  const auto directory = block->nextDirectory(photo);
+  if (directory == 0) return;
   const auto preview = previewOf(*block, directory);
-  const auto begin = preview.empty() ? 0 : static_cast<std::size_t>(preview.data() - bytes.data());
-  remakeEmbeddedJpegs(bytes.first(begin), make);
-  remakeEmbeddedJpegs(bytes.subspan(begin + preview.size()), make);
-  if (directory != 0) remakePreview(*block, directory, preview, make);
+  const auto ownOrientation = block->value(directory, orientation);
+  const bool isTurnedAlike = !ownOrientation || ownOrientation == block->value(photo, orientation);
+  const std::size_t length = isTurnedAlike && !preview.empty() ? turn(preview) : 0;
+  if (length == 0) {
+    block->setNextDirectory(photo, 0);
+    return;
+  }
+  block->setValue(directory, previewLength, static_cast<std::uint32_t>(length));
+  block->setValue(directory, orientation, 1);
 }
 
 void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit) {
-  if (edit.turnPreview) remakePreviews(block, edit.turnPreview);
+  if (edit.turnPreview) turnExifPreview(block, edit.turnPreview);
   patchExif(block, edit.exif);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "imaging/base/image_size.h"
-#include "imaging/exif/embedded_jpeg.h"
+#include "imaging/base/preview_turner.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,7 +19,7 @@ struct ExifPatch {
 /// How a photo's metadata follow its new pixels.
 struct MetadataEdit {
   ExifPatch exif;
-  PreviewMaker turnPreview;  ///< set when the pixels were turned: makes every preview over
+  PreviewTurner turnPreview;  ///< set when the pixels were turned
 };
 
 /// Patches an Exif block (a TIFF 6.0 structure, without "Exif\0\0" before it) in place: Orientation (0x0112)
@@ -32,12 +32,11 @@ void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
 /// none, or it does not stand in the block.
 std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> block);
 
-/// Has the previews in an Exif block made over by `make`, those in maker notes too. The one of the second
-/// directory is taken out where that fails, where it is no JPEG or where it claims another orientation than
-/// the photo. To be called before `patchExif`.
-void remakePreviews(std::span<std::uint8_t> block, const PreviewMaker& make);
+/// Turns the preview that the block's second directory names. The directory is taken out when the preview
+/// cannot be turned or claims another orientation than the photo. To be called before `patchExif`.
+void turnExifPreview(std::span<std::uint8_t> block, const PreviewTurner& turn);
 
-/// Both of it, as far as the edit asks for it.
+/// Both, as far as the edit asks for it.
 void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit);
 
 }  // namespace kestrova::imaging

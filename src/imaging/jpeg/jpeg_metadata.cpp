@@ -1,6 +1,6 @@
 #include "imaging/jpeg/jpeg_metadata.h"
 
-#include "imaging/exif/photoshop_resources.h"
+#include "imaging/exif/tiff_reader.h"
 #include "imaging/exif/xmp_patch.h"
 #include "imaging/jpeg/multi_picture.h"
 
@@ -15,14 +15,13 @@ using namespace std::string_view_literals;
 
 constexpr auto xmpName = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr auto multiPictureName = "MPF\0"sv;
-constexpr auto extensionName = "JFXX\0"sv;
 constexpr auto jfifName = "JFIF\0"sv;
-constexpr auto photoshopName = "Photoshop 3.0\0"sv;
-constexpr auto flashPixName = "FPXR\0"sv;
-constexpr auto filmName = "ftyp"sv;          ///< near the beginning of ISO base media
 constexpr std::size_t jfifBytes = 14;        ///< of a JFIF segment without a preview
 constexpr std::ptrdiff_t jfifDensityAt = 8;  ///< two bytes across, two down
 constexpr std::size_t segmentHeader = 4;
+
+/// More further pictures than this are not turned: each one costs as much as the photo itself.
+constexpr std::size_t mostTurnedPictures = 16;
 
 /// A marker segment on its way into the result.
 struct Segment {
@@ -40,10 +39,39 @@ Segment copyOf(ByteView file, const JpegSegment& segment) {
   return {segment.marker, Bytes(payload.begin(), payload.end())};
 }
 
+/// Whether a picture states an orientation of its own, by which it is shown.
+bool statesOrientation(ByteView jpeg) {
+  constexpr std::uint16_t orientationTag = 0x0112;
+  const auto outline = outlineJpeg(jpeg);
+  if (!outline) return false;
+  for (const auto& segment : outline->metadata) {
+    const ByteView payload = jpeg.subspan(segment.offset, segment.length);
+    if (segment.marker != app1 || !isNamed(payload, exifName)) continue;
+    const auto tiff = TiffReader::open(payload.subspan(exifName.size()));
+    bool found = false;
+    if (tiff) {
+      tiff->visitEntries(tiff->firstDirectory(), [&](const auto& entry) {
+        const auto value = entry.tag == orientationTag ? tiff->integer(entry).value_or(0) : 0;
+        found |= value >= 1 && value <= 8;
+      });
+    }
+    return found;
+  }
+  return false;
+}
+
+bool overlap(std::vector<FurtherPicture> pictures) {
+  std::ranges::sort(pictures, std::ranges::less{}, &FurtherPicture::offset);
+  const auto reachesNext = [](const FurtherPicture& one, const FurtherPicture& next) {
+    return one.offset + one.length > next.offset;
+  };
+  return std::ranges::adjacent_find(pictures, reachesNext) != pictures.end();
+}
+
 /// Further pictures of the file, and where they go.
 class Trailer {
  public:
-  Trailer(ByteView file, const JpegOutline& outline, const PreviewMaker& turnPreview)
+  Trailer(ByteView file, const JpegOutline& outline, const PreviewTurner& turnPreview)
       : imageEnd_(outline.imageEnd),
         bytes_(file.begin() + static_cast<std::ptrdiff_t>(outline.imageEnd), file.end()) {
     for (const auto& segment : outline.metadata) {
@@ -51,9 +79,7 @@ class Trailer {
       if (!index_ && segment.marker == app2 && isNamed(payload, multiPictureName))
         readIndex(file, segment, payload);
     }
-    if (!turnPreview) return;
-    if (index_ && !turnAll(turnPreview)) leaveOut();
-    turnUnnamed(turnPreview);
+    if (turnPreview && index_ && !turnAll(turnPreview)) leaveOut();
   }
 
   /// Whether the segment holds the index that goes with the trailer.
@@ -81,25 +107,13 @@ class Trailer {
     return std::span(bytes_).subspan(picture.offset - imageEnd_, picture.length);
   }
 
-  bool turnAll(const PreviewMaker& turnPreview) {
-    return std::ranges::all_of(index_->pictures(), [&](const FurtherPicture& picture) {
-      return remakeJpeg(bytesOf(picture), turnPreview);
+  bool turnAll(const PreviewTurner& turnPreview) {
+    const auto& pictures = index_->pictures();
+    if (pictures.size() > mostTurnedPictures || overlap(pictures)) return false;
+    return std::ranges::all_of(pictures, [&](const FurtherPicture& picture) {
+      const auto bytes = bytesOf(picture);
+      return statesOrientation(bytes) || turnPreview(bytes) > 0;
     });
-  }
-
-  /// Pictures that no index names. In a film there are none that are looked at.
-  void turnUnnamed(const PreviewMaker& turnPreview) {
-    const auto film = std::search(bytes_.begin(), bytes_.end(), filmName.begin(), filmName.end());
-    auto rest = std::span(bytes_).first(static_cast<std::size_t>(film - bytes_.begin()));
-    auto pictures = index_ ? index_->pictures() : std::vector<FurtherPicture>();
-    std::ranges::sort(pictures, std::ranges::less{}, &FurtherPicture::offset);
-    std::size_t begin = 0;
-    for (const auto& picture : pictures) {
-      const std::size_t end = std::min(picture.offset - imageEnd_, rest.size());
-      if (begin < end) remakeEmbeddedJpegs(rest.subspan(begin, end - begin), turnPreview);
-      begin = std::max(begin, std::min(end + picture.length, rest.size()));
-    }
-    remakeEmbeddedJpegs(rest.subspan(begin), turnPreview);
   }
 
   void leaveOut() {
@@ -124,16 +138,6 @@ class Trailer {
   std::size_t indexLength_ = 0;
 };
 
-/// Takes out the previews that are not made over.
-void dropPreviews(Segment& segment) {
-  Bytes& payload = segment.payload;
-  if (segment.is(app0, jfifName) && payload.size() > jfifBytes) {
-    payload.resize(jfifBytes);
-    payload[jfifBytes - 2] = payload[jfifBytes - 1] = 0;
-  }
-  if (segment.is(app13, photoshopName)) dropPhotoshopPreviews(payload, photoshopName.size());
-}
-
 /// An XMP packet may become longer than a segment holds; then it stays as it was.
 void editXmpSegment(Segment& segment, const MetadataEdit& edit) {
   Bytes edited = segment.payload;
@@ -144,7 +148,6 @@ void editXmpSegment(Segment& segment, const MetadataEdit& edit) {
 void editSegment(Segment& segment, const MetadataEdit& edit) {
   if (segment.is(app1, exifName)) editExif(std::span(segment.payload).subspan(exifName.size()), edit);
   if (segment.is(app1, xmpName)) editXmpSegment(segment, edit);
-  if (edit.turnPreview) dropPreviews(segment);
   if (edit.exif.exchangesAxes && segment.is(app0, jfifName) && segment.payload.size() >= jfifBytes) {
     const auto density = segment.payload.begin() + jfifDensityAt;
     std::swap_ranges(density, density + 2, density + 2);
@@ -156,7 +159,6 @@ std::vector<Segment> editedSegments(ByteView file, const JpegOutline& outline, c
   std::vector<Segment> segments;
   for (const auto& each : outline.metadata) {
     Segment segment = copyOf(file, each);
-    if (edit.turnPreview && segment.is(app0, extensionName)) continue;
     if (segment.is(app2, multiPictureName) && !trailer.keeps(each)) continue;
     editSegment(segment, edit);
     segments.push_back(std::move(segment));
@@ -164,40 +166,11 @@ std::vector<Segment> editedSegments(ByteView file, const JpegOutline& outline, c
   return segments;
 }
 
-/// What a segment may hold of a preview that nothing is known about but that it is a JPEG, and that may go
-/// through several such segments. A FlashPix stream has a header of its own in each.
-std::span<std::uint8_t> unknownPart(Segment& segment) {
-  constexpr std::size_t streamHeader = 13;
-  const bool isKnown = segment.marker < app2 || segment.marker > app15 || segment.marker == app13 ||
-                       segment.marker == app14 || segment.is(app2, profileName) ||
-                       segment.is(app2, multiPictureName);
-  if (isKnown) return {};
-  const std::span<std::uint8_t> bytes(segment.payload);
-  return segment.is(app2, flashPixName) ? bytes.subspan(std::min(streamHeader, bytes.size())) : bytes;
-}
-
-void turnUnknownPreviews(std::vector<Segment>& segments, const PreviewMaker& turnPreview) {
-  Bytes joined;
-  for (auto& segment : segments) {
-    const auto part = unknownPart(segment);
-    joined.insert(joined.end(), part.begin(), part.end());
-  }
-  remakeEmbeddedJpegs(joined, turnPreview);
-  auto position = joined.begin();
-  for (auto& segment : segments) {
-    const auto part = unknownPart(segment);
-    const auto end = position + static_cast<std::ptrdiff_t>(part.size());
-    std::copy(position, end, part.begin());
-    position = end;
-  }
-}
-
 }  // namespace
 
 Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const MetadataEdit& edit) {
   const Trailer trailer(file, outline, edit.turnPreview);
-  auto segments = editedSegments(file, outline, trailer, edit);
-  if (edit.turnPreview) turnUnknownPreviews(segments, edit.turnPreview);
+  const auto segments = editedSegments(file, outline, trailer, edit);
   Bytes result(pixels.begin(), pixels.begin() + 2);
   result.reserve(file.size() - outline.imageEnd + pixels.size() + (outline.metadata.empty() ? 0 : 1 << 17));
   std::size_t indexBase = 0;

@@ -19,10 +19,8 @@ constexpr int scaledQuality = 90;
 /// For pixels that only were turned: close enough that the eye finds no difference.
 constexpr int turnedQuality = 95;
 
-/// All previews of a photo have at most that many times its pixels, or they would take longer than it is
-/// worth.
-constexpr std::int64_t previewsToPhoto = 8;
-constexpr std::int64_t smallPhotoPixels = 1'000'000;  ///< one that is smaller may have as many as this one
+/// The preview of a smaller photo may have this many pixels.
+constexpr std::int64_t smallPhotoPixels = 1'000'000;
 
 std::int64_t pixelsOf(const PixelSize& size) { return size.width * size.height; }
 
@@ -83,12 +81,11 @@ Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
 }
 
 std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
-                           std::int64_t& pixelsLeft) {
+                           std::int64_t mostPixels) {
   try {
     const JpegOutline outline = readableOutline(bytes);
     const PixelSize size = JpegDecoder(bytes).size();
-    if (pixelsOf(size) > pixelsLeft) return 0;
-    pixelsLeft -= pixelsOf(size);
+    if (pixelsOf(size) > mostPixels) return 0;
     const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, reorientation, false}));
     return length > 0 ? length : turnCoarsely(bytes, outline, size, reorientation);
   } catch (const ImageError&) {
@@ -96,15 +93,16 @@ std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& r
   }
 }
 
-MetadataEdit metadataEdit(const RewritePlan& plan) {
-  MetadataEdit edit{{plan.result(), plan.resetOrientation, plan.reorientation.transpose}, {}};
-  if (plan.reorientation.isNone()) return edit;
-  const std::int64_t budget = std::max(pixelsOf(plan.source), smallPhotoPixels) * previewsToPhoto;
-  edit.turnPreview = [reorientation = plan.reorientation,
-                      pixelsLeft = budget](std::span<std::uint8_t> jpeg) mutable {
-    return turnJpegWithin(jpeg, reorientation, pixelsLeft);
+PreviewTurner previewTurner(const RewritePlan& plan) {
+  if (plan.reorientation.isNone()) return {};
+  const std::int64_t mostPixels = std::max(pixelsOf(plan.source), smallPhotoPixels);
+  return [reorientation = plan.reorientation, mostPixels](std::span<std::uint8_t> preview) {
+    return turnJpegWithin(preview, reorientation, mostPixels);
   };
-  return edit;
+}
+
+MetadataEdit metadataEdit(const RewritePlan& plan) {
+  return {{plan.result(), plan.resetOrientation, plan.reorientation.transpose}, previewTurner(plan)};
 }
 
 }  // namespace kestrova::imaging

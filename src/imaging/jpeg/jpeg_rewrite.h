@@ -1,5 +1,6 @@
 #pragma once
 
+#include "imaging/base/preview_turner.h"
 #include "imaging/base/rewrite_plan.h"
 #include "imaging/exif/exif_patch.h"
 #include "platform/bytes.h"
@@ -18,10 +19,14 @@ namespace kestrova::imaging {
 Bytes rewriteJpeg(ByteView file, const RewritePlan& plan);
 
 /// Turns a JPEG within its bytes, in the best quality that they have room for, and fills up what is left of
-/// them with zeros. Its pixels are taken off `pixelsLeft`. Returns how many bytes it takes up now; 0, and
-/// nothing is done, when it does not decode or has more pixels than are left.
+/// them with zeros. Returns how many bytes it takes up now; 0, and nothing is done, when it does not decode
+/// or has more than `mostPixels`.
 std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
-                           std::int64_t& pixelsLeft);
+                           std::int64_t mostPixels);
+
+/// Turns previews as the plan turns the photo; empty when it does not turn it. A preview that is larger than
+/// the photo, and than a million pixels, is not turned: it would take longer than it is worth.
+PreviewTurner previewTurner(const RewritePlan& plan);
 
 /// What a photo's metadata need, of whatever type it is: their previews are JPEGs.
 MetadataEdit metadataEdit(const RewritePlan& plan);

@@ -1,7 +1,6 @@
 #include "imaging/tiff/tiff_metadata.h"
 
 #include "imaging/base/image_error.h"
-#include "imaging/exif/photoshop_resources.h"
 #include "imaging/exif/xmp_patch.h"
 
 #include <algorithm>
@@ -47,24 +46,10 @@ void eraseOtherPictures(Exiv2::ExifData& exif) {
   }
 }
 
-bool hasMakerNote(const Exiv2::ExifData& exif) {
-  return exif.findKey(Exiv2::ExifKey("Exif.Photo.MakerNote")) != exif.end();
-}
-
 Bytes bytesOf(const Exiv2::Exifdatum& tag) {
   Bytes bytes(static_cast<std::size_t>(std::max<long>(tag.size(), 0)));
   if (!bytes.empty()) tag.copy(bytes.data(), Exiv2::invalidByteOrder);
   return bytes;
-}
-
-void erasePhotoshopPreviews(Exiv2::ExifData& exif) {
-  const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.ImageResources"));
-  if (tag == exif.end()) return;
-  Bytes resources = bytesOf(*tag);
-  dropPhotoshopPreviews(resources);
-  const auto value = Exiv2::Value::create(tag->typeId());
-  value->read(resources.data(), static_cast<long>(resources.size()), Exiv2::invalidByteOrder);
-  tag->setValue(value.get());
 }
 
 /// Gives a tag that is there another value of its own type.
@@ -96,17 +81,10 @@ std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
 Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit) {
   const std::lock_guard lock(exivMutex());
   prepareExiv();
-  auto from = openTiff(source);
-  Bytes turned;
-  if (edit.turnPreview && hasMakerNote(from->exifData())) {
-    turned.assign(source.begin(), source.end());
-    remakeEmbeddedJpegs(turned, edit.turnPreview);
-    from = openTiff(turned);
-  }
+  const auto from = openTiff(source);
   const auto to = openTiff(result);
   Exiv2::ExifData exif = from->exifData();
   eraseOtherPictures(exif);
-  if (edit.turnPreview) erasePhotoshopPreviews(exif);
   apply(exif, edit.exif);
   const std::string packet = xmpPacketOf(exif, edit);
   to->setByteOrder(from->byteOrder());

@@ -174,104 +174,67 @@ TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
   }
 }
 
-/// A preview, as it stands in bytes of a source that says it lies on its side, and as it should in the
-/// result.
-class PreviewTest : public testing::Test {
+/// JPEGs in the metadata that nothing is known about.
+class ForeignJpegTest : public testing::Test {
  protected:
-  /// Whether what stands in the result at the place of the preview is the preview turned, or as like to it as
-  /// one that takes no more room can be.
-  void expectTurned(const Bytes& inResult) {
-    ASSERT_EQ(inResult.size(), preview_.size());
-    EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "expected.jpg", preview_), {"-rotate", "90"}),
-                       pictureOf(writeFile(folder_ / "turned.jpg", inResult))),
-              32);
-  }
-  /// What follows the first occurrence of the word, as long as the preview.
-  Bytes behind(const Bytes& file, std::string_view word) {
-    const auto found = std::ranges::search(file, word);
-    EXPECT_FALSE(found.empty());
-    return {found.end(), found.end() + static_cast<std::ptrdiff_t>(preview_.size())};
-  }
-  Bytes onItsSide(const std::vector<Bytes>& segments) {
-    return withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
-  }
-  Bytes part(std::size_t begin, std::size_t end) {
-    return {preview_.begin() + static_cast<std::ptrdiff_t>(begin),
-            preview_.begin() + static_cast<std::ptrdiff_t>(end)};
+  Bytes turned(const std::vector<Bytes>& segments, const Bytes& trailer = {}) {
+    const Bytes photo = jpegPhoto({.width = 64, .height = 48, .orientation = 6});
+    return mustRewrite(joined({withSegments(photo, segments), trailer}), {std::nullopt, true});
   }
 
-  TemporaryFolder folder_;
-  const Bytes preview_ = jpegPhoto({.width = 93, .height = 60, .seed = 3, .exif = false});
+  const Bytes jpeg_ = jpegPhoto({.width = 93, .height = 60, .seed = 3, .exif = false});
 };
 
-TEST_F(PreviewTest, IsTurnedInASegmentThatNobodyKnows) {
-  const Bytes source = onItsSide({jpegSegment(0xE4, joined({named("screen shot", 0, 0), preview_}))});
-  expectTurned(behind(mustRewrite(source, {std::nullopt, true}), "screen shot"));
+TEST_F(ForeignJpegTest, PassesThroughInASegmentThatNobodyKnows) {
+  const Bytes segment = jpegSegment(0xE4, joined({named("screen shot", 0, 0), jpeg_}));
+  EXPECT_TRUE(contains(turned({segment}), segment));
 }
 
-TEST_F(PreviewTest, IsTurnedWhenItGoesThroughSeveralSegments) {
+TEST_F(ForeignJpegTest, PassesThroughInFlashPixStreams) {
   const Bytes header = named(std::string_view("FPXR\0\0\2", 7), 6, 7);
-  const auto stream = [&](std::size_t begin, std::size_t end) {
-    return jpegSegment(0xE2, joined({header, part(begin, end)}));
-  };
-  const Bytes profile = jpegSegment(0xE2, named(std::string_view("ICC_PROFILE\0\1\1", 14), 900, 3));
-  const Bytes source = onItsSide({stream(0, 300), profile, stream(300, 700), stream(700, preview_.size())});
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
-  EXPECT_TRUE(contains(result, profile));
-  Bytes inResult;
-  auto rest = std::span(result);
-  for (const std::size_t length : {std::size_t{300}, std::size_t{400}, preview_.size() - 700}) {
-    const auto found = std::ranges::search(rest, header);
-    ASSERT_FALSE(found.empty());
-    rest = std::span(found.end(), rest.end());
-    inResult.insert(inResult.end(), rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(length));
-  }
-  expectTurned(inResult);
+  const Bytes first = jpegSegment(0xE2, joined({header, {jpeg_.begin(), jpeg_.begin() + 300}}));
+  const Bytes second = jpegSegment(0xE2, joined({header, {jpeg_.begin() + 300, jpeg_.end()}}));
+  EXPECT_TRUE(contains(turned({first, second}), joined({first, second})));
 }
 
-TEST_F(PreviewTest, IsTurnedInXmp) {
-  const std::string_view name("http://ns.adobe.com/xap/1.0/\0", 29);
-  std::string text;
+TEST_F(ForeignJpegTest, PassesThroughInPhotoshopsResources) {
+  const Bytes name = named(std::string_view("Photoshop 3.0\0", 14), 0, 0);
+  const Bytes resource{'8', 'B', 'I', 'M', 4, 0x0C, 0, 0, 0, 0, 0, 28};
+  const Bytes segment = jpegSegment(0xED, joined({name, resource, Bytes(28, 0), jpeg_}));
+  EXPECT_TRUE(contains(turned({segment}), segment));
+}
+
+TEST_F(ForeignJpegTest, PassesThroughInBase64InXmp) {
   const QByteArray digits =
-      QByteArray(reinterpret_cast<const char*>(preview_.data()), static_cast<qsizetype>(preview_.size()))
+      QByteArray(reinterpret_cast<const char*>(jpeg_.data()), static_cast<qsizetype>(jpeg_.size()))
           .toBase64();
-  for (qsizetype i = 0; i < digits.size(); i += 76) text += digits.mid(i, 76).toStdString() + "&#xA;\n";
-  const Bytes packet =
-      named(std::string(name) + "<xmpGImg:image>" + text + "</xmpGImg:image><a>/9j/AA==</a>", 0, 0);
-  const Bytes result = mustRewrite(onItsSide({jpegSegment(0xE1, packet)}), {std::nullopt, true});
-  const auto begin = std::ranges::search(result, std::string_view("<xmpGImg:image>"));
-  const auto end = std::ranges::search(result, std::string_view("</xmpGImg:image><a>/9j/AA==</a>"));
-  ASSERT_FALSE(begin.empty() || end.empty());
-  QByteArray found(reinterpret_cast<const char*>(&*begin.end()), end.begin() - begin.end());
-  EXPECT_EQ(static_cast<std::size_t>(found.size()), text.size());
-  found = QByteArray::fromBase64(found.replace("&#xA;\n", ""));
-  expectTurned({found.begin(), found.end()});
+  const std::string name("http://ns.adobe.com/xap/1.0/\0", 29);
+  const Bytes segment =
+      jpegSegment(0xE1, named(name + "<xmpGImg:image>" + digits.toStdString() + "</xmpGImg:image>", 0, 0));
+  EXPECT_TRUE(contains(turned({segment}), segment));
 }
 
-TEST_F(PreviewTest, IsTurnedBehindThePicture) {
-  const Bytes film = joined({videoFile(3000), preview_});
-  const Bytes source = joined({onItsSide({}), Bytes(8, 0), preview_, film});
+TEST_F(ForeignJpegTest, PassesThroughAfterThePictureWhenNoIndexNamesIt) {
+  const Bytes trailer = joined({Bytes(8, 0), jpeg_, videoFile(3000), jpeg_});
+  const Bytes result = turned({}, trailer);
+  EXPECT_TRUE(std::equal(trailer.rbegin(), trailer.rend(), result.rbegin()));
+}
+
+TEST(JpegRewrite, KeepsJfifThumbnailsWhenItTurns) {
+  const Bytes jfif = joined({named(std::string_view("JFIF\0\1\1\0\0\1\0\1\2\2", 14), 2 * 2 * 3, 5)});
+  const Bytes extension = named(std::string_view("JFXX\0\x13\1\1", 8), 3, 9);
+  const std::vector<Bytes> segments{jpegSegment(0xE0, jfif), jpegSegment(0xE0, extension)};
+  const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
   const Bytes result = mustRewrite(source, {std::nullopt, true});
-  ASSERT_GT(result.size(), film.size() + preview_.size());
-  const auto end = result.end() - static_cast<std::ptrdiff_t>(film.size());
-  EXPECT_TRUE(std::equal(end, result.end(), film.begin())) << "a film was changed";
-  expectTurned({end - static_cast<std::ptrdiff_t>(preview_.size()), end});
+  for (const auto& segment : segments) EXPECT_TRUE(contains(result, segment));
 }
 
-TEST_F(PreviewTest, StaysWhenThePictureIsNotTurned) {
-  const Bytes source = joined({onItsSide({jpegSegment(0xE4, preview_)}), preview_});
-  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
-  EXPECT_TRUE(contains(result, jpegSegment(0xE4, preview_)));
-  EXPECT_TRUE(std::equal(preview_.rbegin(), preview_.rend(), result.rbegin()));
-}
-
-TEST_F(PreviewTest, StaysWhenItIsAMultipleOfThePicture) {
-  const Bytes bomb = jpegSegment(0xE4, withFrameSize(preview_, 4000, 4000));
-  const Bytes other = jpegSegment(0xE5, joined({named("screen shot", 0, 0), preview_}));
-  const Bytes result = mustRewrite(onItsSide({bomb, bomb, other}), {std::nullopt, true});
-  EXPECT_TRUE(contains(result, joined({bomb, bomb})));
-  expectTurned(behind(result, "screen shot"));
-}
+class PreviewTest : public testing::Test {
+ protected:
+  const Reorientation quarterTurn_ = reorientationFrom(6);
+  const Bytes preview_ = jpegPhoto({.width = 93, .height = 60, .seed = 3, .exif = false});
+  TemporaryFolder folder_;
+};
 
 TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
   const Path path = writeFile(folder_ / "small.png", pngPhoto({.width = 93, .height = 61, .exif = false}));
@@ -281,12 +244,33 @@ TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
             0);
   const Bytes source = bytesOf(folder_ / "small.jpg");
   Bytes small = source;
-  std::int64_t pixelsLeft = 1'000'000;
-  const std::size_t length = turnJpegWithin(small, reorientationFrom(6), pixelsLeft);
+  const std::size_t length = turnJpegWithin(small, quarterTurn_, 1'000'000);
   EXPECT_GT(length, 0U);
   EXPECT_LE(length, source.size());
   EXPECT_EQ(outlineJpeg(small)->imageEnd, length);
   EXPECT_GT(imageSizeOf(small)->stored.height, imageSizeOf(small)->stored.width);
+}
+
+TEST_F(PreviewTest, IsNotTurnedWithMorePixelsThanItMayHave) {
+  Bytes preview = preview_;
+  EXPECT_EQ(turnJpegWithin(preview, quarterTurn_, 93 * 60 - 1), 0U);
+  EXPECT_EQ(preview, preview_);
+  EXPECT_GT(turnJpegWithin(preview, quarterTurn_, 93 * 60), 0U);
+}
+
+TEST_F(PreviewTest, MayHaveAsManyPixelsAsItsPhotoAndAtLeastAMillion) {
+  const Bytes million = jpegPhoto({.width = 1000, .height = 1000, .exif = false});
+  const Bytes more = jpegPhoto({.width = 1008, .height = 1000, .exif = false});
+  const auto isTurned = [](Bytes preview, const PixelSize& photo) {
+    return previewTurner({photo, photo, reorientationFrom(6), true})(preview) > 0;
+  };
+  EXPECT_TRUE(isTurned(million, {10, 10}));
+  EXPECT_FALSE(isTurned(more, {10, 10}));
+  EXPECT_TRUE(isTurned(more, {1008, 1000}));
+}
+
+TEST_F(PreviewTest, IsLeftAloneWhenItsPhotoIsNotTurned) {
+  EXPECT_FALSE(previewTurner({{64, 48}, {32, 24}, Reorientation{}, true}));
 }
 
 /// A photo with a second picture behind it and the index that leads there; big-endian.
@@ -377,24 +361,6 @@ TEST_F(MultiPictureTest, StandsAThousandMutations) {
     EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << "mutation " << i;
   }
   EXPECT_GT(written, 100);
-}
-
-TEST(JpegRewrite, LeavesPhotoshopsPreviewOutWhenItTurns) {
-  const auto resource = [](std::uint8_t low, std::uint8_t filler) {
-    Bytes block{'8', 'B', 'I', 'M', 4, low, 0, 0, 0, 0, 0, 5};
-    block.resize(block.size() + 6, filler);
-    return block;
-  };
-  const Bytes preview = resource(0x0C, 7);
-  const Bytes other = resource(0x04, 9);
-  Bytes payload = named(std::string_view("Photoshop 3.0\0", 14), 0, 0);
-  for (const Bytes& part : {other, preview, other}) payload.insert(payload.end(), part.begin(), part.end());
-  const Bytes source =
-      withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {jpegSegment(0xED, payload)});
-  Bytes both = other;
-  both.insert(both.end(), other.begin(), other.end());
-  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), both));
-  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), preview));
 }
 
 TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
