@@ -46,6 +46,16 @@ TEST(OperationRecord, CarriesResolutionMinusOneWhenNoneIsChosen) {
   EXPECT_EQ(recordOf(entry, std::make_shared<InvocationOperation>()).number("resolution"), -1);
 }
 
+TEST(OperationRecord, CarriesResolution0ForAPhotoThatKeepsItsSize) {
+  auto entry = entryOf(PlanEntry::Handler::resize);
+  entry.resolution = 0;
+  const auto operation = std::make_shared<InvocationOperation>();
+  const auto record = recordOf(entry, operation);
+  EXPECT_EQ(record.count(), 5U);
+  EXPECT_EQ(record.number("resolution"), 0);
+  EXPECT_EQ(record.operation(), operation);
+}
+
 TEST(OperationRecord, EndsAtTheFirstAbsentValue) {
   auto entry = entryOf(PlanEntry::Handler::copy);
   entry.to.reset();

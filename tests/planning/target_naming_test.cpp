@@ -22,6 +22,15 @@ TEST(TargetNaming, NamesTheFolderByTheChosenFormat) {
   EXPECT_EQ(folder(2), Path("/t/2014/05/21"));
 }
 
+TEST(TargetNaming, ResolvesPercentEscapesInTheNamesOfMonthsAndDays) {
+  auto months = englishMonths();
+  auto days = englishDays();
+  months.at(4) = "M%61y";
+  days.at(3) = "Wednes%20day";
+  EXPECT_EQ(targetFolder("/t", 0, wednesday, months, days), Path("/t/2014/05/21-May-2014 Wednes day"));
+  EXPECT_EQ(targetFolder("/t", 1, wednesday, months, days), Path("/t/2014/05/21-May Wednes day"));
+}
+
 TEST(TargetNaming, HasNoFolderForAnyOtherFormat) {
   EXPECT_FALSE(folder(-1).has_value());
   EXPECT_FALSE(folder(3).has_value());

@@ -67,6 +67,7 @@ HeadlessProgram::HeadlessProgram(std::shared_ptr<FileManager> files, std::shared
   host.files = std::move(files);
   host.defaults = std::move(defaults);
   host.power = power;
+  host.now = [this] { return clock(); };
   interface = std::make_unique<MainInterface>(std::move(host));
   interface->lblStatus->didChange = [this] { statusTexts_ << status(); };
   settle();

@@ -52,6 +52,8 @@ class HeadlessProgram {
   const Path target = folder / "target";
   std::shared_ptr<FakePowerAssertions> power = std::make_shared<FakePowerAssertions>();
   LogCapture log;
+  /// What the program takes for the time; asked on any thread.
+  std::function<Date()> clock = [] { return Date(std::chrono::system_clock::now()); };
   std::unique_ptr<MainInterface> interface;
 
   OrganiseManager& manager() { return interface->manager; }

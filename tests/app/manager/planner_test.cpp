@@ -1,9 +1,6 @@
+#include "app/manager/planner_fixture.h"
 #include "planning/calendar.h"
 #include "platform/file_url.h"
-#include "support/failing_file_manager.h"
-#include "support/headless_program.h"
-#include "support/sample_media.h"
-#include "support/time_zone.h"
 
 #include <gtest/gtest.h>
 
@@ -11,35 +8,10 @@ namespace kestrova {
 
 namespace {
 
-using test::SamplePhoto;
+using test::nameOf;
 using test::writeFile;
 
-class Planner : public testing::Test {
- protected:
-  /// Chooses the short folder format.
-  Planner() { controls().comboFolderFormat->chooseItem(2); }
-
-  Path writeJpeg(const char* name, const SamplePhoto& photo) {
-    return writeFile(program.source / name, ByteView(test::jpegPhoto(photo)));
-  }
-  Path writeJpeg(const char* name, const SamplePhoto& photo, std::size_t size) {
-    return writeFile(program.source / name, ByteView(test::paddedJpeg(test::jpegPhoto(photo), size)));
-  }
-  Path writeVideo(const char* name, std::size_t size) {
-    const Path path = test::writePhoto(program.source / name, size);
-    test::setModified(path, "2015:01:01 00:00:00");
-    return path;
-  }
-  OrganiseManager& manager() { return program.manager(); }
-  MainInterface& controls() { return *program.interface; }
-
-  std::shared_ptr<test::FailingFileManager> files = std::make_shared<test::FailingFileManager>();
-  test::HeadlessProgram program{files};
-};
-
-std::string nameOf(const Path& source, const char* prefix, const char* extension) {
-  return prefix + std::to_string(std::filesystem::file_size(source)) + extension;
-}
+class Planner : public test::PlannerTest {};
 
 }  // namespace
 
@@ -89,6 +61,56 @@ TEST_F(Planner, DatesAFileWithoutAnyDateByTheStartOfTheRun) {
   const std::string expected = targetFileName(MediaKind::video, today, 0, QStringLiteral("mov"));
   ASSERT_EQ(program.targetFiles().size(), 1U);
   EXPECT_TRUE(program.targetFiles()[0].ends_with(expected)) << program.targetFiles()[0];
+}
+
+TEST_F(Planner, TakesTheStartOfTheRunAndNoLaterMomentWhereThereIsNoDate) {
+  const Path clip = writeVideo("clip.mov", 500);
+  std::atomic<bool> isPlanning = false;
+  program.clock = [&] {
+    return parseLocalTime(isPlanning ? "2002:02:02 02:02:02" : "2001:01:01 01:01:01").value();
+  };
+  files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
+    if (path != clip) return std::nullopt;
+    isPlanning = true;
+    return FileError{EACCES, "refused"};
+  };
+  program.run();
+  EXPECT_EQ(program.targetFiles(), std::vector<std::string>{"2001/01/01/VIDEO_20010101010101_0.MOV"});
+}
+
+TEST_F(Planner, KnowsNothingOfAPhotoThatLiesAfterItsFirst40960Bytes) {
+  const Bytes photo =
+      test::jpegPhoto({.width = 300, .height = 300, .orientation = 6, .digitized = "2014:05:21 13:45:02"});
+  const Bytes start(photo.begin(), photo.begin() + 2);
+  const Bytes rest(photo.begin() + 2, photo.end());
+  constexpr std::uint8_t comment = 0xFE;
+  const Bytes late = test::joined({start, test::jpegSegment(comment, Bytes(40960, ' ')), rest});
+  const Path path = writeFile(program.source / "late.jpg", ByteView(late));
+  test::setModified(path, "2020:02:03 04:05:06");
+  controls().chkFilterSmallPhotos->performClick();
+  program.run();
+  EXPECT_EQ(program.targetFiles(), std::vector{nameOf(path, "2020/02/03/PHOTO_20200203040506_", ".JPG")});
+  EXPECT_EQ(manager().tFilteredCount, 0);
+  EXPECT_EQ(manager().tRotatedCount, 0);
+}
+
+TEST_F(Planner, NamesAFileThatIsNeitherPhotoNorVideoWithoutAnUnderscore) {
+  // The joined lists hold a bracket between two commas.
+  const Path odd = test::writePhoto(program.source / "odd.)", 1000);
+  test::setModified(odd, "2015:01:01 00:00:00");
+  program.run();
+  EXPECT_EQ(program.targetFiles(), std::vector<std::string>{"2015/01/01/FILE20150101000000_1000.)"});
+}
+
+TEST_F(Planner, LeavesOutNothingForFiltersThatAreNeitherOnNorOff) {
+  writeJpeg("a.jpg", {.width = 90, .height = 60});
+  writeVideo("clip.mov", 500);
+  controls().chkFilterSmallPhotos->setState(CheckBox::mixed);
+  controls().chkFilterSmallVideos->setState(CheckBox::mixed);
+  program.run();
+  EXPECT_EQ(manager().tFilteredCount, 0);
+  EXPECT_EQ(manager().tPhotoCount, 1);
+  EXPECT_EQ(manager().tVideoCount, 1);
 }
 
 TEST_F(Planner, LeavesOutSmallPhotosByTheirBytesWhenAsked) {
@@ -164,6 +186,7 @@ TEST_F(Planner, QueuesBothOfTwoFilesWithOneTargetAndTheSecondFailsAsExisting) {
   EXPECT_EQ(manager().tVideoCount, 1);
   EXPECT_EQ(manager().targetExistCount, 1);
   EXPECT_EQ(controls().lblTargetExistCount->stringValue(), QStringLiteral("1"));
+  EXPECT_EQ(program.log.count(QStringLiteral("Item Exist")), 1);
   EXPECT_EQ(test::readFile(program.target / "2015/01/01/VIDEO_20150101000000_500.MOV")[0], 'a');
 }
 
@@ -181,96 +204,21 @@ TEST_F(Planner, EndsProperlyWhenEveryFileIsLeftOutOrThere) {
   EXPECT_TRUE(controls().buttonStart->isEnabled());
 }
 
+TEST_F(Planner, ShowsNoProgressOfTheLastRunWhenItEnds) {
+  writeVideo("clip.mov", 500);
+  controls().processBar->setDoubleValue(42);
+  files->onStageCopy = [](const Path&, const Path&) { return FileError{EIO, "on purpose"}; };
+  program.run();
+  EXPECT_EQ(controls().processBar->maxValue(), 1);
+  EXPECT_EQ(controls().processBar->doubleValue(), 0);
+}
+
 TEST_F(Planner, NumbersTheFilesThatItDecidesOn) {
   writeVideo("a.mov", 500);
   writeVideo("b.mov", 501);
   program.run();
   EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Deciding operations 1")));
   EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Deciding operations 2")));
-}
-
-TEST_F(Planner, CopiesAVideoWhateverTheResolution) {
-  writeVideo("clip.mov", 500);
-  controls().comboResolution->chooseItem(2);
-  program.run();
-  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Copying VIDEO 1")));
-}
-
-TEST_F(Planner, CopiesATurnedPhotoWhenItIsNotToStandUpright) {
-  const Path photo = writeJpeg("a.jpg", {.orientation = 6, .digitized = "2014:05:21 13:45:02"});
-  controls().chkRotate->performClick();
-  program.run();
-  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Copying Photo (JPG) 1")));
-  EXPECT_EQ(test::readFile(program.target / nameOf(photo, "2014/05/21/PHOTO_20140521134502_", ".JPG")),
-            test::readFile(photo));
-}
-
-TEST_F(Planner, HandsATurnedPhotoToResizingAtItsOwnSize) {
-  writeJpeg("a.jpg", {.orientation = 6});
-  program.run();
-  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Rotating photo 1")));
-  EXPECT_EQ(manager().tRotatedCount, 1);
-}
-
-TEST_F(Planner, HandsATaggedPhotoToResizingWithTheChosenResolution) {
-  writeJpeg("a.jpg", {.width = 1600, .height = 1200, .orientation = 1});
-  controls().comboResolution->chooseItem(1);
-  program.run();
-  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Resizing photo 1 for 720P")));
-}
-
-TEST_F(Planner, HandsAPhotoWithoutOrientationToResizingWithoutItsResolution) {
-  writeJpeg("a.jpg", {.width = 1600, .height = 1200});
-  controls().comboResolution->chooseItem(1);
-  program.run();
-  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Rotating photo 1")));
-  EXPECT_EQ(manager().tRotatedCount, 1);
-}
-
-TEST_F(Planner, HandsATurnedPhotoToResizingWithoutAWordWhenNoResolutionIsChosen) {
-  writeJpeg("a.jpg", {.orientation = 8});
-  controls().comboResolution->selectItemAtIndex(-1);
-  program.run();
-  EXPECT_EQ(manager().tRotatedCount, 1);
-  EXPECT_FALSE(program.statusTexts().contains(QStringLiteral("Rotating photo 1")));
-}
-
-TEST_F(Planner, ShowsAnExceptionAndLeavesTheQueueSuspended) {
-  writeVideo("a.mov", 500);
-  const Path second = writeVideo("b.mov", 501);
-  files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
-    if (path == second) throw std::runtime_error("on purpose");
-    return std::nullopt;
-  };
-  program.chooseFolders();
-  program.press(controls().buttonStart);
-  program.waitUntil([&] { return program.status().startsWith(QStringLiteral("EXCEPTION")); });
-  program.waitUntil([&] { return manager().processQueue->executingCount() == 0; });
-  EXPECT_EQ(program.status(), QStringLiteral("EXCEPTION copyFiles : on purpose"));
-  EXPECT_TRUE(program.log.holds(QStringLiteral("EXCEPTION copyFiles : on purpose")));
-  EXPECT_TRUE(manager().processQueue->isSuspended());
-  EXPECT_EQ(manager().processQueue->operationCount(), 1U);
-  EXPECT_TRUE(program.targetFiles().empty());
-}
-
-TEST_F(Planner, CancelledLeavesTheQueueSuspendedWithWhatItHadQueued) {
-  writeVideo("a.mov", 500);
-  const Path second = writeVideo("b.mov", 501);
-  writeVideo("c.mov", 502);
-  files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
-    if (path == second) manager().processQueue->cancelAllOperations();
-    return std::nullopt;
-  };
-  program.chooseFolders();
-  program.press(controls().buttonStart);
-  program.waitUntil([&] { return program.log.holds(QStringLiteral("CANCELLLED")); });
-  program.waitUntil([&] { return manager().processQueue->executingCount() == 0; });
-  EXPECT_TRUE(manager().processQueue->isSuspended());
-  EXPECT_EQ(manager().processQueue->operationCount(), 2U);
-  EXPECT_FALSE(program.log.holds(QStringLiteral("queue has completed")));
-  manager().processQueue->setSuspended(false);
-  program.waitUntilEnded();
-  EXPECT_TRUE(program.targetFiles().empty());
 }
 
 TEST_F(Planner, AnnouncesWhatItLeavesOutAndWhatIsThere) {
