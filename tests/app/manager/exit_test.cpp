@@ -22,8 +22,10 @@ class AnsweringAlerts : public AlertPanel {
  public:
   int runModal(const Alert& alert) override {
     shown.push_back(alert);
+    if (onRun) onRun();
     return answer;
   }
+  std::function<void()> onRun;
   std::vector<Alert> shown;
   int answer = firstButtonReturn;
 };
@@ -59,7 +61,10 @@ class Exit : public testing::Test {
 }  // namespace
 
 TEST_F(Exit, AsksAndSavesBeforeItAsks) {
+  int savesBefore = 0;
+  alerts->onRun = [&] { savesBefore = defaults->saves; };
   EXPECT_EQ(ask(), TerminateReply::now);
+  EXPECT_EQ(savesBefore, 1);
   ASSERT_EQ(alerts->shown.size(), 1U);
   EXPECT_EQ(alerts->shown[0].messageText, QStringLiteral("Alert"));
   EXPECT_EQ(alerts->shown[0].informativeText, QStringLiteral("Do you really want to exit?"));
@@ -125,8 +130,13 @@ TEST_F(Exit, LinksOpenTheirAddresses) {
 
 TEST_F(Exit, OnlyTheHelpPageSaysInTheLogThatItCannotBeOpened) {
   workspace->works = false;
-  manager().sharePinterest();
   manager().gotoReviewPage();
+  manager().requestNewFeature();
+  manager().shareFacebook();
+  manager().shareTwitter();
+  manager().shareGooglePlus();
+  manager().sharePinterest();
+  EXPECT_EQ(workspace->opened.size(), 6);
   EXPECT_TRUE(log.lines().isEmpty());
   manager().gotoHelp();
   EXPECT_EQ(log.lines(), QStringList(QStringLiteral("Failed to open url: ") + workspace->opened.last()));

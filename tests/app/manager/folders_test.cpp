@@ -81,6 +81,7 @@ TEST_F(Folders, SelectedInRows0And2AreDeletedAtOnce) {
   interface->sourceList->selectRowIndexes({0, 2});
   manager().deleteSource();
   EXPECT_EQ(sources(), std::vector<Path>{"/b"});
+  EXPECT_EQ(defaults->saves, 4) << "after each choice and once after both are gone";
   EXPECT_TRUE(interface->sourceList->selectedRowIndexes().empty());
 }
 

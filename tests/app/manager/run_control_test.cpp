@@ -30,6 +30,19 @@ TEST_F(RunControl, AsksForASourceWhenThereIsOnlyATarget) {
   EXPECT_EQ(program.status(), QStringLiteral("Please complete step 1 and 2 first"));
 }
 
+TEST_F(RunControl, AsksForBothStepsAlsoWhileARunIsUnderWay) {
+  startAndHoldFirstCopy();
+  controls().sourceList->selectRowIndexes({0});
+  manager().deleteSource();
+  program.press(controls().buttonStart);
+  program.settle();
+  EXPECT_EQ(program.status(), QStringLiteral("Please complete step 1 and 2 first"));
+  EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
+  EXPECT_FALSE(queue().isSuspended());
+  copying.open();
+  program.waitUntilEnded();
+}
+
 TEST_F(RunControl, IgnoresStopWhileIdle) {
   manager().stopProcess();
   program.settle();
@@ -92,6 +105,8 @@ TEST_F(RunControl, HoldsStartWhileItPlans) {
 TEST_F(RunControl, StopsPlanningWithoutACompletionReport) {
   startAndHoldPlanning();
   program.press(controls().buttonStop);
+  program.settle();
+  EXPECT_FALSE(controls().processBar->isAnimating());
   planning.open();
   program.waitUntilEnded();
   EXPECT_EQ(program.status(), QStringLiteral("Deciding operations 1"));
@@ -112,6 +127,61 @@ TEST_F(RunControl, EnablesPauseWhileItCopies) {
   EXPECT_EQ(controls().processBar->maxValue(), 5);
   EXPECT_EQ(manager().appStatus, 3);
   EXPECT_EQ(queue().executingCount(), 1U);
+  copying.open();
+  program.waitUntilEnded();
+}
+
+TEST_F(RunControl, PlansNothingWhenTheQueueIsSuspendedAtTheLastFileOfAScan) {
+  writePhoto(program.source / "z.jpg", 1000 + 'a', 'z');
+  startAndHoldScan();
+  manager().startProcess();
+  scanning.open();
+  queue().waitUntilIdle();
+  program.settle();
+  EXPECT_TRUE(queue().isSuspended());
+  EXPECT_EQ(queue().operationCount(), 0U);
+  EXPECT_FALSE(program.log.holds(QStringLiteral("SUSPENDED"))) << "the walk was over";
+}
+
+TEST_F(RunControl, ChangesTheControlsOfAStartByTheMainThreadsNextTurn) {
+  program.chooseFolders();
+  manager().startProcess();
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
+  EXPECT_FALSE(controls().buttonStop->isEnabled());
+  program.settle();
+  EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
+  EXPECT_TRUE(controls().buttonStop->isEnabled());
+  program.waitUntilEnded();
+}
+
+TEST_F(RunControl, ChangesTheControlsOfPauseContinueAndStopByTheMainThreadsNextTurn) {
+  startAndHoldFirstCopy();
+  manager().startProcess();
+  EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
+  program.settle();
+  EXPECT_EQ(startTitle(), QStringLiteral("Continue"));
+
+  manager().startProcess();
+  EXPECT_EQ(startTitle(), QStringLiteral("Continue"));
+  program.settle();
+  EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
+
+  manager().startProcess();
+  program.settle();
+  controls().processBar->startAnimation();
+  controls().sourceProgress->startAnimation();
+  manager().stopProcess();
+  EXPECT_EQ(startTitle(), QStringLiteral("Continue"));
+  EXPECT_TRUE(controls().buttonStop->isEnabled());
+  EXPECT_TRUE(queue().isSuspended());
+  EXPECT_TRUE(controls().processBar->isAnimating());
+  EXPECT_TRUE(controls().sourceProgress->isAnimating());
+  program.settle();
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
+  EXPECT_FALSE(controls().buttonStop->isEnabled());
+  EXPECT_FALSE(queue().isSuspended());
+  EXPECT_FALSE(controls().processBar->isAnimating());
+  EXPECT_FALSE(controls().sourceProgress->isAnimating());
   copying.open();
   program.waitUntilEnded();
 }

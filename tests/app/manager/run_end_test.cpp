@@ -32,6 +32,24 @@ TEST_F(RunEnd, CompletesEveryRunOnceWithItsOwnAssertion) {
   EXPECT_EQ(manager().tTotalCount, 0);
 }
 
+TEST_F(RunEnd, StopsTheBarEvenWhenNothingElseHas) {
+  startAndHoldFirstCopy();
+  controls().processBar->startAnimation();
+  copying.open();
+  program.waitUntilEnded();
+  EXPECT_FALSE(controls().processBar->isAnimating());
+}
+
+TEST_F(RunEnd, RemembersWhenTheLastRunWasStarted) {
+  Date now(std::chrono::hours(1));
+  program.clock = [&now] { return now; };
+  program.run();
+  EXPECT_EQ(manager().starttime, now);
+  now += std::chrono::hours(1);
+  program.run();
+  EXPECT_EQ(manager().starttime, now);
+}
+
 TEST_F(RunEnd, TakesUpAStoppedRunWhereItEnded) {
   startAndHoldFirstCopy();
   program.press(controls().buttonStop);
@@ -64,6 +82,23 @@ TEST_F(RunEnd, KeepsTheErrorTextWhenTheVolumeIsFull) {
   program.run();
   EXPECT_EQ(program.status(), QStringLiteral("Completed"));
   EXPECT_FALSE(manager().haserror);
+}
+
+TEST_F(RunEnd, ShowsStoppedEvenAfterAnError) {
+  files->onStageCopy = [this](const Path&, const Path&) -> std::optional<FileError> {
+    copying.pass();
+    return FileError{FileError::unspecifiedWrite, "full"};
+  };
+  start();
+  program.waitUntil([this] { return copying.isReached(); });
+  program.press(controls().buttonStop);
+  copying.open();
+  program.waitUntilEnded();
+  EXPECT_TRUE(manager().haserror);
+  EXPECT_TRUE(manager().hasstopped);
+  EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Not enough space!")));
+  EXPECT_FALSE(program.statusTexts().contains(QStringLiteral("Completed")));
+  EXPECT_EQ(program.status(), QStringLiteral("Stopped"));
 }
 
 TEST_F(RunEnd, PausesByItselfWhenAnOperationRaisesAndCanContinue) {

@@ -1,14 +1,15 @@
 #include "support/headless_program.h"
 
 #include <QDataStream>
-#include <QFile>
-#include <QSettings>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kestrova {
 
 namespace {
+
+using testing::ElementsAre;
 
 class RecordingDefaults : public UserDefaults {
  public:
@@ -30,8 +31,17 @@ class Settings : public testing::Test {
  protected:
   void store(const char* key, const QVariant& value) { defaults->values.insert(QLatin1String(key), value); }
   int stored(const char* key) const { return defaults->values.value(QLatin1String(key)).toInt(); }
+  /// The URLs archived under the key.
+  QStringList archived(const char* key) const {
+    QStringList urls;
+    QDataStream stream(defaults->values.value(QLatin1String(key)).toByteArray());
+    stream.setVersion(QDataStream::Qt_6_0);
+    stream >> urls;
+    return urls;
+  }
   void launch() { program = std::make_unique<test::HeadlessProgram>(systemFileManager(), defaults); }
   MainInterface& controls() { return *program->interface; }
+  OrganiseManager& manager() { return program->manager(); }
   QString extensionImages() { return program->manager().extensionImages.get(); }
 
   std::shared_ptr<RecordingDefaults> defaults = std::make_shared<RecordingDefaults>();
@@ -60,6 +70,32 @@ TEST_F(Settings, AtAFirstLaunchShowTheFirstItemsAndTheCopyTextInTheFolderFormat)
   EXPECT_TRUE(controls().buttonStart->isEnabled());
   EXPECT_EQ(controls().buttonStart->title(), QStringLiteral("Start"));
   EXPECT_TRUE(defaults->written.isEmpty());
+}
+
+TEST_F(Settings, FindStopDisabledAndDisableItOnceMore) {
+  Host host;
+  host.defaults = defaults;
+  const MainInterface unloaded(std::move(host));
+  EXPECT_FALSE(unloaded.buttonStop->isEnabled());
+  launch();
+  controls().buttonStop->setEnabled(true);
+  manager().loadSettings();
+  EXPECT_FALSE(controls().buttonStop->isEnabled());
+}
+
+TEST_F(Settings, BringTheEnglishNamesOfMonthsAndDays) {
+  launch();
+  EXPECT_THAT(manager().months, ElementsAre("January", "February", "March", "April", "May", "June", "July",
+                                            "August", "September", "October", "November", "December"));
+  EXPECT_THAT(manager().days,
+              ElementsAre("Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"));
+}
+
+TEST_F(Settings, StartWithoutSources) {
+  launch();
+  manager().addSource("/source");
+  manager().loadSettings();
+  EXPECT_TRUE(manager().sourcePathList.get().empty());
 }
 
 TEST_F(Settings, ShowTheFolderFormatsOwnTextWhenItIsStored) {
@@ -122,8 +158,43 @@ TEST_F(Settings, RestoreTheCheckBoxesThatAreStored) {
   store("selectedFilterVideo", 1);
   launch();
   EXPECT_EQ(controls().chkRotate->state(), CheckBox::off);
-  EXPECT_EQ(controls().chkFilterSmallPhotos->state(), CheckBox::off);
+  EXPECT_EQ(controls().chkFilterSmallPhotos->state(), CheckBox::off) << "is not stored";
   EXPECT_EQ(controls().chkFilterSmallVideos->state(), CheckBox::on);
+}
+
+TEST_F(Settings, RestoreEveryControlFromItsOwnKey) {
+  store("selectedCopy", 1);
+  store("selectedFolderFormat", 2);
+  store("selectedResolution", 1);
+  store("selectedPhotoFormats", 2);
+  store("selectedRotate", -1);
+  store("selectedFilterPhoto", 1);
+  store("selectedFilterVideo", 0);
+  launch();
+  EXPECT_EQ(controls().comboCopy->objectValue(), QStringLiteral("Photos only"));
+  EXPECT_EQ(controls().comboFolderFormat->objectValue(), QStringLiteral("2014/05/21"));
+  EXPECT_EQ(controls().comboResolution->objectValue(), QStringLiteral("720P (1280 x 720)"));
+  EXPECT_EQ(controls().comboPhotoFormats->objectValue(), QStringLiteral("JPEG, TIFF and PNG"));
+  EXPECT_EQ(controls().chkRotate->state(), CheckBox::mixed);
+  EXPECT_EQ(controls().chkFilterSmallPhotos->state(), CheckBox::on);
+  EXPECT_EQ(controls().chkFilterSmallVideos->state(), CheckBox::off);
+}
+
+TEST_F(Settings, SaveEveryControlUnderItsOwnKey) {
+  launch();
+  controls().comboCopy->chooseItem(0);
+  controls().comboFolderFormat->chooseItem(1);
+  controls().comboResolution->selectItemAtIndex(-1);
+  controls().comboPhotoFormats->chooseItem(2);
+  controls().chkRotate->setState(CheckBox::mixed);
+  controls().chkFilterSmallPhotos->setState(CheckBox::on);
+  controls().chkFilterSmallVideos->setState(CheckBox::off);
+  manager().saveSettings();
+  const std::vector<int> saved{stored("selectedCopy"),       stored("selectedFolderFormat"),
+                               stored("selectedResolution"), stored("selectedPhotoFormats"),
+                               stored("selectedRotate"),     stored("selectedFilterPhoto"),
+                               stored("selectedFilterVideo")};
+  EXPECT_EQ(saved, (std::vector<int>{0, 1, -1, 2, -1, 1, 0}));
 }
 
 TEST_F(Settings, AreSavedUnderNineKeysInTheirOrder) {
@@ -178,17 +249,22 @@ TEST_F(Settings, FollowTheComboBoxOfPhotoFormatsAfterAnyChoice) {
 TEST_F(Settings, NeverRestoreSourcesAndTarget) {
   launch();
   program->chooseFolders();
-  const auto source = program->source;
   launch();
   EXPECT_TRUE(program->manager().sourcePathList.get().empty());
   EXPECT_FALSE(program->manager().targetPath.get().has_value());
   EXPECT_EQ(controls().lblTargetPath->stringValue(), QString());
+}
 
-  QStringList archived;
-  QDataStream stream(defaults->values.value(QStringLiteral("sourcePathList")).toByteArray());
-  stream.setVersion(QDataStream::Qt_6_0);
-  stream >> archived;
-  EXPECT_EQ(archived, QStringList(QStringLiteral("file://") + QString::fromStdString(source.native())));
+TEST_F(Settings, ArchiveTheUrlsOfTheSourcesAndOfTheTarget) {
+  launch();
+  manager().saveSettings();
+  EXPECT_TRUE(archived("targetPath").isEmpty());
+  manager().addSource("/one source");
+  manager().addSource("/another");
+  manager().setTarget("/the target");
+  EXPECT_EQ(archived("sourcePathList"),
+            QStringList({QStringLiteral("file:///one%20source"), QStringLiteral("file:///another")}));
+  EXPECT_EQ(archived("targetPath"), QStringList(QStringLiteral("file:///the%20target")));
 }
 
 TEST_F(Settings, ThatCannotBeSavedLeaveTheRestUnsavedInSilence) {
@@ -197,32 +273,6 @@ TEST_F(Settings, ThatCannotBeSavedLeaveTheRestUnsavedInSilence) {
   EXPECT_NO_THROW(program->manager().saveSettings());
   EXPECT_EQ(defaults->written.last(), QStringLiteral("selectedFolderFormat"));
   EXPECT_EQ(defaults->synchronized, 0);
-}
-
-TEST_F(Settings, SurviveInTheirFileFromOneLaunchToTheNext) {
-  const test::TemporaryFolder folder;
-  const QString file = QString::fromStdString((folder / "Kestrova.conf").native());
-  {
-    test::HeadlessProgram first(systemFileManager(), userDefaultsInFile(file));
-    first.interface->comboResolution->chooseItem(2);
-    first.interface->chkRotate->performClick();
-  }
-  EXPECT_EQ(QSettings(file, QSettings::IniFormat).allKeys().size(), 9);
-  test::HeadlessProgram second(systemFileManager(), userDefaultsInFile(file));
-  EXPECT_EQ(second.interface->comboResolution->indexOfSelectedItem(), 2);
-  EXPECT_EQ(second.interface->chkRotate->state(), CheckBox::off);
-}
-
-TEST_F(Settings, InAFileThatIsGarbageOrCannotBeWrittenDoNotStopTheProgram) {
-  const test::TemporaryFolder folder;
-  const Path garbage = test::writeFile(folder / "garbage.conf", std::string_view("\xff\0[[[=\n\n%zz", 11));
-  for (const Path& file : {garbage, folder / "garbage.conf" / "below a file", folder.path()}) {
-    test::HeadlessProgram launched(systemFileManager(),
-                                   userDefaultsInFile(QString::fromStdString(file.native())));
-    EXPECT_EQ(launched.interface->comboCopy->indexOfSelectedItem(), 0);
-    launched.interface->comboCopy->chooseItem(1);
-    EXPECT_EQ(launched.interface->comboCopy->indexOfSelectedItem(), 1);
-  }
 }
 
 }  // namespace kestrova
