@@ -37,6 +37,11 @@ struct FileAttributes {
   bool isRegularFile = false;
 };
 
+class Folder;
+
+/// What becomes of a symbolic link at the end of a path.
+enum class FinalLink { followed, refused };
+
 /// A complete file that has no name yet. It vanishes when it is destroyed without having been given one.
 class StagedFile {
  public:
@@ -62,6 +67,9 @@ class FileManager {
 
   /// Of the item that the path leads to; symbolic links are followed.
   virtual FileResult<FileAttributes> attributesOfItem(const Path& path) const = 0;
+
+  /// Opens a folder for reading.
+  virtual FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const = 0;
 
   /// At most the first `count` bytes of a regular file; nothing when it cannot be opened.
   virtual std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const = 0;

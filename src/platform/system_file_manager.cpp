@@ -2,6 +2,8 @@
 #include "platform/file_error.h"
 #include "platform/file_manager.h"
 #include "platform/file_system.h"
+#include "platform/folder.h"
+#include "platform/item_attributes.h"
 #include "platform/long_path.h"
 #include "platform/pending_file.h"
 #include "platform/regular_file.h"
@@ -19,17 +21,6 @@ namespace {
 constexpr mode_t privateMode = 0600;
 constexpr mode_t newFileMode = 0666;
 constexpr mode_t permissionBits = 0777;  // what lends rights to whoever runs a file is not copied
-
-Date dateOf(const timespec& time) {
-  return Date(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
-}
-
-const timespec& modifiedAt(const host::FileTimes& times) { return times.both[1]; }
-
-FileAttributes attributesOf(const struct stat& status) {
-  return {static_cast<std::uint64_t>(status.st_size), dateOf(modifiedAt(host::timesOf(status))),
-          S_ISDIR(status.st_mode), S_ISREG(status.st_mode)};
-}
 
 /// Fails when the source was written to since it was opened: the copy may then be half old, half new.
 FileResult<void> checkUnchanged(const RegularFile& source) {
@@ -70,12 +61,13 @@ class SystemFileManager final : public FileManager {
   explicit SystemFileManager(Staging staging) : staging_(staging) {}
 
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
-    return PathAddress::of(path.native())
-        .and_then([](const PathAddress& address) -> FileResult<FileAttributes> {
-          struct stat status = {};
-          if (::fstatat(address.folder(), address.rest(), &status, 0) < 0) return failure();
-          return attributesOf(status);
-        });
+    const auto address = PathAddress::of(path.native());
+    if (!address) return tl::make_unexpected(address.error());
+    return attributesAt(address->folder(), address->rest());
+  }
+
+  FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const override {
+    return openSystemFolder(path, finalLink);
   }
 
   std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {

@@ -63,7 +63,7 @@ class Check {
     folderWalk.wants = [](std::string_view) { return true; };
     folderWalk.keepsGoing = [this] { return !isStopped(); };
     folderWalk.visits = visit;
-    walkFolder(root, folderWalk);
+    walkFolder(*systemFileManager(), root, folderWalk);
   }
 
   void listSources() {

@@ -1,20 +1,12 @@
 #include "scan/folder_walk.h"
 
-#include "platform/file_error.h"
-#include "platform/file_system.h"
-#include "platform/long_path.h"
+#include "platform/folder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
-#include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace kestrova {
 
@@ -22,11 +14,11 @@ namespace {
 
 struct Entry {
   std::size_t nameStart = 0;  ///< in Listing::names
-  std::uint64_t size = 0;
-  bool isFolder = false;
+  EntryKind kind = EntryKind::other;
+  bool isWanted = false;
 };
 
-/// The subfolders and wanted files of one folder.
+/// The subfolders of one folder, and the files that somebody is to be told of.
 struct Listing {
   std::size_t pathLength = 0;  ///< of the folder's path with a slash at its end
   std::string names;           ///< one after the other, each with a zero at its end
@@ -35,9 +27,8 @@ struct Listing {
 
   const char* nameOf(const Entry& entry) const { return names.data() + entry.nameStart; }
 
-  void add(const char* name, Entry entry) {
-    entry.nameStart = names.size();
-    entries.push_back(entry);
+  void add(const char* name, EntryKind kind, bool isWanted) {
+    entries.push_back({.nameStart = names.size(), .kind = kind, .isWanted = isWanted});
     names.append(name, std::strlen(name) + 1);
   }
 
@@ -47,124 +38,143 @@ struct Listing {
   }
 };
 
-struct CloseDirectory {
-  void operator()(DIR* directory) const { ::closedir(directory); }
-};
-using Directory = std::unique_ptr<DIR, CloseDirectory>;
-
-Directory openDirectory(int folder, const char* path, int flags) {
-  auto file = host::openQuietly(folder, path, O_DIRECTORY | O_NONBLOCK | flags);
-  if (!file) return nullptr;
-  Directory directory(::fdopendir(file->get()));
-  if (directory) file->release();
-  return directory;
-}
-
-bool isSelfOrParent(std::string_view name) { return name == "." || name == ".."; }
-
-/// The regular file that a name leads to. What is surely one counts even where its attributes cannot be read,
-/// unless it is gone.
-std::optional<Entry> regularFile(int folder, const char* name, bool isSurelyOne) {
-  struct stat status = {};
-  if (::fstatat(folder, name, &status, 0) < 0) {
-    return isSurelyOne && errno != ENOENT ? std::optional(Entry{}) : std::nullopt;
-  }
-  return S_ISREG(status.st_mode) ? std::optional(Entry{0, static_cast<std::uint64_t>(status.st_size), false})
-                                 : std::nullopt;
-}
-
-unsigned char typeOf(int folder, const dirent& entry) {
-  if (entry.d_type != DT_UNKNOWN) return entry.d_type;
-  struct stat status = {};
-  if (::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) < 0) return DT_UNKNOWN;
-  return static_cast<unsigned char>(IFTODT(status.st_mode));
+/// Whether nothing is there: it vanished, or a link leads nowhere.
+bool isAbsence(const FileError& error) {
+  return error.code == ENOENT || error.code == ENOTDIR || error.code == ELOOP;
 }
 
 class Walker {
  public:
-  Walker(const Path& root, const FolderWalk& walk) : walk_(walk), path_(root.native()) {}
+  Walker(const FileManager& files, const Path& root, const FolderWalk& walk)
+      : files_(files), walk_(walk), path_(root.native()) {}
 
   bool run();
 
  private:
   bool keepsGoing() { return isGoing_ = isGoing_ && walk_.keepsGoing(); }
-  Directory openFolder(const char* name) const;
-  Directory openFromTop(int flags) const;
-  void enter(Directory directory);
-  std::optional<Entry> classify(const dirent& entry) const;
-  void visit(const Listing& listing, const Entry& entry);
+  bool isOpen() const { return openedDepth_ == listings_.size(); }
+  void visitNext(Listing& listing);
+  void enterSubfolder(const char* name);
+  void enter(std::unique_ptr<Folder> folder);
+  void take(Listing& listing, const char* name, EntryKind kind) const;
+  void visitFile(const Listing& listing, const Entry& entry);
+  FileResult<FileAttributes> attributesOf(const Listing& listing, const Entry& entry);
+  FileResult<void> reopen(const Listing& listing);
+  void tellUnreadable(const FileError& error) const;
 
+  const FileManager& files_;
   const FolderWalk& walk_;
   bool isGoing_ = true;
-  std::string path_;               ///< of the entry in hand
-  std::vector<Listing> listings_;  ///< of the folders above it, the root's first
-  Directory opened_;               ///< the folder opened last
-  std::size_t openedDepth_ = 0;    ///< the number of listings with its own, while that is among them
+  std::string path_;                ///< of the current entry
+  std::vector<Listing> listings_;   ///< of the folders above it, the root's first
+  std::unique_ptr<Folder> opened_;  ///< the folder opened last
+  std::size_t openedDepth_ = 0;     ///< the number of listings with its own, while that is among them
 };
 
 bool Walker::run() {
-  enter(openFromTop(0));
+  auto root = files_.openFolder(path_, FinalLink::followed);
+  if (!root) tellUnreadable(root.error());
+  if (root) enter(std::move(*root));
   while (isGoing_ && !listings_.empty()) {
     Listing& listing = listings_.back();
     if (listing.next == listing.entries.size()) {
       listings_.pop_back();
     } else if (keepsGoing()) {
-      visit(listing, listing.entries[listing.next++]);
+      visitNext(listing);
     }
   }
   return isGoing_;
 }
 
-void Walker::visit(const Listing& listing, const Entry& entry) {
+void Walker::visitNext(Listing& listing) {
+  const Entry& entry = listing.entries[listing.next++];
   const char* const name = listing.nameOf(entry);
   path_.resize(listing.pathLength);
   path_ += name;
-  if (entry.isFolder) {
-    enter(openFolder(name));
+  if (entry.kind == EntryKind::folder) {
+    enterSubfolder(name);
   } else {
-    walk_.visits({path_, entry.size});
+    visitFile(listing, entry);
   }
 }
 
 /// From the folder above while that is still open, so that going down a long chain never starts from its top
 /// again.
-Directory Walker::openFolder(const char* name) const {
-  if (openedDepth_ == listings_.size()) return openDirectory(::dirfd(opened_.get()), name, O_NOFOLLOW);
-  return openFromTop(O_NOFOLLOW);
-}
-
-Directory Walker::openFromTop(int flags) const {
-  const auto address = PathAddress::of(path_);
-  return address ? openDirectory(address->folder(), address->rest(), flags) : nullptr;
-}
-
-/// Reads the folder at `path_` in one go; one that cannot be opened is passed over.
-void Walker::enter(Directory directory) {
-  if (!directory) return;
-  opened_ = std::move(directory);
-  if (!path_.ends_with('/')) path_ += '/';
-  Listing listing;
-  listing.pathLength = path_.size();
-  while (const dirent* entry = ::readdir(opened_.get())) {
-    if (isSelfOrParent(entry->d_name)) continue;
-    if (!keepsGoing()) return;
-    if (const auto wanted = classify(*entry)) listing.add(entry->d_name, *wanted);
+void Walker::enterSubfolder(const char* name) {
+  auto folder = isOpen() ? opened_->openFolder(name) : files_.openFolder(path_, FinalLink::refused);
+  if (folder) {
+    enter(std::move(*folder));
+  } else if (!isAbsence(folder.error())) {
+    tellUnreadable(folder.error());
   }
+}
+
+/// Reads the names in the folder at `path_` in one go.
+void Walker::enter(std::unique_ptr<Folder> folder) {
+  opened_ = std::move(folder);
+  Listing listing;
+  const auto listed = opened_->list([&](const char* name, EntryKind kind) {
+    if (!keepsGoing()) return false;
+    take(listing, name, kind);
+    return true;
+  });
+  if (!isGoing_) return;
+  if (!listed) tellUnreadable(listed.error());
+  if (!path_.ends_with('/')) path_ += '/';
+  listing.pathLength = path_.size();
   listing.sortByName();
   listings_.push_back(std::move(listing));
   openedDepth_ = listings_.size();
 }
 
-std::optional<Entry> Walker::classify(const dirent& entry) const {
-  const int folder = ::dirfd(opened_.get());
-  const auto type = typeOf(folder, entry);
-  if (type == DT_DIR) return Entry{0, 0, true};
-  if ((type != DT_REG && type != DT_LNK) || !walk_.wants(entry.d_name)) return std::nullopt;
-  return regularFile(folder, entry.d_name, type == DT_REG);
+void Walker::take(Listing& listing, const char* name, EntryKind kind) const {
+  if (kind == EntryKind::other) return;
+  const bool isFolder = kind == EntryKind::folder;
+  const bool isWanted = !isFolder && walk_.wants(name);
+  if (isFolder || isWanted || walk_.leaves) listing.add(name, kind, isWanted);
+}
+
+/// What is surely a file counts even where its attributes cannot be read.
+void Walker::visitFile(const Listing& listing, const Entry& entry) {
+  const auto attributes = attributesOf(listing, entry);
+  if (!attributes) {
+    if (isAbsence(attributes.error())) return;
+    tellUnreadable(attributes.error());
+    if (entry.kind != EntryKind::file) return;
+  } else if (!attributes->isRegularFile) {
+    return;
+  }
+  const auto& tell = entry.isWanted ? walk_.visits : walk_.leaves;
+  tell({.path = path_, .size = attributes ? attributes->size : 0});
+}
+
+FileResult<FileAttributes> Walker::attributesOf(const Listing& listing, const Entry& entry) {
+  if (!isOpen()) {
+    if (const auto reopened = reopen(listing); !reopened) return tl::make_unexpected(reopened.error());
+  }
+  return opened_->attributesOf(listing.nameOf(entry));
+}
+
+/// Opens the folder again that was closed when one of its subfolders was read.
+FileResult<void> Walker::reopen(const Listing& listing) {
+  const bool isRoot = listings_.size() == 1;
+  // With a slash at its end, a link would be followed.
+  const Path folder = path_.substr(0, isRoot ? listing.pathLength : listing.pathLength - 1);
+  auto opened = files_.openFolder(folder, isRoot ? FinalLink::followed : FinalLink::refused);
+  if (!opened) return tl::make_unexpected(opened.error());
+  opened_ = std::move(*opened);
+  openedDepth_ = listings_.size();
+  return {};
+}
+
+void Walker::tellUnreadable(const FileError& error) const {
+  if (walk_.cannotRead) walk_.cannotRead(path_, error);
 }
 
 }  // namespace
 
-bool walkFolder(const Path& root, const FolderWalk& walk) { return Walker(root, walk).run(); }
+bool walkFolder(const FileManager& files, const Path& root, const FolderWalk& walk) {
+  return Walker(files, root, walk).run();
+}
 
 }  // namespace kestrova

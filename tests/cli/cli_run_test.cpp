@@ -1,4 +1,5 @@
 #include "cli/run.h"
+#include "platform/folder.h"
 #include "support/temporary_folder.h"
 
 #include <chrono>
@@ -31,6 +32,9 @@ class WatchedFiles : public FileManager {
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
     willReadAttributes();
     return system_->attributesOfItem(path);
+  }
+  FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const override {
+    return system_->openFolder(path, finalLink);
   }
   std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
     return system_->readPrefix(path, count);

@@ -1,6 +1,7 @@
 #include "scan/folder_walk.h"
 
 #include "support/temporary_folder.h"
+#include "support/walking.h"
 #include "support/without_privileges.h"
 
 #include <cstring>
@@ -20,22 +21,20 @@ namespace kestrova {
 namespace {
 
 namespace fs = std::filesystem;
+using test::failOn;
+using test::nameBelow;
 using test::TemporaryFolder;
+using test::walkFiles;
+using test::walkOfPhotos;
 using test::writeFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-bool isPhoto(std::string_view name) { return name.ends_with(".jpg"); }
-
 /// The photos below a root, as paths relative to it, in the order of the walk.
 std::vector<std::string> photosBelow(const Path& root) {
   std::vector<std::string> names;
-  const bool isWhole =
-      walkFolder(root, {isPhoto, [] { return true; },
-                        [&](const WalkedFile& file) {
-                          names.push_back(file.path.native().substr(root.native().size() + 1));
-                        }});
-  EXPECT_TRUE(isWhole);
+  const auto visit = [&](const WalkedFile& file) { names.push_back(nameBelow(file.path, root)); };
+  EXPECT_TRUE(walkFiles(root, walkOfPhotos(visit)));
   return names;
 }
 
@@ -65,7 +64,7 @@ TEST(FolderWalk, TellsThePathAsTheRootWasGivenAndTheSize) {
   writeFile(root / "a/b.jpg", "12345");
   std::vector<WalkedFile> files;
   const Path given = root / "a" / "";
-  walkFolder(given, {isPhoto, [] { return true; }, [&](const WalkedFile& file) { files.push_back(file); }});
+  walkFiles(given, walkOfPhotos([&](const WalkedFile& file) { files.push_back(file); }));
   ASSERT_EQ(files.size(), 1U);
   EXPECT_EQ(files[0].path.native(), (root / "a/b.jpg").native());
   EXPECT_EQ(files[0].size, 5U);
@@ -84,8 +83,9 @@ TEST(FolderWalk, AsksForWantedFilesByNameAloneAndNeverForFolders) {
   const TemporaryFolder root;
   writeFile(root / "folder.jpg/note.txt", "x");
   std::vector<std::string> asked;
-  walkFolder(root.path(), {[&](std::string_view name) { return asked.emplace_back(name).empty(); },
-                           [] { return true; }, [](const WalkedFile&) { FAIL(); }});
+  FolderWalk walk = walkOfPhotos(failOn);
+  walk.wants = [&](std::string_view name) { return asked.emplace_back(name).empty(); };
+  walkFiles(root.path(), walk);
   EXPECT_THAT(asked, ElementsAre("note.txt"));
 }
 
@@ -100,7 +100,7 @@ TEST(FolderWalk, TakesALinkToARegularFileAsTheFile) {
   writeFile(root / "elsewhere/data", "123");
   fs::create_symlink("elsewhere/data", root / "a.jpg");
   std::uint64_t size = 0;
-  walkFolder(root.path(), {isPhoto, [] { return true; }, [&](const WalkedFile& file) { size = file.size; }});
+  walkFiles(root.path(), walkOfPhotos([&](const WalkedFile& file) { size = file.size; }));
   EXPECT_EQ(size, 3U);
 }
 
@@ -161,8 +161,7 @@ TEST(FolderWalk, GivesAFileWhoseAttributesCannotBeReadTheSizeZero) {
   fs::permissions(root / "names only", fs::perms::others_read | fs::perms::owner_read);
   std::vector<std::uint64_t> sizes;
   const test::WithoutPrivileges ordinary;
-  walkFolder(root.path(),
-             {isPhoto, [] { return true; }, [&](const WalkedFile& file) { sizes.push_back(file.size); }});
+  walkFiles(root.path(), walkOfPhotos([&](const WalkedFile& file) { sizes.push_back(file.size); }));
   EXPECT_THAT(sizes, ElementsAre(0U));
 }
 
@@ -178,20 +177,21 @@ TEST(FolderWalk, GoesOnWhenFilesAndFoldersVanishOnTheWay) {
   const TemporaryFolder root;
   for (const char* name : {"a.jpg", "b/1.jpg", "c/d/2.jpg", "e.jpg"}) writeFile(root / name, "x");
   std::vector<std::string> names;
-  walkFolder(root.path(), {isPhoto, [] { return true; },
-                           [&](const WalkedFile& file) {
-                             names.push_back(file.path.filename());
-                             fs::remove_all(root / "b");
-                             fs::remove_all(root / "c/d");
-                           }});
+  walkFiles(root.path(), walkOfPhotos([&](const WalkedFile& file) {
+              names.push_back(file.path.filename());
+              fs::remove_all(root / "b");
+              fs::remove_all(root / "c/d");
+            }));
   EXPECT_THAT(names, ElementsAre("a.jpg", "e.jpg"));
 }
 
 TEST(FolderWalk, PassesOverAFileThatVanishesBetweenItsNameAndItsAttributes) {
   const TemporaryFolder root;
   writeFile(root / "a.jpg", "x");
-  const auto wants = [&](std::string_view) { return fs::remove(root / "a.jpg"); };
-  EXPECT_TRUE(walkFolder(root.path(), {wants, [] { return true; }, [](const WalkedFile&) { FAIL(); }}));
+  FolderWalk walk = walkOfPhotos(failOn);
+  walk.wants = [&](std::string_view) { return fs::remove(root / "a.jpg"); };
+  walk.cannotRead = [](const Path& path, const FileError&) { ADD_FAILURE() << path; };
+  EXPECT_TRUE(walkFiles(root.path(), walk));
 }
 
 TEST(FolderWalk, DoesNotFollowAFolderThatTurnsIntoALink) {
@@ -200,21 +200,33 @@ TEST(FolderWalk, DoesNotFollowAFolderThatTurnsIntoALink) {
   writeFile(root / "in/b/1.jpg", "x");
   writeFile(root / "out/2.jpg", "x");
   std::vector<std::string> names;
-  walkFolder(root / "in", {isPhoto, [] { return true; },
-                           [&](const WalkedFile& file) {
-                             names.push_back(file.path.filename());
-                             fs::remove_all(root / "in/b");
-                             fs::create_symlink("../out", root / "in/b");
-                           }});
+  walkFiles(root / "in", walkOfPhotos([&](const WalkedFile& file) {
+              names.push_back(file.path.filename());
+              fs::remove_all(root / "in/b");
+              fs::create_symlink("../out", root / "in/b");
+            }));
   EXPECT_THAT(names, ElementsAre("a.jpg"));
+}
+
+TEST(FolderWalk, DoesNotComeBackToAFolderThatTurnedIntoALink) {
+  const TemporaryFolder root;
+  for (const char* name : {"in/a/b/1.jpg", "in/a/c.jpg", "out/c.jpg"}) writeFile(root / name, "x");
+  std::vector<std::string> names;
+  walkFiles(root / "in", walkOfPhotos([&](const WalkedFile& file) {
+              names.push_back(file.path.filename());
+              fs::rename(root / "in/a", root / "moved");
+              fs::create_symlink("../out", root / "in/a");
+            }));
+  EXPECT_THAT(names, ElementsAre("1.jpg"));
 }
 
 TEST(FolderWalk, StopsBeforeTheNextFileWhenTold) {
   const TemporaryFolder root;
   for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) writeFile(root / name, "x");
   int visited = 0;
-  EXPECT_FALSE(
-      walkFolder(root.path(), {isPhoto, [&] { return visited < 2; }, [&](const WalkedFile&) { ++visited; }}));
+  FolderWalk walk = walkOfPhotos([&](const WalkedFile&) { ++visited; });
+  walk.keepsGoing = [&] { return visited < 2; };
+  EXPECT_FALSE(walkFiles(root.path(), walk));
   EXPECT_EQ(visited, 2);
 }
 
@@ -222,8 +234,9 @@ TEST(FolderWalk, StopsAmidAFolderThatHoldsNothingWanted) {
   const TemporaryFolder root;
   for (int i = 0; i < 20; ++i) writeFile(root / std::to_string(i), "x");
   int asked = 0;
-  EXPECT_FALSE(
-      walkFolder(root.path(), {isPhoto, [&] { return ++asked < 5; }, [](const WalkedFile&) { FAIL(); }}));
+  FolderWalk walk = walkOfPhotos(failOn);
+  walk.keepsGoing = [&] { return ++asked < 5; };
+  EXPECT_FALSE(walkFiles(root.path(), walk));
   EXPECT_EQ(asked, 5);
 }
 
@@ -257,7 +270,7 @@ TEST(FolderWalk, HoldsFewFilesOpenHoweverDeepItIs) {
   };
   const int before = firstFree();
   int during = 0;
-  walkFolder(root.path(), {isPhoto, [] { return true; }, [&](const WalkedFile&) { during = firstFree(); }});
+  walkFiles(root.path(), walkOfPhotos([&](const WalkedFile&) { during = firstFree(); }));
   EXPECT_GE(during, before);
   EXPECT_LE(during, before + 2);
   EXPECT_EQ(firstFree(), before);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/file_manager.h"
+#include "platform/folder.h"
 
 #include <functional>
 #include <memory>
@@ -22,11 +23,18 @@ class FailingFileManager : public FileManager {
   std::function<Failure(ByteView data, const Path& to)> onStageData;
   std::function<Failure(const Path& to)> onCommit;  ///< both kinds of commit
   std::function<Failure(const Path& path)> onAttributes;
-  std::function<Failure(const Path& path)> onRead;  ///< of a prefix or of the whole
+  std::function<Failure(const Path& path)> onOpenFolder;
+  std::function<Failure(const Path& path)> onListed;  ///< asked when a folder's entries have been told
+  std::function<Failure(const Path& path)> onEntryAttributes;  ///< of an entry of an open folder
+  std::function<Failure(const Path& path)> onRead;             ///< of a prefix or of the whole
 
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
     if (auto error = ask(onAttributes, path)) return tl::make_unexpected(*error);
     return inner_->attributesOfItem(path);
+  }
+
+  FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const override {
+    return watched(path, [&] { return inner_->openFolder(path, finalLink); });
   }
 
   std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
@@ -72,6 +80,40 @@ class FailingFileManager : public FileManager {
     std::function<Failure(const Path&)> hook_;
     Path to_;
   };
+
+  class WatchedFolder : public Folder {
+   public:
+    WatchedFolder(std::unique_ptr<Folder> inner, const FailingFileManager& hooks, Path path)
+        : inner_(std::move(inner)), hooks_(hooks), path_(std::move(path)) {}
+
+    FileResult<void> list(const TakeEntry& take) override {
+      const auto listed = inner_->list(take);
+      if (auto error = ask(hooks_.onListed, path_)) return tl::make_unexpected(*error);
+      return listed;
+    }
+
+    FileResult<FileAttributes> attributesOf(const char* name) const override {
+      if (auto error = ask(hooks_.onEntryAttributes, path_ / name)) return tl::make_unexpected(*error);
+      return inner_->attributesOf(name);
+    }
+
+    FileResult<std::unique_ptr<Folder>> openFolder(const char* name) const override {
+      return hooks_.watched(path_ / name, [&] { return inner_->openFolder(name); });
+    }
+
+   private:
+    std::unique_ptr<Folder> inner_;
+    const FailingFileManager& hooks_;
+    Path path_;
+  };
+
+  template <typename Open>
+  FileResult<std::unique_ptr<Folder>> watched(const Path& path, const Open& open) const {
+    if (auto error = ask(onOpenFolder, path)) return tl::make_unexpected(*error);
+    auto folder = open();
+    if (!folder) return folder;
+    return std::make_unique<WatchedFolder>(std::move(*folder), *this, path);
+  }
 
   template <typename Hook, typename... Arguments>
   static Failure ask(const Hook& hook, const Arguments&... arguments) {

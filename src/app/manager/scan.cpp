@@ -83,7 +83,7 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
   walk.visits = [this](const WalkedFile& file) { takeFile(file.path, file.size); };
   for (const Path& source : sourcePathList.get()) {
     setStatus(QStringLiteral("Analyzing source folders"));
-    if (!walkFolder(source, walk)) break;
+    if (!walkFolder(*host_.files, source, walk)) break;
   }
   return end;
 }
