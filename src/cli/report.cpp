@@ -32,10 +32,12 @@ QString seconds(std::chrono::milliseconds elapsed) {
   return QString::number(static_cast<double>(elapsed.count()) / 1000.0, 'f', 1) + QStringLiteral(" s");
 }
 
+std::int64_t failedFiles(const Summary& summary) { return summary.failed.files + summary.unreadable.files; }
+
 QString closingLine(const Summary& summary) {
   if (summary.end == End::nothingToDo) return QStringLiteral("Nothing to organise was found.\n");
   const QString failures =
-      summary.failed.files > 0 ? QStringLiteral(", but not all files could be written") : QString();
+      failedFiles(summary) > 0 ? QStringLiteral(", but not all files could be written") : QString();
   return QStringLiteral("%1%2 (%3)\n").arg(printableText(summary.status), failures, seconds(summary.elapsed));
 }
 
@@ -62,18 +64,19 @@ QString nameOf(End end) {
 
 int exitStatus(const Summary& summary) {
   if (summary.end == End::stopped) return 130;
-  return summary.end == End::failed || summary.failed.files > 0 ? 1 : 0;
+  return summary.end == End::failed || failedFiles(summary) > 0 ? 1 : 0;
 }
 
 QString summaryTable(const Summary& summary) {
   return heading("Found", "Files", "Size") + row("Photos", summary.found.photos) +
          row("Videos", summary.found.videos) + row("Total", summary.found.total) +
-         row("Duplicates", summary.duplicates) + row("Passed over", summary.passedOver) + heading("Written") +
-         row("Photos", summary.written.photos) + row("Videos", summary.written.videos) +
+         row("Duplicates", summary.duplicates) + row("Passed over", summary.sameContent) +
+         heading("Written") + row("Photos", summary.written.photos) + row("Videos", summary.written.videos) +
          row("Rewritten", summary.rewritten) + row("Total", summary.written.total) + heading("Not written") +
          row("Already there", summary.alreadyThere) + row("Small", summary.small) +
-         row("Name taken", summary.exists) + row("Failed", summary.failed) +
-         row("Not reached", summary.notReached) + u'\n' + closingLine(summary);
+         row("Name taken", summary.nameTaken) + row("Failed", summary.failed) +
+         row("Unreadable", summary.unreadable) + row("Not reached", summary.notReached) + u'\n' +
+         closingLine(summary);
 }
 
 QByteArray summaryJson(const Summary& summary) {
@@ -88,13 +91,14 @@ QByteArray summaryJson(const Summary& summary) {
       {QStringLiteral("seconds"), static_cast<double>(summary.elapsed.count()) / 1000.0},
       {QStringLiteral("found"), group(summary.found)},
       {QStringLiteral("duplicates"), json(summary.duplicates)},
-      {QStringLiteral("passedOver"), json(summary.passedOver)},
+      {QStringLiteral("passedOver"), json(summary.sameContent)},
       {QStringLiteral("written"), group(summary.written)},
       {QStringLiteral("rewritten"), json(summary.rewritten)},
       {QStringLiteral("alreadyThere"), json(summary.alreadyThere)},
       {QStringLiteral("small"), json(summary.small)},
-      {QStringLiteral("exists"), json(summary.exists)},
+      {QStringLiteral("exists"), json(summary.nameTaken)},
       {QStringLiteral("failed"), json(summary.failed)},
+      {QStringLiteral("unreadable"), json(summary.unreadable)},
       {QStringLiteral("notReached"), json(summary.notReached)},
   };
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
@@ -103,9 +107,11 @@ QByteArray summaryJson(const Summary& summary) {
 QString errorLines(const Summary& summary, const std::vector<Tally::Failure>& failures) {
   const QString program = QStringLiteral("kestrova-cli: ");
   QString lines;
-  for (const auto& [source, error] : failures) {
-    lines += program + QStringLiteral("not written: ") + printableText(source.native()) +
-             QStringLiteral(": ") + printableText(error) + u'\n';
+  for (const auto& [source, outcome, error] : failures) {
+    const auto what =
+        outcome == Outcome::unreadable ? QStringLiteral("not readable: ") : QStringLiteral("not written: ");
+    lines +=
+        program + what + printableText(source.native()) + QStringLiteral(": ") + printableText(error) + u'\n';
   }
   if (summary.end == End::failed) lines += program + printableText(summary.status) + u'\n';
   return lines;

@@ -17,17 +17,18 @@ struct Summary {
   struct {
     Amount photos, videos, total;
   } found, written;     ///< `found` without duplicates
+  Amount rewritten;     ///< of what is written, rewritten photos
   Amount duplicates;    ///< equal to the first file of their size
-  Amount passedOver;    ///< equal to a later file of their size
-  Amount rewritten;     ///< of what is written, photos written anew
-  Amount alreadyThere;  ///< the target was there when the run was planned
+  Amount sameContent;   ///< equal to a later file of their size
+  Amount alreadyThere;  ///< the target was there
   Amount small;         ///< left out by a filter
-  Amount exists;        ///< the target turned out to be taken
-  Amount failed;
+  Amount nameTaken;     ///< another file of the run has the target's name
+  Amount failed;        ///< could not be written
+  Amount unreadable;    ///< could not be read
   Amount notReached;
 };
 
-/// 0 completed, 1 ended in error or a file could not be written, 130 stopped.
+/// 0 completed, 1 ended in error or a file could not be read or written, 130 stopped.
 int exitStatus(const Summary& summary);
 
 /// A table for people, ending with one line that says how the run ended.
@@ -36,7 +37,7 @@ QString summaryTable(const Summary& summary);
 /// One JSON object on one line, in UTF-8.
 QByteArray summaryJson(const Summary& summary);
 
-/// One line for every file that could not be written, and one when the run ended in error.
+/// One line for every file that could not be read or written, and one when the run ended in error.
 QString errorLines(const Summary& summary, const std::vector<Tally::Failure>& failures);
 
 }  // namespace kestrova::cli

@@ -15,7 +15,6 @@ namespace kestrova::cli {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Outcome = Verdict::Outcome;
 
 constexpr auto refreshInterval = std::chrono::milliseconds(100);
 
@@ -105,6 +104,34 @@ Amount difference(const Amount& whole, const Amount& part) {
           std::max<std::int64_t>(0, whole.bytes - part.bytes)};
 }
 
+/// Where a summary counts the source files of an outcome; null for what is written, as that is counted in the
+/// sizes that it has in the target.
+Amount Summary::*placeOf(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::copied:
+    case Outcome::resized:
+    case Outcome::rewritten:
+      return nullptr;
+    case Outcome::duplicate:
+      return &Summary::duplicates;
+    case Outcome::sameContent:
+      return &Summary::sameContent;
+    case Outcome::small:
+      return &Summary::small;
+    case Outcome::exists:
+      return &Summary::alreadyThere;
+    case Outcome::nameTaken:
+      return &Summary::nameTaken;
+    case Outcome::failed:
+      return &Summary::failed;
+    case Outcome::unreadable:
+      return &Summary::unreadable;
+    case Outcome::notReached:
+      return &Summary::notReached;
+  }
+  return nullptr;
+}
+
 Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
   Summary summary;
   summary.found = {amountOf(manager.sPhotoCount, manager.sPhotoSize),
@@ -113,13 +140,10 @@ Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
   summary.written = {amountOf(manager.tPhotoCount, manager.tPhotoSize),
                      amountOf(manager.tVideoCount, manager.tVideoSize),
                      amountOf(manager.tTotalCount, manager.tTotalSize)};
-  summary.duplicates = amountOf(manager.sDuplicateCount, manager.sDuplicateSize);
-  summary.passedOver = tally.of(Outcome::sameContent);
   summary.rewritten = amountOf(manager.tRotatedCount, manager.tRotatedSize);
-  summary.alreadyThere = amountOf(manager.tAlreadyCount, manager.tAlreadySize);
-  summary.small = amountOf(manager.tFilteredCount, manager.tFilteredSize);
-  summary.exists = difference(tally.of(Outcome::exists), summary.alreadyThere);
-  summary.failed = tally.of(Outcome::failed);
+  for (const auto& [outcome, amount] : tally.amounts()) {
+    if (Amount Summary::*const place = placeOf(outcome)) summary.*place += amount;
+  }
   summary.notReached = difference(summary.found.total, tally.settled());
   return summary;
 }

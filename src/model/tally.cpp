@@ -2,34 +2,36 @@
 
 namespace kestrova {
 
-using Outcome = Verdict::Outcome;
-
 void Tally::add(const Verdict& verdict) {
   const MutexLock lock(mutex_);
-  amounts_.at(static_cast<std::size_t>(verdict.outcome)) +=
-      {1, static_cast<std::int64_t>(verdict.sourceSize)};
-  if (verdict.outcome == Outcome::failed) failures_.push_back({verdict.source, verdict.error});
+  const Amount one{1, static_cast<std::int64_t>(verdict.sourceSize)};
+  amounts_[verdict.outcome] += one;
+  if (traitsOf(verdict.counted()).isSettled) settled_ += one;
+  if (traitsOf(verdict.outcome).isError)
+    failures_.push_back({verdict.source, verdict.outcome, verdict.error});
 }
 
 void Tally::clear() {
   const MutexLock lock(mutex_);
-  amounts_ = {};
+  amounts_.clear();
+  settled_ = {};
   failures_.clear();
 }
 
 Amount Tally::of(Outcome outcome) const {
   const MutexLock lock(mutex_);
-  return amounts_.at(static_cast<std::size_t>(outcome));
+  const auto found = amounts_.find(outcome);
+  return found == amounts_.end() ? Amount() : found->second;
+}
+
+Tally::Amounts Tally::amounts() const {
+  const MutexLock lock(mutex_);
+  return amounts_;
 }
 
 Amount Tally::settled() const {
   const MutexLock lock(mutex_);
-  Amount sum;
-  for (const auto outcome : {Outcome::copied, Outcome::resized, Outcome::rewritten, Outcome::small,
-                             Outcome::exists, Outcome::failed}) {
-    sum += amounts_.at(static_cast<std::size_t>(outcome));
-  }
-  return sum;
+  return settled_;
 }
 
 std::vector<Tally::Failure> Tally::failures() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/naming_date.h"
+#include "model/outcome.h"
 #include "platform/file_manager.h"
 
 #include <cstdint>
@@ -9,25 +11,26 @@
 
 namespace kestrova {
 
-/// What became of one source file, announced once, when it is known.
+/// What became of one source file, announced once, when it is known. Sizes in bytes.
 struct Verdict {
-  enum class Outcome {
-    copied,
-    resized,      ///< written anew, smaller
-    rewritten,    ///< written anew at its own size
-    duplicate,    ///< of `original`
-    sameContent,  ///< equal to a later file of its size, `original`: passed over
-    small,        ///< left out by a filter
-    exists,       ///< the target was there
-    failed,       ///< see `error`
-  };
+  using Outcome = kestrova::Outcome;
+
   Outcome outcome = Outcome::copied;
   Path source;
-  std::optional<Path> target = {};
-  std::uint64_t sourceSize = 0;                  ///< bytes
-  std::optional<std::uint64_t> targetSize = {};  ///< bytes, where a target was written
-  std::optional<Path> original = {};
-  std::string error = {};  ///< the system's words, in UTF-8
+  std::optional<Path> target = {};  ///< where there is one, also of what exists or is taken
+  std::uint64_t sourceSize = 0;
+  std::optional<std::uint64_t> targetSize = {};  ///< where a target was written
+  std::optional<Date> sourceModified = {};
+  std::optional<Date> targetModified = {};  ///< where a target was written
+  std::optional<NamingDate> date = {};      ///< absent for what was set aside before it was named
+  std::optional<Path> original = {};  ///< the source that stands for this one, whose content or name it has
+  std::string error = {};             ///< the system's words, or why a photo was not rewritten; UTF-8
+  std::int64_t pagesLeftOut = 0;      ///< of a TIFF that was rewritten
+  /// Which counters it raises, where these are not its outcome's own: a file that cannot be read may count as
+  /// a duplicate.
+  std::optional<Outcome> countedAs = {};
+
+  Outcome counted() const { return countedAs.value_or(outcome); }
 };
 
 /// Called on the worker that came to the verdict; must return soon and throw nothing.

@@ -1,23 +1,12 @@
 #pragma once
 
+#include "model/date_parts.h"
 #include "platform/file_manager.h"
 
 #include <optional>
 #include <string_view>
 
 namespace kestrova {
-
-/// A date as the user's calendar and clock show it.
-struct DateParts {
-  int year = 0;
-  int month = 0;  ///< 1 to 12
-  int day = 0;
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
-  int weekday = 0;  ///< 1 = Sunday to 7 = Saturday
-  bool operator==(const DateParts&) const = default;
-};
 
 /// Splits a date in the user's time zone (Gregorian calendar).
 DateParts splitDate(Date date);

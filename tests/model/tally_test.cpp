@@ -6,41 +6,58 @@ namespace kestrova {
 
 namespace {
 
-using Outcome = Verdict::Outcome;
-
 void add(Tally& tally, Outcome outcome, std::uint64_t size) {
-  Verdict verdict;
-  verdict.outcome = outcome;
-  verdict.sourceSize = size;
-  tally.add(verdict);
+  tally.add({.outcome = outcome, .source = {}, .sourceSize = size});
 }
 
 TEST(Tally, CountsFilesToOrganiseWhateverTheirFate) {
   Tally tally;
   std::uint64_t size = 1;
   for (const auto outcome : {Outcome::copied, Outcome::resized, Outcome::rewritten, Outcome::small,
-                             Outcome::exists, Outcome::failed}) {
+                             Outcome::exists, Outcome::nameTaken, Outcome::failed, Outcome::unreadable}) {
     add(tally, outcome, size);
     size *= 10;
   }
-  EXPECT_EQ(tally.settled().files, 6);
-  EXPECT_EQ(tally.settled().bytes, 111'111);
-  EXPECT_EQ(tally.of(Outcome::failed).files, 1);
+  EXPECT_EQ(tally.settled(), (Amount{.files = 8, .bytes = 11'111'111}));
+  EXPECT_EQ(tally.of(Outcome::failed), (Amount{.files = 1, .bytes = 1'000'000}));
+  EXPECT_EQ(tally.amounts().size(), 8U);
 }
 
-TEST(Tally, PassesOverWhatTheSearchSetsAside) {
+TEST(Tally, LeavesOutWhatTheSearchSetsAsideAndWhatWasNotReached) {
   Tally tally;
-  add(tally, Outcome::duplicate, 5);
-  add(tally, Outcome::sameContent, 5);
+  for (const auto outcome : {Outcome::duplicate, Outcome::sameContent, Outcome::notReached})
+    add(tally, outcome, 5);
+  EXPECT_EQ(tally.settled(), Amount());
+  EXPECT_EQ(tally.of(Outcome::notReached).files, 1);
+}
+
+TEST(Tally, TakesAnUnreadableDuplicateForSetAside) {
+  Tally tally;
+  tally.add({.outcome = Outcome::unreadable, .source = "a.jpg", .countedAs = Outcome::duplicate});
   EXPECT_EQ(tally.settled().files, 0);
-  EXPECT_EQ(tally.settled().bytes, 0);
+  EXPECT_EQ(tally.of(Outcome::unreadable).files, 1);
+  EXPECT_EQ(tally.of(Outcome::duplicate).files, 0);
+}
+
+TEST(Tally, KeepsWhatCouldNotBeReadOrWritten) {
+  Tally tally;
+  add(tally, Outcome::copied, 1);
+  tally.add({.outcome = Outcome::failed, .source = "a.jpg", .error = "full"});
+  tally.add({.outcome = Outcome::unreadable, .source = "b.jpg", .error = "refused"});
+  const auto failures = tally.failures();
+  ASSERT_EQ(failures.size(), 2U);
+  EXPECT_EQ(failures[0].error, "full");
+  EXPECT_EQ(failures[1].source, Path("b.jpg"));
+  EXPECT_EQ(failures[1].outcome, Outcome::unreadable);
 }
 
 TEST(Tally, BeginsAnew) {
   Tally tally;
   add(tally, Outcome::failed, 5);
   tally.clear();
-  EXPECT_EQ(tally.settled().files + tally.settled().bytes + tally.of(Outcome::failed).files, 0);
+  EXPECT_EQ(tally.settled(), Amount());
+  EXPECT_TRUE(tally.amounts().empty());
+  EXPECT_TRUE(tally.failures().empty());
 }
 
 }  // namespace
