@@ -39,7 +39,7 @@ FileResult<std::uint64_t> copyInPlainSteps(int from, int to) {
   std::uint64_t copied = 0;
   for (;;) {
     const ssize_t count = uninterrupted([&] { return ::read(from, buffer.get(), bufferSize); });
-    if (count < 0) return failure();
+    if (count < 0) return tl::make_unexpected(unreadable(systemError(errno)));
     if (count == 0) return copied;
     const auto written = writeBytes(to, {buffer.get(), static_cast<std::size_t>(count)});
     if (!written) return tl::make_unexpected(written.error());

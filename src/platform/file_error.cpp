@@ -5,6 +5,21 @@
 
 namespace kestrova {
 
+FileError::Kind FileError::kindOf(int code) {
+  switch (code) {
+    case EEXIST:
+      return Kind::alreadyExists;
+    case ENOSPC:
+    case EDQUOT:
+      return Kind::noSpace;
+    case ENOENT:
+    case ENOTDIR:
+      return Kind::notFound;
+    default:
+      return Kind::other;
+  }
+}
+
 FileError systemError(int number) { return {number, std::generic_category().message(number)}; }
 
 tl::unexpected<FileError> failure(int number) { return tl::make_unexpected(systemError(number)); }
@@ -14,13 +29,8 @@ FileResult<void> succeeded(int answer) {
   return {};
 }
 
-FileError withFullVolumeAs(int fullVolumeCode, FileError error) {
-  const bool isFull = error.code == ENOSPC || error.code == EDQUOT;
-  return {isFull ? fullVolumeCode : error.code, std::move(error.message)};
-}
-
-FileError withTakenName(FileError error) {
-  return {error.code == EEXIST ? FileError::existingFile : error.code, std::move(error.message)};
+FileError unreadable(FileError error) {
+  return {error.code, std::move(error.message), FileError::Kind::unreadable};
 }
 
 }  // namespace kestrova

@@ -16,11 +16,8 @@ tl::unexpected<FileError> failure(int number = errno);
 /// Nothing, or the error of the last system call where that call has answered -1.
 FileResult<void> succeeded(int answer);
 
-/// A full volume, or a used-up quota, becomes `fullVolumeCode`; every other error stays as it is.
-FileError withFullVolumeAs(int fullVolumeCode, FileError error);
-
-/// A name that is taken becomes `existingFile`; every other error stays as it is.
-FileError withTakenName(FileError error);
+/// The same, as an error of the file that was to be read.
+FileError unreadable(FileError error);
 
 /// Repeats a system call that a signal has interrupted.
 template <typename Call>

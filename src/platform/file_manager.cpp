@@ -11,10 +11,15 @@ bool FileManager::isDirectory(const Path& path) const {
   return attributes && attributes->isDirectory;
 }
 
-FileResult<void> FileManager::copyItem(const Path& from, const Path& to) {
+FileResult<void> FileManager::copyItem(const Path& from, const Path& to, const Check& check) {
   // The commit settles it for certain; asking first spares the copy.
-  if (fileExists(to)) return tl::make_unexpected(withTakenName(systemError(EEXIST)));
-  return stageCopy(from, to).and_then([](const auto& copy) { return copy->commit(); });
+  if (fileExists(to)) return failure(EEXIST);
+  const auto copy = stageCopy(from, to);
+  if (!copy) return tl::make_unexpected(copy.error());
+  if (check) {
+    if (auto agreed = check(); !agreed) return agreed;
+  }
+  return (*copy)->commit();
 }
 
 FileResult<void> FileManager::writeData(ByteView data, const Path& to) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,14 +18,21 @@ namespace kestrova {
 using Path = std::filesystem::path;
 using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 
-/// What went wrong with a file. `code` is one of the codes below or the system's own error number (errno).
+/// What went wrong with a file.
 struct FileError {
-  static constexpr int existingFile = 516;      ///< the target is there already
-  static constexpr int unspecifiedWrite = 512;  ///< copying: the target volume (or the user's quota) is full
-  static constexpr int outOfSpace = 640;  ///< writing data: the target volume (or the user's quota) is full
+  enum class Kind {
+    alreadyExists,
+    noSpace,     ///< the volume, or the user's quota, is full
+    notFound,    ///< the file, or a folder above it
+    unreadable,  ///< while copying: the source is what failed
+    other,
+  };
 
-  int code = 0;
+  int code = 0;         ///< the system's own error number (errno)
   std::string message;  ///< what the system says of it, in UTF-8
+  Kind kind = kindOf(code);
+
+  static Kind kindOf(int code);
 };
 
 template <typename Value>
@@ -50,8 +58,8 @@ class StagedFile {
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
-  /// Gives the file its final name, in the folder it was staged for. Fails with `existingFile` when the name
-  /// is taken.
+  /// Gives the file its final name, in the folder it was staged for. Fails with `alreadyExists` when the
+  /// name is taken.
   virtual FileResult<void> commit() = 0;
   /// The same, but atomically takes the place of a file of that name.
   virtual FileResult<void> commitReplacing() = 0;
@@ -81,18 +89,21 @@ class FileManager {
   virtual FileResult<void> createDirectory(const Path& folder) = 0;
 
   /// Copies a regular file's data, permissions, modification time and extended attributes, and makes the copy
-  /// durable. A full volume is `unspecifiedWrite`.
+  /// durable. A source that cannot be read is `unreadable`, whatever the reason.
   virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) = 0;
 
-  /// Writes bytes, with the permissions of a new file, and makes them durable. A full volume is `outOfSpace`.
+  /// Writes bytes, with the permissions of a new file, and makes them durable.
   virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) = 0;
 
   bool fileExists(const Path& path) const;
   bool isDirectory(const Path& path) const;
 
-  /// A whole copy under the name `to`, or none; an existing item there is left alone (`existingFile`).
-  FileResult<void> copyItem(const Path& from, const Path& to);
-  /// The bytes under the name `to`, or no file; an existing item there is left alone (`existingFile`).
+  using Check = std::function<FileResult<void>()>;
+
+  /// A whole copy under the name `to`, or none; an existing item there is left alone (`alreadyExists`). The
+  /// check, if there is one, is asked when the copy is complete: unless it agrees, the copy gets no name.
+  FileResult<void> copyItem(const Path& from, const Path& to, const Check& check = nullptr);
+  /// The bytes under the name `to`, or no file; an existing item there is left alone (`alreadyExists`).
   FileResult<void> writeData(ByteView data, const Path& to);
   /// The bytes under the name `to`; an existing file there is replaced atomically.
   FileResult<void> writeDataReplacing(ByteView data, const Path& to);

@@ -13,18 +13,17 @@
 
 namespace kestrova {
 
-PendingFile::PendingFile(FileDescriptor folder, const Path& to, int fullVolumeCode)
-    : folder_(std::move(folder)), finalName_(to.filename().native()), fullVolumeCode_(fullVolumeCode) {}
+PendingFile::PendingFile(FileDescriptor folder, const Path& to)
+    : folder_(std::move(folder)), finalName_(to.filename().native()) {}
 
 PendingFile::~PendingFile() {
   if (!temporaryName_.empty()) ::unlinkat(folder_.get(), temporaryName_.c_str(), 0);
 }
 
-FileResult<std::unique_ptr<PendingFile>> PendingFile::create(const Path& to, mode_t mode, Staging staging,
-                                                             int fullVolumeCode) {
+FileResult<std::unique_ptr<PendingFile>> PendingFile::create(const Path& to, mode_t mode, Staging staging) {
   auto folder = openPlace(to.parent_path());
   if (!folder) return tl::make_unexpected(folder.error());
-  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(*folder), to, fullVolumeCode));
+  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(*folder), to));
   if (const auto opened = pending->open(mode, staging); !opened) return tl::make_unexpected(opened.error());
   return pending;
 }
@@ -61,23 +60,22 @@ FileResult<void> PendingFile::takeName(const PutFile& put) {
   return {};
 }
 
-FileResult<void> PendingFile::committed(FileResult<void> renamed) {
-  if (renamed) temporaryName_.clear();
-  return renamed.map_error(
-      [&](FileError error) { return withFullVolumeAs(fullVolumeCode_, withTakenName(std::move(error))); });
-}
-
 FileResult<void> PendingFile::commit() {
-  if (temporaryName_.empty())
-    return committed(host::nameUnnamed(file_.get(), folder_.get(), finalName_.c_str()));
-  return committed(renameWithoutReplacing(folder_.get(), temporaryName_.c_str(), finalName_.c_str()));
+  const bool hasNoName = temporaryName_.empty();
+  auto named = hasNoName ? host::nameUnnamed(file_.get(), folder_.get(), finalName_.c_str())
+                         : renameWithoutReplacing(folder_.get(), temporaryName_.c_str(), finalName_.c_str());
+  if (named) temporaryName_.clear();
+  return named;
 }
 
 FileResult<void> PendingFile::commitReplacing() {
-  const auto named = temporaryName_.empty() ? giveTemporaryName() : FileResult<void>();
-  return committed(named.and_then([&] {
-    return succeeded(::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()));
-  }));
+  if (temporaryName_.empty()) {
+    if (auto named = giveTemporaryName(); !named) return named;
+  }
+  auto replaced =
+      succeeded(::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()));
+  if (replaced) temporaryName_.clear();
+  return replaced;
 }
 
 }  // namespace kestrova

@@ -15,9 +15,8 @@ namespace kestrova {
 /// knows such files, or else a temporary one in the same folder.
 class PendingFile final : public StagedFile {
  public:
-  /// `mode` is subject to the umask; a volume found full at the commit becomes `fullVolumeCode`.
-  static FileResult<std::unique_ptr<PendingFile>> create(const Path& to, mode_t mode, Staging staging,
-                                                         int fullVolumeCode);
+  /// `mode` is subject to the umask.
+  static FileResult<std::unique_ptr<PendingFile>> create(const Path& to, mode_t mode, Staging staging);
   ~PendingFile() override;
 
   int descriptor() const { return file_.get(); }
@@ -25,18 +24,16 @@ class PendingFile final : public StagedFile {
   FileResult<void> commitReplacing() override;
 
  private:
-  PendingFile(FileDescriptor folder, const Path& to, int fullVolumeCode);
+  PendingFile(FileDescriptor folder, const Path& to);
   FileResult<void> open(mode_t mode, Staging staging);
   FileResult<void> createNamed(mode_t mode);
   FileResult<void> giveTemporaryName();
   FileResult<void> takeName(const PutFile& put);
-  FileResult<void> committed(FileResult<void> renamed);
 
   FileDescriptor folder_;
   FileDescriptor file_;
   std::string finalName_;
   std::string temporaryName_;  ///< empty: no name yet, or the final one
-  int fullVolumeCode_;
 };
 
 }  // namespace kestrova

@@ -91,27 +91,23 @@ class SystemFileManager final : public FileManager {
   }
 
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
-    return openRegularFile(from).and_then([&](const RegularFile& source) {
-      return stage(to, privateMode, FileError::unspecifiedWrite,
-                   [&](int file) { return copyWhole(source, file); });
-    });
+    const auto source = openRegularFile(from);
+    if (!source) return tl::make_unexpected(unreadable(source.error()));
+    return stage(to, privateMode, [&](int file) { return copyWhole(*source, file); });
   }
 
   FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
-    return stage(to, newFileMode, FileError::outOfSpace, [&](int file) { return writeWhole(data, file); });
+    return stage(to, newFileMode, [&](int file) { return writeWhole(data, file); });
   }
 
  private:
   template <typename Fill>
-  FileResult<std::unique_ptr<StagedFile>> stage(const Path& to, mode_t mode, int fullVolumeCode,
-                                                const Fill& fill) const {
-    return PendingFile::create(to, mode, staging_, fullVolumeCode)
-        .and_then([&](std::unique_ptr<PendingFile>&& pending) -> FileResult<std::unique_ptr<StagedFile>> {
-          const FileResult<void> filled = fill(pending->descriptor());
-          if (!filled) return tl::make_unexpected(filled.error());
-          return std::move(pending);
-        })
-        .map_error([&](FileError error) { return withFullVolumeAs(fullVolumeCode, std::move(error)); });
+  FileResult<std::unique_ptr<StagedFile>> stage(const Path& to, mode_t mode, const Fill& fill) const {
+    auto pending = PendingFile::create(to, mode, staging_);
+    if (!pending) return tl::make_unexpected(pending.error());
+    const FileResult<void> filled = fill((*pending)->descriptor());
+    if (!filled) return tl::make_unexpected(filled.error());
+    return std::move(*pending);
   }
 
   Staging staging_;

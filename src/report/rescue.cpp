@@ -72,7 +72,7 @@ class Rescue {
     if (const auto created = files_.createDirectory(to.parent_path()); !created)
       return created.error().message;
     const auto copied = files_.copyItem(row.source, to);
-    const bool isTaken = !copied && copied.error().code == FileError::existingFile;
+    const bool isTaken = !copied && copied.error().kind == FileError::Kind::alreadyExists;
     if (!copied && !isTaken) return copied.error().message;
     const auto same = haveSameContent(row.source, to, ReadFrom::disk, request_.stopped);
     if (!same) return same.error().error.message;

@@ -94,9 +94,9 @@ void RunDisplay::showNameTaken() {
 RunRemainder RunDisplay::remainder(const RunProgress& progress) const {
   const auto& manager = interface_.manager;
   return {.foundNothing = progress.found == 0 && !manager.hasstopped,
-          .failed = tally_.of(Verdict::Outcome::failed).files,
-          .nameTaken = manager.targetExistCount,
-          .alreadyThere = manager.tAlreadyCount};
+          .failed = tally_.of(Outcome::failed).files + tally_.of(Outcome::unreadable).files,
+          .nameTaken = tally_.of(Outcome::nameTaken).files,
+          .alreadyThere = tally_.of(Outcome::exists).files};
 }
 
 void RunDisplay::end(const RunProgress& progress) {

@@ -41,7 +41,7 @@ int copyTree(FileManager& files, const Path& from, const Path& to) {
     const Path name = Path(std::to_string(i % 3)) / (std::to_string(i) + ".jpg");
     if (!files.createDirectory((to / name).parent_path())) ++failures;
     const auto copied = files.copyItem(from / name, to / name);
-    if (!copied && copied.error().code != FileError::existingFile) ++failures;
+    if (!copied && copied.error().kind != FileError::Kind::alreadyExists) ++failures;
   }
   return failures;
 }

@@ -170,18 +170,18 @@ TEST_P(FileManagerWrites, CopiesWhatASymbolicLinkLeadsTo) {
 TEST_P(FileManagerWrites, LeavesAnExistingItemAlone) {
   const Path from = writeFile(folder / "from", "new");
   const Path to = writeFile(folder / "to", "old");
-  EXPECT_EQ(codeOf(files->copyItem(from, to)), FileError::existingFile);
-  EXPECT_EQ(codeOf(files->writeData(viewOf("new"), to)), FileError::existingFile);
+  EXPECT_EQ(codeOf(files->copyItem(from, to)), EEXIST);
+  EXPECT_EQ(codeOf(files->writeData(viewOf("new"), to)), EEXIST);
   EXPECT_EQ(readFile(to), "old");
-  EXPECT_EQ(codeOf(files->copyItem(from, folder.path())), FileError::existingFile);
+  EXPECT_EQ(codeOf(files->copyItem(from, folder.path())), EEXIST);
   EXPECT_THAT(test::filesBelow(folder.path()), UnorderedElementsAre("from", "to"));
 }
 
 TEST_P(FileManagerWrites, TakesADanglingLinkUnderTheNameForAnExistingItem) {
   const Path from = writeFile(folder / "from", "new");
   fs::create_symlink("elsewhere", folder / "to");
-  EXPECT_EQ(codeOf(files->copyItem(from, folder / "to")), FileError::existingFile);
-  EXPECT_EQ(codeOf(files->writeData(viewOf("new"), folder / "to")), FileError::existingFile);
+  EXPECT_EQ(codeOf(files->copyItem(from, folder / "to")), EEXIST);
+  EXPECT_EQ(codeOf(files->writeData(viewOf("new"), folder / "to")), EEXIST);
   EXPECT_FALSE(fs::exists(folder / "elsewhere"));
   EXPECT_THAT(test::filesBelow(folder.path()), UnorderedElementsAre("from"));
 }
@@ -190,7 +190,7 @@ TEST_P(FileManagerWrites, RefusesANameTakenWhileItWrote) {
   auto staged = files->stageData(viewOf("late"), folder / "to");
   ASSERT_TRUE(staged);
   writeFile(folder / "to", "early");
-  EXPECT_EQ(codeOf((*staged)->commit()), FileError::existingFile);
+  EXPECT_EQ(codeOf((*staged)->commit()), EEXIST);
   staged->reset();
   EXPECT_EQ(readFile(folder / "to"), "early");
   EXPECT_THAT(test::filesBelow(folder.path()), UnorderedElementsAre("to"));
@@ -241,6 +241,9 @@ TEST_P(FileManagerWrites, ReportsAMissingSourceOrFolderInTheSystemsWords) {
   ASSERT_FALSE(noSource);
   EXPECT_EQ(noSource.error().code, ENOENT);
   EXPECT_EQ(noSource.error().message, std::strerror(ENOENT));
+  EXPECT_EQ(noSource.error().kind, FileError::Kind::unreadable);
+  EXPECT_EQ(files->copyItem(writeFile(folder / "from", "x"), folder / "missing/to").error().kind,
+            FileError::Kind::notFound);
   EXPECT_EQ(codeOf(files->writeData(viewOf("x"), folder / "missing/to")), ENOENT);
   EXPECT_EQ(codeOf(files->writeData(viewOf("x"), writeFile(folder / "file", "x") / "to")), ENOTDIR);
   EXPECT_EQ(codeOf(files->writeData(viewOf("x"), folder / std::string(256, 'n'))), ENAMETOOLONG);
@@ -294,7 +297,7 @@ TEST_P(FileManagerWrites, WorksOnPathsLongerThanTheSystemTakesInOneCall) {
     const Path from = deep + "/from";
     ASSERT_EQ(codeOf(files->writeData(viewOf("abc"), from)), 0);
     ASSERT_EQ(codeOf(files->copyItem(from, deep + "/to")), 0);
-    EXPECT_EQ(codeOf(files->copyItem(from, deep + "/to")), FileError::existingFile);
+    EXPECT_EQ(codeOf(files->copyItem(from, deep + "/to")), EEXIST);
     EXPECT_EQ(textOf(files->readFile(deep + "/to").value()), "abc");
     EXPECT_EQ(textOf(files->readPrefix(deep + "/to", 2).value()), "ab");
     EXPECT_EQ(files->attributesOfItem(deep + "/to")->size, 3U);
@@ -337,7 +340,7 @@ TEST_P(FileManagerWrites, GivesANameToOneOfManyThreadsOnly) {
       for (int round = 0; round < 20; ++round) {
         const auto written =
             files->writeData(viewOf(std::string(i + 1, 'x')), folder / std::to_string(round));
-        if (!written && written.error().code != FileError::existingFile) codes[i] = written.error().code;
+        if (!written && written.error().code != EEXIST) codes[i] = written.error().code;
         const auto replaced = files->writeDataReplacing(viewOf("all the same"), folder / "shared");
         if (!replaced) codes[i] = replaced.error().code;
       }
@@ -466,8 +469,8 @@ TEST(FailingFileManager, FailsWhereItsHooksSaySo) {
   files.onCommit = [](const Path&) { return FileError{EIO, "broken"}; };
   EXPECT_EQ(codeOf(files.copyItem(from, root / "b")), EIO);
   EXPECT_EQ(codeOf(files.writeDataReplacing(viewOf("x"), root / "b")), EIO);
-  files.onStageCopy = [](const Path&, const Path&) { return FileError{FileError::unspecifiedWrite, "full"}; };
-  EXPECT_EQ(codeOf(files.copyItem(from, root / "c")), FileError::unspecifiedWrite);
+  files.onStageCopy = [](const Path&, const Path&) { return FileError{ENOSPC, "full"}; };
+  EXPECT_EQ(codeOf(files.copyItem(from, root / "c")), ENOSPC);
   files.onStageCopy = [](const Path&, const Path&) -> std::optional<FileError> {
     throw std::runtime_error("thrown");
   };

@@ -313,7 +313,7 @@ TEST_F(ARun, SaysWhatItCouldNotWrite) {
 TEST_F(ARun, ForgetsWhatTheLastOneLeft) {
   writeAlbum();
   files->onStageCopy = [](const Path& from, const Path&) -> std::optional<FileError> {
-    if (from.filename() == "a.jpg") return FileError{FileError::existingFile, "File exists"};
+    if (from.filename() == "a.jpg") return FileError{EEXIST, "File exists"};
     return std::nullopt;
   };
   openWithFolders();

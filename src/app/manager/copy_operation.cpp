@@ -1,4 +1,5 @@
 #include "app/organise_manager.h"
+#include "execution/error_codes.h"
 #include "model/size_text.h"
 #include "platform/log.h"
 #include "scan/media_classification.h"
@@ -6,6 +7,24 @@
 #include <exception>
 
 namespace kestrova {
+
+namespace {
+
+Outcome outcomeOf(const FileError& error) {
+  switch (error.kind) {
+    case FileError::Kind::alreadyExists:
+      return Outcome::nameTaken;
+    case FileError::Kind::unreadable:
+      return Outcome::unreadable;
+    case FileError::Kind::noSpace:
+    case FileError::Kind::notFound:
+    case FileError::Kind::other:
+      return Outcome::failed;
+  }
+  return Outcome::failed;
+}
+
+}  // namespace
 
 void OrganiseManager::copyOperation(const OperationRecord& record) {
   appStatus = 3;
@@ -53,9 +72,7 @@ void OrganiseManager::copyFile(const Path& from, const Path& to) {
                      .targetSize = size});
   }
   bookFailedCopy(copied.error());
-  const auto outcome =
-      copied.error().code == FileError::existingFile ? Verdict::Outcome::exists : Verdict::Outcome::failed;
-  announce({.outcome = outcome,
+  announce({.outcome = outcomeOf(copied.error()),
             .source = from,
             .target = to,
             .sourceSize = size,
@@ -63,11 +80,12 @@ void OrganiseManager::copyFile(const Path& from, const Path& to) {
 }
 
 void OrganiseManager::bookFailedCopy(const FileError& error) {
-  if (error.code == FileError::existingFile) {
+  const int code = copyErrorCode(error);
+  if (code == existingFileCode) {
     targetExistCount += 1;
     post([this] { lblTargetExistCount->setStringValue(countText(targetExistCount)); });
     log(QStringLiteral("Item Exist"));
-  } else if (error.code == FileError::unspecifiedWrite) {
+  } else if (code == fullWhenCopying) {
     endForFullVolume(QStringLiteral("There is not enough space at destination"));
   }
 }

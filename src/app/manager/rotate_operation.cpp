@@ -1,4 +1,5 @@
 #include "app/organise_manager.h"
+#include "execution/error_codes.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
 #include "scan/media_classification.h"
@@ -42,7 +43,7 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
   log(QStringLiteral("ROTATING PHOTOOOOO!"));
   const auto jpeg = asJpeg(host_.files->readFile(from));
   const auto written = writeNew(jpeg ? &*jpeg : nullptr, to);
-  if (!written && written.error().code == FileError::outOfSpace)
+  if (!written && writeErrorCode(written.error()) == fullWhenWriting)
     endForFullVolume(QStringLiteral("No space left!!!!!"));
   if (isLogging()) log(QString::fromStdString(fileUrlString(to)));
 }
@@ -50,7 +51,7 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
 // A full volume pauses here, where turning a photo ends the run.
 void OrganiseManager::writeDataOperation(const OperationRecord& record) {
   const auto written = writeNew(record.data(), record.file("to").value_or(Path()));
-  if (!written && written.error().code == FileError::outOfSpace) {
+  if (!written && writeErrorCode(written.error()) == fullWhenWriting) {
     log(QStringLiteral("No space left!!!!!"));
     processQueue->setSuspended(true);
   }

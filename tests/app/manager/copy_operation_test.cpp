@@ -84,7 +84,7 @@ TEST_F(CopyOperation, CopiesAFileOfNeitherKindWithoutAWord) {
 }
 
 TEST_F(CopyOperation, OnAFullVolumeEndsTheRun) {
-  fail(FileError::unspecifiedWrite);
+  fail(ENOSPC);
   manager().processQueue->setSuspended(true);
   const auto waiting = std::make_shared<InvocationOperation>();
   manager().processQueue->addOperation(waiting);
@@ -98,7 +98,7 @@ TEST_F(CopyOperation, OnAFullVolumeEndsTheRun) {
 }
 
 TEST_F(CopyOperation, DoesNotTakeTheCodeOfTheWritingPathsForAFullVolume) {
-  fail(FileError::outOfSpace);
+  fail(640);
   copy(photo, to);
   EXPECT_FALSE(manager().haserror);
   EXPECT_EQ(program.status(), QStringLiteral("Copying Photo (JPG) 1"));

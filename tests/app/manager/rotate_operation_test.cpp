@@ -69,7 +69,7 @@ TEST_F(RotateOperation, BooksAPhotoOf0BytesWhenItDoesNotDecode) {
 }
 
 TEST_F(RotateOperation, OnAFullVolumeEndsTheRun) {
-  failToStage(FileError::outOfSpace);
+  failToStage(ENOSPC);
   rotate(writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto({}))));
   EXPECT_TRUE(program.log.holds(QStringLiteral("No space left!!!!!")));
   EXPECT_EQ(program.status(), QStringLiteral("Not enough space!"));
@@ -79,7 +79,7 @@ TEST_F(RotateOperation, OnAFullVolumeEndsTheRun) {
 }
 
 TEST_F(RotateOperation, PassesOverAnyOtherFailureInSilence) {
-  failToStage(FileError::unspecifiedWrite);
+  failToStage(512);
   rotate(writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto({}))));
   EXPECT_FALSE(manager().haserror);
   EXPECT_EQ(manager().tRotatedCount, 0);
@@ -126,7 +126,7 @@ TEST_F(WriteDataOperation, LeavesAnExistingTargetAlone) {
 }
 
 TEST_F(WriteDataOperation, OnAFullVolumePausesTheQueueUntilItIsContinued) {
-  failToStage(FileError::outOfSpace);
+  failToStage(ENOSPC);
   auto& queue = *manager().processQueue;
   queue.setMaxConcurrentOperationCount(1);
   program.chooseFolders();

@@ -66,7 +66,7 @@ TEST_F(RunEnd, TakesUpAStoppedRunWhereItEnded) {
 TEST_F(RunEnd, KeepsTheErrorTextWhenTheVolumeIsFull) {
   int copies = 0;
   files->onStageCopy = [&copies](const Path&, const Path&) -> std::optional<FileError> {
-    if (++copies == 2) return FileError{FileError::unspecifiedWrite, "full"};
+    if (++copies == 2) return FileError{ENOSPC, "full"};
     return std::nullopt;
   };
   program.run();

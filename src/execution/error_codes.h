@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/file_manager.h"
+
+namespace kestrova {
+
+// The numbers by which the operations tell errors apart. The two for a full volume differ on purpose: what
+// copies knows one of them, what writes photos the other.
+constexpr int existingFileCode = 516;  ///< the target is there already
+constexpr int fullWhenCopying = 512;
+constexpr int fullWhenWriting = 640;
+
+/// The number of an error; every error but the two above keeps the system's own.
+inline int errorCode(const FileError& error, int fullVolumeCode) {
+  switch (error.kind) {
+    case FileError::Kind::alreadyExists:
+      return existingFileCode;
+    case FileError::Kind::noSpace:
+      return fullVolumeCode;
+    case FileError::Kind::notFound:
+    case FileError::Kind::unreadable:
+    case FileError::Kind::other:
+      return error.code;
+  }
+  return error.code;
+}
+inline int copyErrorCode(const FileError& error) { return errorCode(error, fullWhenCopying); }
+inline int writeErrorCode(const FileError& error) { return errorCode(error, fullWhenWriting); }
+
+}  // namespace kestrova
