@@ -51,7 +51,7 @@ struct Host {
   std::shared_ptr<AlertPanel> alertPanel;
   /// Asks the application to terminate, which asks its delegate.
   std::function<void()> terminate;
-  std::function<Date()> now = [] { return Date(std::chrono::system_clock::now()); };
+  std::function<Date()> now = currentDate;
 };
 
 }  // namespace kestrova

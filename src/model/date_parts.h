@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
+
 namespace kestrova {
 
 /// A date as the user's calendar and clock show it.
 struct DateParts {
-  int year = 0;
+  std::int64_t year = 0;
   int month = 0;  ///< 1 to 12
   int day = 0;
   int hour = 0;

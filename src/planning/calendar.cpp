@@ -1,20 +1,80 @@
 #include "planning/calendar.h"
 
+#include <chrono>
 #include <ctime>
+#include <initializer_list>
 
 namespace kestrova {
 
 namespace {
 
 using std::chrono::seconds;
+using std::chrono::sys_days;
 
-std::tm localTime(std::time_t time) {
+constexpr std::int64_t secondsOfDay = 86400;
+/// The calendar repeats after 400 years, weekdays included.
+constexpr std::int64_t yearsOfCycle = 400;
+constexpr std::int64_t secondsOfCycle = 146097 * secondsOfDay;
+
+constexpr std::int64_t startOfYear(int year) {
+  return seconds(sys_days(std::chrono::year(year) / 1 / 1).time_since_epoch()).count();
+}
+
+std::tm localTime(std::int64_t instant) {
+  const std::time_t time = instant;
   std::tm local{};
   localtime_r(&time, &local);
   return local;
 }
 
-std::time_t secondsOf(Date date) { return std::chrono::floor<seconds>(date).time_since_epoch().count(); }
+struct ShiftedInstant {
+  std::int64_t seconds = 0;  ///< since 1970
+  std::int64_t years = 0;    ///< that were taken off
+};
+
+/// Takes whole cycles off an instant for which the system's calendar may have no year.
+ShiftedInstant withinTheCalendar(std::int64_t instant) {
+  if (instant >= startOfYear(1) && instant < startOfYear(10000)) return {.seconds = instant};
+  const std::int64_t rest = instant % secondsOfCycle;
+  const std::int64_t cycles = instant / secondsOfCycle;
+  if (rest < 0) return {.seconds = rest + secondsOfCycle, .years = (cycles - 1) * yearsOfCycle};
+  return {.seconds = rest, .years = cycles * yearsOfCycle};
+}
+
+/// What a clock that shows these fields would count since 1970 if it stood on UTC.
+std::int64_t clockSeconds(sys_days day, int hour, int minute, int second) {
+  return (seconds(day.time_since_epoch()) + std::chrono::hours(hour) + std::chrono::minutes(minute) +
+          seconds(second))
+      .count();
+}
+
+/// How far the local clock is ahead of an instant.
+std::int64_t offsetAt(std::int64_t instant) {
+  const std::tm local = localTime(instant);
+  const auto day = std::chrono::year(local.tm_year + 1900) / (local.tm_mon + 1) / local.tm_mday;
+  return clockSeconds(day, local.tm_hour, local.tm_min, local.tm_sec) - instant;
+}
+
+/// The instant at which the clock leaps within the two days around `near`, found by its change of offset.
+std::int64_t endOfGap(std::int64_t near) {
+  std::int64_t before = near - secondsOfDay;
+  std::int64_t after = near + secondsOfDay;
+  const std::int64_t offsetAfter = offsetAt(after);
+  while (after - before > 1) {
+    const std::int64_t middle = before + (after - before) / 2;
+    (offsetAt(middle) == offsetAfter ? after : before) = middle;
+  }
+  return after;
+}
+
+/// The instant at which the local clock shows what a clock on UTC shows at `clock`.
+std::int64_t instantOf(std::int64_t clock) {
+  for (const std::int64_t near : {clock - secondsOfDay, clock + secondsOfDay}) {
+    const std::int64_t instant = clock - offsetAt(near);
+    if (instant + offsetAt(instant) == clock) return instant;
+  }
+  return endOfGap(clock);
+}
 
 /// The number of the given width at the text's position; -1 where other bytes than digits stand.
 int numberAt(std::string_view text, std::size_t position, std::size_t width) {
@@ -26,7 +86,7 @@ int numberAt(std::string_view text, std::size_t position, std::size_t width) {
   return number;
 }
 
-std::optional<std::tm> readFields(std::string_view text) {
+std::optional<std::int64_t> readClock(std::string_view text) {
   if (text.size() != 19 || text[4] != ':' || text[7] != ':' || text[10] != ' ' || text[13] != ':' ||
       text[16] != ':') {
     return std::nullopt;
@@ -40,50 +100,29 @@ std::optional<std::tm> readFields(std::string_view text) {
   const auto date = std::chrono::year(year) / month / day;
   if (year < 1 || month < 1 || day < 1 || !date.ok()) return std::nullopt;
   if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) return std::nullopt;
-  std::tm fields{};
-  fields.tm_year = year - 1900;
-  fields.tm_mon = month - 1;
-  fields.tm_mday = day;
-  fields.tm_hour = hour;
-  fields.tm_min = minute;
-  fields.tm_sec = second;
-  fields.tm_isdst = -1;
-  return fields;
-}
-
-bool sameClock(const std::tm& a, const std::tm& b) {
-  return a.tm_sec == b.tm_sec && a.tm_min == b.tm_min && a.tm_hour == b.tm_hour && a.tm_mday == b.tm_mday;
-}
-
-/// The instant at which the clock leaps within the two days around `near`, found by its change of offset from
-/// UTC.
-std::time_t endOfGap(std::time_t near) {
-  constexpr std::time_t day = 86400;
-  std::time_t before = near - day;
-  std::time_t after = near + day;
-  const long offsetAfter = localTime(after).tm_gmtoff;
-  while (after - before > 1) {
-    const std::time_t middle = before + (after - before) / 2;
-    (localTime(middle).tm_gmtoff == offsetAfter ? after : before) = middle;
-  }
-  return after;
+  return clockSeconds(date, hour, minute, second);
 }
 
 }  // namespace
 
+void refreshTimeZone() { tzset(); }
+
 DateParts splitDate(Date date) {
-  const std::tm local = localTime(secondsOf(date));
-  return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,    local.tm_hour,
-          local.tm_min,         local.tm_sec,     local.tm_wday + 1};
+  const ShiftedInstant instant = withinTheCalendar(date.seconds);
+  const std::tm local = localTime(instant.seconds);
+  return {.year = local.tm_year + 1900 + instant.years,
+          .month = local.tm_mon + 1,
+          .day = local.tm_mday,
+          .hour = local.tm_hour,
+          .minute = local.tm_min,
+          .second = local.tm_sec,
+          .weekday = local.tm_wday + 1};
 }
 
 std::optional<Date> parseLocalTime(std::string_view text) {
-  const auto fields = readFields(text);
-  if (!fields) return std::nullopt;
-  std::tm normalised = *fields;
-  std::time_t time = std::mktime(&normalised);
-  if (!sameClock(localTime(time), *fields)) time = endOfGap(time);
-  return Date(seconds(time));
+  const auto clock = readClock(text);
+  if (!clock) return std::nullopt;
+  return Date{.seconds = instantOf(*clock)};
 }
 
 }  // namespace kestrova

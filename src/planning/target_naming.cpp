@@ -15,10 +15,12 @@ std::string formatted(const char* format, Values... values) {
   return text;
 }
 
+long long yearOf(const DateParts& date) { return date.year; }
+
 std::string lastComponent(int folderFormat, const DateParts& date, const std::string& month,
                           const std::string& day) {
   if (folderFormat == 0) {
-    return formatted("%02d-%s-%04d %s", date.day, month.c_str(), date.year, day.c_str());
+    return formatted("%02d-%s-%04lld %s", date.day, month.c_str(), yearOf(date), day.c_str());
   }
   return formatted("%02d-%s %s", date.day, month.c_str(), day.c_str());
 }
@@ -50,7 +52,7 @@ NameTable englishDays() {
 std::optional<Path> targetFolder(const Path& target, int folderFormat, const DateParts& date,
                                  const NameTable& months, const NameTable& days) {
   if (folderFormat < 0 || folderFormat > 2) return std::nullopt;
-  const Path year = target / formatted("%04d", date.year);
+  const Path year = target / formatted("%04lld", yearOf(date));
   const std::string month = formatted("%02d", date.month);
   if (folderFormat == 2) return year / month / formatted("%02d", date.day);
   const std::string last =
@@ -62,8 +64,8 @@ std::optional<Path> targetFolder(const Path& target, int folderFormat, const Dat
 std::string targetFileName(MediaKind kind, const DateParts& date, std::uint64_t size,
                            const QString& extension) {
   const std::string name = prefixOf(kind) +
-                           formatted("%04d%02d%02d%02d%02d%02d_", date.year, date.month, date.day, date.hour,
-                                     date.minute, date.second) +
+                           formatted("%04lld%02d%02d%02d%02d%02d_", yearOf(date), date.month, date.day,
+                                     date.hour, date.minute, date.second) +
                            std::to_string(size) + '.';
   return (QString::fromStdString(name) + extension.toUpper()).toUpper().toStdString();
 }

@@ -2,6 +2,7 @@
 
 #include "model/media_kind.h"
 #include "planning/calendar.h"
+#include "platform/file_manager.h"
 
 #include <QString>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "platform/date.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -16,7 +16,6 @@
 namespace kestrova {
 
 using Path = std::filesystem::path;
-using Date = std::chrono::sys_time<std::chrono::nanoseconds>;
 
 /// What went wrong with a file.
 struct FileError {
@@ -40,7 +39,7 @@ using FileResult = tl::expected<Value, FileError>;
 
 struct FileAttributes {
   std::uint64_t size = 0;  ///< bytes
-  Date modified;           ///< to the nanosecond
+  Date modified;
   bool isDirectory = false;
   bool isRegularFile = false;
 };

@@ -7,9 +7,7 @@ namespace kestrova {
 
 namespace {
 
-Date dateOf(const timespec& time) {
-  return Date(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
-}
+Date dateOf(const timespec& time) { return {time.tv_sec, static_cast<std::int32_t>(time.tv_nsec)}; }
 
 const timespec& modifiedAt(const host::FileTimes& times) { return times.both[1]; }
 

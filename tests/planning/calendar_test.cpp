@@ -2,6 +2,9 @@
 
 #include "support/time_zone.h"
 
+#include <chrono>
+#include <limits>
+
 #include <gtest/gtest.h>
 
 namespace kestrova {
@@ -9,6 +12,12 @@ namespace kestrova {
 namespace {
 
 DateParts partsOf(std::string_view text) { return splitDate(parseLocalTime(text).value()); }
+
+/// Midnight UTC.
+Date dayOf(int year, unsigned month, unsigned day) {
+  const auto days = std::chrono::sys_days(std::chrono::year(year) / month / day).time_since_epoch();
+  return {.seconds = std::chrono::seconds(days).count()};
+}
 
 }  // namespace
 
@@ -23,7 +32,7 @@ TEST(Calendar, CountsSundayAsTheFirstWeekday) {
 }
 
 TEST(Calendar, SplitsAnInstantInTheUsersTimeZone) {
-  const Date newYear = Date(std::chrono::sys_days(std::chrono::year(2015) / 1 / 1));
+  const Date newYear = dayOf(2015, 1, 1);
   {
     const test::TimeZone zone("America/New_York");
     EXPECT_EQ(splitDate(newYear), (DateParts{2014, 12, 31, 19, 0, 0, 4}));
@@ -34,7 +43,7 @@ TEST(Calendar, SplitsAnInstantInTheUsersTimeZone) {
 
 TEST(Calendar, CountsAnInstantBefore1970ToTheSecondThatItLiesIn) {
   const test::TimeZone zone("UTC");
-  EXPECT_EQ(splitDate(Date(std::chrono::milliseconds(-500))), (DateParts{1969, 12, 31, 23, 59, 59, 4}));
+  EXPECT_EQ(splitDate({.seconds = -1, .nanoseconds = 500'000'000}), (DateParts{1969, 12, 31, 23, 59, 59, 4}));
 }
 
 TEST(Calendar, TakesATimeThatAClockChangeSkippedAsTheFirstInstantAfterTheGap) {
@@ -52,6 +61,36 @@ TEST(Calendar, TakesATimeOfASkippedDayAsTheFirstInstantAfterIt) {
 TEST(Calendar, KeepsATimeThatAClockChangeRepeats) {
   const test::TimeZone zone("Europe/Berlin");
   EXPECT_EQ(partsOf("2014:10:26 02:30:00"), (DateParts{2014, 10, 26, 2, 30, 0, 1}));
+}
+
+TEST(Calendar, KeepsTheDatesThatPhotosTellForNoDateAtAll) {
+  const test::TimeZone zone("Europe/Berlin");
+  EXPECT_EQ(partsOf("0001:01:01 00:00:00"), (DateParts{1, 1, 1, 0, 0, 0, 2}));
+  EXPECT_EQ(partsOf("9999:12:31 23:59:59"), (DateParts{9999, 12, 31, 23, 59, 59, 6}));
+}
+
+TEST(Calendar, SplitsInstantsThatNanosecondsSince1970CannotCount) {
+  const test::TimeZone zone("UTC");
+  EXPECT_EQ(splitDate(dayOf(2300, 5, 21)), (DateParts{2300, 5, 21, 0, 0, 0, 2}));
+  EXPECT_EQ(splitDate(dayOf(1601, 1, 1)), (DateParts{1601, 1, 1, 0, 0, 0, 2}));
+  EXPECT_EQ(splitDate(dayOf(10000, 1, 1)), (DateParts{10000, 1, 1, 0, 0, 0, 7}));
+  EXPECT_EQ(splitDate(dayOf(-1, 12, 31)), (DateParts{-1, 12, 31, 0, 0, 0, 6}));
+}
+
+TEST(Calendar, SplitsTheFirstAndTheLastInstantThatASystemCanName) {
+  const test::TimeZone zone("UTC");
+  EXPECT_EQ(splitDate({.seconds = std::numeric_limits<std::int64_t>::max()}),
+            (DateParts{292277026596, 12, 4, 15, 30, 7, 1}));
+  EXPECT_EQ(splitDate({.seconds = std::numeric_limits<std::int64_t>::min()}),
+            (DateParts{-292277022657, 1, 27, 8, 29, 52, 1}));
+}
+
+TEST(Calendar, FollowsAChangeOfTheTimeZoneOnceItIsTold) {
+  const test::TimeZone before("Asia/Tokyo");
+  splitDate({});
+  setenv("TZ", "UTC", 1);
+  refreshTimeZone();
+  EXPECT_EQ(splitDate({}).hour, 0);
 }
 
 TEST(Calendar, RefusesATextThatIsNoDate) {

@@ -48,6 +48,13 @@ TEST(TargetNaming, PadsEveryNumberOfADate) {
             "PHOTO_20150101000000_7.JPG");
 }
 
+TEST(TargetNaming, WritesAYearOfMoreThanFourDigitsInFull) {
+  const DateParts last{292277026596, 12, 4, 15, 30, 7, 1};
+  EXPECT_EQ(folder(0, last), Path("/t/292277026596/12/04-December-292277026596 Sunday"));
+  EXPECT_EQ(targetFileName(MediaKind::photo, last, 7, QStringLiteral("jpg")),
+            "PHOTO_2922770265961204153007_7.JPG");
+}
+
 TEST(TargetNaming, NamesAFileByKindTimeAndSize) {
   EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 2345678, QStringLiteral("jpg")),
             "PHOTO_20140521134502_2345678.JPG");

@@ -110,7 +110,7 @@ Path writePhoto(const Path& path, std::size_t size, char seed) {
 
 void setModified(const Path& path, std::string_view localTime) {
   const auto date = parseLocalTime(localTime).value();
-  const timespec time{std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count(), 0};
+  const timespec time{date.seconds, date.nanoseconds};
   const timespec times[] = {time, time};
   ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
 }

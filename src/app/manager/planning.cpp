@@ -18,6 +18,7 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
   });
   processQueue->setSuspended(true);
   processQueue->setMaxConcurrentOperationCount(1);
+  refreshTimeZone();
   try {
     planFiles(operation);
   } catch (const std::exception& error) {

@@ -35,8 +35,9 @@ void OrganiseManager::setStatus(const QString& text) {
 }
 
 QString OrganiseManager::getMilliseconds() const {
-  const std::chrono::duration<double> sinceEpoch = host_.now().time_since_epoch();
-  return QString::number(static_cast<qint64>(sinceEpoch.count() * 1000.0));
+  const Date now = host_.now();
+  const double sinceEpoch = static_cast<double>(now.seconds) + now.nanoseconds * 1e-9;
+  return QString::number(static_cast<qint64>(sinceEpoch * 1000.0));
 }
 
 }  // namespace kestrova

@@ -1,0 +1,24 @@
+#include "report/timestamps.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrova::report {
+
+namespace {
+
+TEST(Timestamps, AreNanosecondsSince1970) {
+  EXPECT_EQ(nanosecondsText({0, 0}), "0");
+  EXPECT_EQ(nanosecondsText({0, 5}), "5");
+  EXPECT_EQ(nanosecondsText({1400679902, 7}), "1400679902000000007");
+  EXPECT_EQ(nanosecondsText({253402300799, 123456789}), "253402300799123456789");
+}
+
+TEST(Timestamps, AreNegativeBefore1970) {
+  EXPECT_EQ(nanosecondsText({-1, 0}), "-1000000000");
+  EXPECT_EQ(nanosecondsText({-1, 999'999'999}), "-1");
+  EXPECT_EQ(nanosecondsText({-2, 1}), "-1999999999");
+}
+
+}  // namespace
+
+}  // namespace kestrova::report
