@@ -55,10 +55,8 @@ Bytes hugeJpeg(const SamplePhoto& photo) {
   const imaging::PixelSize size{12'000, 9000};
   std::vector<imaging::Raster> planes;
   planes.emplace_back(size.width, size.height, 1);
-  Bytes jpeg = imaging::encodeJpeg({JCS_GRAYSCALE, true, {{1, 1, 1}}}, size, planes, 75);
-  const Bytes exif = exifSegment(exifBlock(photo).encode());
-  jpeg.insert(jpeg.begin() + 2, exif.begin(), exif.end());
-  return jpeg;
+  const Bytes jpeg = imaging::encodeJpeg({JCS_GRAYSCALE, true, {{1, 1, 1}}}, size, planes, 75);
+  return withSegments(jpeg, {exifSegment(exifBlock(photo).encode())});
 }
 
 std::multiset<std::string> contentsBelow(const Path& folder) {

@@ -1,16 +1,16 @@
 #include "support/process.h"
+#include "support/real_photos.h"
 #include "support/temporary_folder.h"
 
 #include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
-// Runs the real program over a folder of real photos, odd and broken ones among them.
+// Runs the real program over real photos.
 
 namespace kestrova::test {
 
@@ -58,14 +58,9 @@ Lines added(const Lines& some, const Lines& all) {
   return rest;
 }
 
-class CliOverRealPhotos : public testing::TestWithParam<std::vector<std::string>> {
+class CliOverRealPhotos : public RealPhotosTest,
+                          public testing::WithParamInterface<std::vector<std::string>> {
  protected:
-  void SetUp() override {
-    const char* corpus = std::getenv("KESTROVA_CORPUS");
-    if (corpus == nullptr || *corpus == '\0')
-      GTEST_SKIP() << "KESTROVA_CORPUS names no folder of real photos";
-    source_ = corpus;
-  }
   QJsonObject organise(const Path& source, const Path& target) const {
     std::vector<std::string> command{KESTROVA_CLI,    "organise", source.native(), "--to",
                                      target.native(), "--media",  "photos",        "--photo-formats",
@@ -75,7 +70,6 @@ class CliOverRealPhotos : public testing::TestWithParam<std::vector<std::string>
     EXPECT_EQ(result.status, 0) << result.err;
     return QJsonDocument::fromJson(QByteArray::fromStdString(result.out)).object();
   }
-  Path source_;
   TemporaryFolder folder_;
 };
 
@@ -83,16 +77,16 @@ class CliOverRealPhotos : public testing::TestWithParam<std::vector<std::string>
 
 TEST_P(CliOverRealPhotos, GivesEveryPhotoATargetThatOpensAsItsSourceDid) {
   const Path target = folder_ / "out";
-  const auto summary = organise(source_, target);
+  const auto summary = organise(corpus(), target);
   EXPECT_GT(files(summary, "found", "total"), 0);
   EXPECT_EQ(files(summary, "written", "total") + files(summary, "exists"), files(summary, "found", "total"));
   EXPECT_EQ(files(summary, "failed"), 0);
-  EXPECT_EQ(added(exiftoolWarnings(target), exiftoolWarnings(source_)), Lines());
-  EXPECT_LE(imageMagickErrors(target).size(), imageMagickErrors(source_).size());
+  EXPECT_EQ(added(exiftoolWarnings(target), exiftoolWarnings(corpus())), Lines());
+  EXPECT_LE(imageMagickErrors(target).size(), imageMagickErrors(corpus()).size());
 }
 
 TEST_P(CliOverRealPhotos, WritesWhatItCanOrganiseAgain) {
-  const auto first = organise(source_, folder_ / "out");
+  const auto first = organise(corpus(), folder_ / "out");
   const auto second = organise(folder_ / "out", folder_ / "again");
   EXPECT_EQ(files(second, "failed"), 0);
   EXPECT_EQ(files(second, "written", "total") + files(second, "exists") + files(second, "duplicates") +

@@ -1,5 +1,5 @@
 #include "cli/run.h"
-#include "platform/folder.h"
+#include "support/failing_file_manager.h"
 #include "support/temporary_folder.h"
 
 #include <chrono>
@@ -17,41 +17,12 @@ namespace kestrova::cli {
 
 namespace {
 
+using test::FailingFileManager;
 using test::TemporaryFolder;
 using test::writeFile;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-/// The host's file system, which tells the test of what is asked of it first.
-class WatchedFiles : public FileManager {
- public:
-  std::function<void()> willReadAttributes = [] {};
-  std::function<void()> willCopy = [] {};
-
-  FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
-    willReadAttributes();
-    return system_->attributesOfItem(path);
-  }
-  FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const override {
-    return system_->openFolder(path, finalLink);
-  }
-  std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
-    return system_->readPrefix(path, count);
-  }
-  FileResult<Bytes> readFile(const Path& path) const override { return system_->readFile(path); }
-  FileResult<void> createDirectory(const Path& folder) override { return system_->createDirectory(folder); }
-  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
-    willCopy();
-    return system_->stageCopy(from, to);
-  }
-  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
-    return system_->stageData(data, to);
-  }
-
- private:
-  std::shared_ptr<FileManager> system_ = systemFileManager();
-};
 
 class CliRun : public testing::Test {
  protected:
@@ -63,10 +34,11 @@ class CliRun : public testing::Test {
 
   Summary organise() { return cli::organise(arguments_, files_, stop_, progress_, tally_); }
 
-  /// A block that does something on its `number`th call.
-  static std::function<void()> atCall(int number, std::function<void()> block) {
-    return [left = number, block = std::move(block)]() mutable {
+  /// A hook that does something on its `number`th call.
+  static auto atCall(int number, std::function<void()> block) {
+    return [left = number, block = std::move(block)](const auto&...) mutable {
       if (--left == 0) block();
+      return FailingFileManager::Failure();
     };
   }
   static void fail() { throw std::runtime_error("out of order"); }
@@ -82,7 +54,7 @@ class CliRun : public testing::Test {
   Path in_ = root_ / "in";
   Path out_ = root_ / "out";
   Arguments arguments_;
-  std::shared_ptr<WatchedFiles> files_ = std::make_shared<WatchedFiles>();
+  std::shared_ptr<FailingFileManager> files_ = std::make_shared<FailingFileManager>();
   StopSignals stop_;
   Progress progress_{Progress::Mode::silent};
   Tally tally_;
@@ -100,7 +72,7 @@ TEST_F(CliRun, CompletesAndCountsEveryFile) {
 }
 
 TEST_F(CliRun, EndsInErrorWhenAnOperationMeetsAnException) {
-  files_->willCopy = atCall(2, fail);
+  files_->onStageCopy = atCall(2, fail);
   const Summary summary = organise();
   EXPECT_EQ(summary.end, Summary::End::failed);
   EXPECT_EQ(exitStatus(summary), 1);
@@ -111,7 +83,7 @@ TEST_F(CliRun, EndsInErrorWhenAnOperationMeetsAnException) {
 
 TEST_F(CliRun, EndsInErrorWhenPlanningMeetsAnException) {
   for (const int call : {1, 4}) {
-    files_->willReadAttributes = atCall(call, fail);
+    files_->onAttributes = atCall(call, fail);
     const Summary summary = organise();
     EXPECT_EQ(summary.end, Summary::End::failed);
     EXPECT_EQ(summary.status, QStringLiteral("EXCEPTION copyFiles : out of order"));
@@ -128,7 +100,7 @@ TEST_F(CliRun, StopsOnASignalThatCameFirst) {
 
 TEST_F(CliRun, StopsWhilePlanning) {
   for (const int call : {1, 4}) {
-    files_->willReadAttributes = atCall(call, ctrlC());
+    files_->onAttributes = atCall(call, ctrlC());
     const Summary summary = organise();
     EXPECT_EQ(summary.end, Summary::End::stopped);
     EXPECT_EQ(summary.status, QStringLiteral("Stopped"));
@@ -137,7 +109,7 @@ TEST_F(CliRun, StopsWhilePlanning) {
 }
 
 TEST_F(CliRun, FinishesTheFileInHandWhenStopped) {
-  files_->willCopy = atCall(2, ctrlC());
+  files_->onStageCopy = atCall(2, ctrlC());
   const Summary summary = organise();
   EXPECT_EQ(exitStatus(summary), 130);
   EXPECT_EQ(summary.written.total.files, 2);
@@ -146,7 +118,7 @@ TEST_F(CliRun, FinishesTheFileInHandWhenStopped) {
 }
 
 TEST_F(CliRun, DoesNotHangWhenAStoppedOperationMeetsAnException) {
-  files_->willCopy = atCall(1, [stop = ctrlC()] {
+  files_->onStageCopy = atCall(1, [stop = ctrlC()] {
     stop();
     fail();
   });

@@ -1,4 +1,5 @@
 #include "imaging/photo_properties.h"
+#include "support/real_photos.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 
@@ -8,8 +9,6 @@
 #include <QProcess>
 #include <QVariant>
 #include <algorithm>
-#include <cctype>
-#include <cstdlib>
 #include <functional>
 #include <initializer_list>
 #include <map>
@@ -230,40 +229,18 @@ std::vector<Photo> generatedPhotos() {
   return photos;
 }
 
-/// A photo with two more segments right behind its start.
-Photo withSegments(const std::string& name, const Bytes& first, const Bytes& second) {
-  Photo photo{name, ".jpg", jpegPhoto({.width = 96, .height = 64, .exif = false})};
-  photo.file.insert(photo.file.begin() + 2, second.begin(), second.end());
-  photo.file.insert(photo.file.begin() + 2, first.begin(), first.end());
-  return photo;
-}
-
 std::vector<Photo> photosOfSeveralBlocks() {
   const std::string xmpName("http://ns.adobe.com/xap/1.0/\0<x:xmpmeta xmlns:x='adobe:ns:meta/'/>", 66);
   const Bytes xmp = jpegSegment(0xE1, Bytes(xmpName.begin(), xmpName.end()));
   const Bytes exif = exifSegment(exifBlock({.orientation = 6}).encode());
   const Bytes other = exifSegment(exifBlock({.orientation = 3, .digitized = "1999:09:09 09:09:09"}).encode());
-  return {withSegments("XMP before Exif", xmp, exif), withSegments("Exif before XMP", exif, xmp),
-          withSegments("two Exif blocks", exif, other)};
+  const Bytes plain = jpegPhoto({.width = 96, .height = 64, .exif = false});
+  return {{"XMP before Exif", ".jpg", withSegments(plain, {xmp, exif})},
+          {"Exif before XMP", ".jpg", withSegments(plain, {exif, xmp})},
+          {"two Exif blocks", ".jpg", withSegments(plain, {exif, other})}};
 }
 
-std::string lowercase(std::string text) {
-  std::ranges::transform(text, text.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
-std::vector<Photo> photosBelow(const Path& folder) {
-  static const std::set<std::string> extensions{".jpg", ".jpeg", ".tif", ".tiff", ".png"};
-  std::vector<Photo> photos;
-  for (const std::string& name : filesBelow(folder)) {
-    const std::string extension = lowercase(Path(name).extension());
-    if (!extensions.contains(extension)) continue;
-    const std::string contents = readFile(folder / name);
-    photos.push_back({name, extension, Bytes(contents.begin(), contents.end())});
-  }
-  return photos;
-}
+using PropertiesOfRealPhotos = RealPhotosTest;
 
 }  // namespace
 
@@ -275,12 +252,10 @@ TEST(PhotoPropertiesAndExiftool, AgreeOverSeveralBlocksInOnePhoto) {
   expectEveryDifferenceExplained(photosOfSeveralBlocks());
 }
 
-TEST(PhotoPropertiesAndExiftool, AgreeOverRealPhotos) {
-  const char* corpus = std::getenv("KESTROVA_CORPUS");
-  if (corpus == nullptr) GTEST_SKIP() << "KESTROVA_CORPUS names no folder of real photos";
-  const std::vector<Photo> photos = photosBelow(corpus);
-  ASSERT_FALSE(photos.empty()) << "no photos below " << corpus;
-  expectEveryDifferenceExplained(photos);
+TEST_F(PropertiesOfRealPhotos, AgreeWithExiftool) {
+  std::vector<Photo> contents;
+  for (const Path& photo : photos()) contents.push_back({photo, photo.extension(), bytesOf(photo)});
+  expectEveryDifferenceExplained(contents);
 }
 
 }  // namespace kestrova::imaging

@@ -236,10 +236,8 @@ TEST(PhotoProperties, TakesTheFirstOfSeveralExifBlocks) {
 TEST(PhotoProperties, TakesTheFirstOfSeveralPngExifChunks) {
   SamplePhoto other = sample();
   other.digitized = "1999:09:09 09:09:09";
-  Bytes png = pngPhoto(other);
-  const Bytes chunk = pngChunk("eXIf", exifBlock(sample()).encode());
-  png.insert(png.begin() + 33, chunk.begin(), chunk.end());
-  expectSample(readPrefix(png));
+  const Bytes first = pngChunk("eXIf", exifBlock(sample()).encode());
+  expectSample(readPrefix(withChunks(pngPhoto(other), {first})));
 }
 
 TEST(PhotoProperties, FindsThePngExifChunkBehindThePixels) {
@@ -254,10 +252,8 @@ TEST(PhotoProperties, FindsThePngExifChunkBehindThePixels) {
 
 TEST(PhotoProperties, ReadsAPngExifChunkThatBeginsLikeAJpegSegment) {
   const Bytes segment = exifSegment(exifBlock(sample()).encode());
-  Bytes png = pngPhoto({.width = 96, .height = 64, .exif = false});
-  const Bytes chunk = pngChunk("eXIf", ByteView(segment).subspan(4));
-  png.insert(png.begin() + 33, chunk.begin(), chunk.end());
-  expectSample(readPrefix(png));
+  const Bytes png = pngPhoto({.width = 96, .height = 64, .exif = false});
+  expectSample(readPrefix(withChunks(png, {pngChunk("eXIf", ByteView(segment).subspan(4))})));
 }
 
 TEST(PhotoProperties, KnowsAPhotoWithoutExifByItsPixelSizeAlone) {

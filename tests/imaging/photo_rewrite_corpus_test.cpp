@@ -1,12 +1,12 @@
 #include "imaging/photo_rewrite.h"
 #include "support/external_tool.h"
 #include "support/photo_tags.h"
+#include "support/real_photos.h"
 #include "support/rewriting.h"
 #include "support/temporary_folder.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -15,22 +15,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// Rewrites every photo of the folder that the environment variable KESTROVA_CORPUS names.
+// Rewrites real photos.
 namespace kestrova::imaging {
 namespace {
 
 using namespace kestrova::test;
 using testing::IsEmpty;
-
-std::vector<Path> corpus() {
-  std::vector<Path> photos;
-  const char* folder = std::getenv("KESTROVA_CORPUS");
-  if (folder == nullptr) return photos;
-  for (const auto& name : filesBelow(folder)) {
-    if (!name.ends_with(".md")) photos.push_back(Path(folder) / name);
-  }
-  return photos;
-}
 
 struct Wish {
   std::string name;
@@ -61,16 +51,7 @@ bool hasComplaints(const Path& photo, const Tags& tags) {
   return runTool("convert", {"-regard-warnings", photo.native(), "null:"}).status != 0;
 }
 
-class CorpusFolderTest : public testing::Test {
- protected:
-  void SetUp() override {
-    if (corpus().empty()) GTEST_SKIP() << "KESTROVA_CORPUS names no folder with photos";
-  }
-
-  TemporaryFolder folder_;
-};
-
-class CorpusTest : public CorpusFolderTest, public testing::WithParamInterface<Wish> {
+class CorpusTest : public RealPhotosTest, public testing::WithParamInterface<Wish> {
  protected:
   void expectGood(const Path& source, const Bytes& written, const PixelSize& size) {
     const auto back = imageSizeOf(written);
@@ -82,11 +63,13 @@ class CorpusTest : public CorpusFolderTest, public testing::WithParamInterface<W
     EXPECT_TRUE(!hasComplaints(path, after) || hasComplaints(source, before)) << source;
     EXPECT_THAT(unexpectedChanges(before, after), IsEmpty()) << source;
   }
+
+  TemporaryFolder folder_;
 };
 
 TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
   std::size_t written = 0;
-  for (const auto& photo : corpus()) {
+  for (const auto& photo : photos()) {
     const Bytes source = bytesOf(photo);
     const auto size = imageSizeOf(source);
     if (!size) continue;
@@ -97,24 +80,29 @@ TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
     expectGood(photo, *result, request.size.value_or(GetParam().upright ? size->upright() : size->stored));
     EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << photo << " does not decode again";
   }
-  EXPECT_GE(written * 10, corpus().size() * 9) << "few photos could be written";
+  EXPECT_GE(written * 10, photos().size() * 9) << "few photos could be written";
 }
 
-/// Photos whose maker notes hold a preview that can be looked at.
-std::vector<Path> photosWithPreviews() {
-  std::vector<Path> photos;
-  const std::string folder = std::getenv("KESTROVA_CORPUS");
-  std::istringstream lines(runTool("exiftool", {"-q", "-r", "-if", "$PreviewImage and not $MPF:all", "-p",
-                                                "$Directory/$FileName", folder})
-                               .output);
-  for (std::string line; std::getline(lines, line);) photos.emplace_back(line);
-  return photos;
-}
+class CorpusPreviewTest : public RealPhotosTest {
+ protected:
+  /// Photos whose maker notes hold a preview that can be looked at.
+  std::vector<Path> photosWithPreviews() {
+    const auto run = runTool("exiftool", {"-q", "-r", "-if", "$PreviewImage and not $MPF:all", "-p",
+                                          "$Directory/$FileName", corpus()});
+    std::vector<Path> photos;
+    std::istringstream lines(run.output);
+    for (std::string line; std::getline(lines, line);) photos.emplace_back(line);
+    return photos;
+  }
 
-TEST_F(CorpusFolderTest, KeepsThePreviewsOfMakerNotesWhenItTurns) {
-  const auto preview = [](const Path& photo) {
+  static std::string preview(const Path& photo) {
     return runTool("exiftool", {"-b", "-PreviewImage", photo.native()}).output;
-  };
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(CorpusPreviewTest, KeepsThePreviewsOfMakerNotesWhenItTurns) {
   std::size_t kept = 0;
   for (const auto& photo : photosWithPreviews()) {
     const Path source = writeFile(folder_ / "source.jpg", bytesOf(photo));

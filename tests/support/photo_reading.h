@@ -37,11 +37,6 @@ inline void expectSample(const imaging::PhotoProperties& read) {
   EXPECT_EQ(read.digitized(), "2014:05:21 13:45:02");
 }
 
-inline void append(Bytes& to, const Bytes& bytes) {
-  to.resize(to.size() + bytes.size());
-  std::ranges::copy(bytes, to.end() - std::ssize(bytes));
-}
-
 inline const Bytes startOfImage{0xFF, 0xD8};
 inline const Bytes startOfScan{0xFF, 0xDA, 0x00, 0x02};
 

@@ -12,11 +12,6 @@
 
 namespace kestrova::test {
 
-inline Bytes bytesOf(const Path& path) {
-  const std::string text = readFile(path);
-  return {text.begin(), text.end()};
-}
-
 inline bool contains(const Bytes& file, const Bytes& part) {
   return !std::ranges::search(file, part).empty();
 }

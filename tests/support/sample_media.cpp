@@ -7,23 +7,9 @@
 
 #include <png.h>
 #include <turbojpeg.h>
-#include <zlib.h>
 
 namespace kestrova::test {
 namespace {
-
-void append(Bytes& to, ByteView bytes) {
-  to.resize(to.size() + bytes.size());
-  std::ranges::copy(bytes, to.end() - std::ssize(bytes));
-}
-
-void appendBigEndian(Bytes& to, std::uint64_t value, int bytes) {
-  while (bytes-- > 0) to.push_back(static_cast<std::uint8_t>(value >> 8 * bytes));
-}
-
-ByteView viewOf(std::string_view text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
 
 Bytes encodedJpeg(int width, int height, unsigned seed, bool progressive) {
   const Bytes pixels = samplePixels(width, height, seed);
@@ -51,28 +37,6 @@ Bytes encodedPng(const SamplePhoto& photo) {
   }
   png.resize(size);
   return png;
-}
-
-/// Where the scan's header starts in a JPEG that starts with SOI and holds nothing unusual before it.
-std::size_t startOfScan(const Bytes& jpeg) {
-  constexpr std::uint8_t sos = 0xDA;
-  std::size_t at = 2;
-  while (jpeg.at(at + 1) != sos) at += 2 + std::size_t{jpeg.at(at + 2)} * 256 + jpeg.at(at + 3);
-  return at;
-}
-
-/// Segments and fill bytes of this many bytes together, which a decoder passes over.
-Bytes jpegPadding(std::size_t size) {
-  constexpr std::uint8_t comment = 0xFE;
-  constexpr std::size_t smallest = 4;
-  constexpr std::size_t largest = 2 + 0xFFFF;
-  Bytes padding;
-  while (size - padding.size() >= smallest) {
-    const std::size_t segment = std::min(size - padding.size(), largest);
-    append(padding, jpegSegment(comment, Bytes(segment - smallest, ' ')));
-  }
-  padding.resize(size, 0xFF);
-  return padding;
 }
 
 }  // namespace
@@ -127,20 +91,13 @@ TiffBlock exifBlock(const SamplePhoto& photo) {
 }
 
 Bytes jpegPhoto(const SamplePhoto& photo) {
-  Bytes jpeg = encodedJpeg(photo.width, photo.height, photo.seed, photo.progressive);
-  if (!photo.exif) return jpeg;
-  const Bytes segment = exifSegment(exifBlock(photo).encode());
-  jpeg.insert(jpeg.begin() + 2, segment.begin(), segment.end());
-  return jpeg;
+  const Bytes jpeg = encodedJpeg(photo.width, photo.height, photo.seed, photo.progressive);
+  return photo.exif ? withSegments(jpeg, {exifSegment(exifBlock(photo).encode())}) : jpeg;
 }
 
 Bytes pngPhoto(const SamplePhoto& photo) {
-  constexpr std::ptrdiff_t afterImageHeader = 8 + 25;
-  Bytes png = encodedPng(photo);
-  if (!photo.exif) return png;
-  const Bytes chunk = pngChunk("eXIf", exifBlock(photo).encode());
-  png.insert(png.begin() + afterImageHeader, chunk.begin(), chunk.end());
-  return png;
+  const Bytes png = encodedPng(photo);
+  return photo.exif ? withChunks(png, {pngChunk("eXIf", exifBlock(photo).encode())}) : png;
 }
 
 Bytes tiffPhoto(const SamplePhoto& photo) {
@@ -160,54 +117,6 @@ Bytes tiffPhoto(const SamplePhoto& photo) {
   return file.encode();
 }
 
-Bytes jpegSegment(std::uint8_t marker, ByteView payload) {
-  Bytes segment{0xFF, marker};
-  if (payload.size() > 0xFFFD) throw std::length_error("a JPEG segment holds 65533 bytes");
-  appendBigEndian(segment, payload.size() + 2, 2);
-  append(segment, payload);
-  return segment;
-}
-
-Bytes exifSegment(ByteView block) {
-  Bytes payload{'E', 'x', 'i', 'f', 0, 0};
-  append(payload, block);
-  return jpegSegment(0xE1, payload);
-}
-
-Bytes pngChunk(const std::string& type, ByteView payload) {
-  Bytes chunk;
-  appendBigEndian(chunk, payload.size(), 4);
-  append(chunk, viewOf(type));
-  append(chunk, payload);
-  appendBigEndian(chunk, crc32(0, chunk.data() + 4, static_cast<uInt>(chunk.size() - 4)), 4);
-  return chunk;
-}
-
-Bytes paddedJpeg(const Bytes& jpeg, std::size_t size) {
-  if (jpeg.size() > size) throw std::length_error("the photo is longer than that");
-  const Bytes padding = jpegPadding(size - jpeg.size());
-  Bytes padded = jpeg;
-  padded.insert(padded.begin() + static_cast<std::ptrdiff_t>(startOfScan(jpeg)), padding.begin(),
-                padding.end());
-  return padded;
-}
-
-Bytes joined(std::initializer_list<Bytes> parts) {
-  Bytes whole;
-  for (const Bytes& part : parts) append(whole, part);
-  return whole;
-}
-
-Bytes withHeaderSize(const Bytes& png, std::uint32_t width, std::uint32_t height) {
-  Bytes header;
-  appendBigEndian(header, width, 4);
-  appendBigEndian(header, height, 4);
-  header.insert(header.end(), png.begin() + 24, png.begin() + 29);
-  Bytes claiming = png;
-  std::ranges::copy(pngChunk("IHDR", header), claiming.begin() + 8);
-  return claiming;
-}
-
 void claimSize(TiffBlock& file, std::uint64_t width, std::uint64_t height, std::uint64_t compression) {
   file.pixels = Bytes(200, 0);
   file.image.insert(file.image.end(), {tiffLong(0x0100, width), tiffLong(0x0101, height),
@@ -215,27 +124,16 @@ void claimSize(TiffBlock& file, std::uint64_t width, std::uint64_t height, std::
                                        tiffShort(0x0106, 1), tiffShort(0x0115, 1), tiffLong(0x0116, height)});
 }
 
-Bytes withFrameSize(const Bytes& jpeg, unsigned width, unsigned height) {
-  const Bytes header{0xFF, 0xC0, 0x00, 0x11, 0x08};
-  const auto found = std::ranges::search(jpeg, header);
-  if (found.empty()) throw std::invalid_argument("no baseline JPEG of three components");
-  Bytes claiming(jpeg.begin(), found.end());
-  appendBigEndian(claiming, height, 2);
-  appendBigEndian(claiming, width, 2);
-  claiming.insert(claiming.end(), found.end() + 4, jpeg.end());
-  return claiming;
-}
-
 Bytes videoFile(std::size_t size, unsigned seed) {
   constexpr std::size_t fileTypeBox = 24;
   Bytes video;
   video.reserve(std::max<std::size_t>(size, 32));
   appendBigEndian(video, fileTypeBox, 4);
-  append(video, viewOf("ftypisom"));
+  appendText(video, "ftypisom");
   appendBigEndian(video, 512, 4);
-  append(video, viewOf("isommp42"));
+  appendText(video, "isommp42");
   appendBigEndian(video, size > fileTypeBox ? size - fileTypeBox : 0, 4);
-  append(video, viewOf("mdat"));
+  appendText(video, "mdat");
   std::uint32_t noise = seed;
   while (video.size() < size) {
     noise = noise * 1664525U + 1013904223U;

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "support/photo_parts.h"
 #include "support/tiff_writer.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -43,28 +43,8 @@ Bytes jpegPhoto(const SamplePhoto& photo);  ///< 4:2:0, quality 90; Exif first, 
 Bytes pngPhoto(const SamplePhoto& photo);   ///< 8 bit, Exif in an eXIf chunk before the pixels
 Bytes tiffPhoto(const SamplePhoto& photo);  ///< uncompressed, the directories at its front
 
-/// A JPEG segment: marker, length, payload.
-Bytes jpegSegment(std::uint8_t marker, ByteView payload);
-/// A JPEG's Exif segment around this block.
-Bytes exifSegment(ByteView block);
-/// A PNG chunk: length, type, payload, checksum.
-Bytes pngChunk(const std::string& type, ByteView payload);
-
-/// The same JPEG, made exactly `size` bytes long by comments between its frame header and its pixels; it
-/// decodes as before. Throws when it is longer than that already.
-Bytes paddedJpeg(const Bytes& jpeg, std::size_t size);
-
-/// These bytes, one after the other.
-Bytes joined(std::initializer_list<Bytes> parts);
-
-/// The same PNG, whose header claims another size.
-Bytes withHeaderSize(const Bytes& png, std::uint32_t width, std::uint32_t height);
-
 /// Makes of the block a grey TIFF that claims that size and has 200 bytes of pixels.
 void claimSize(TiffBlock& file, std::uint64_t width, std::uint64_t height, std::uint64_t compression = 1);
-
-/// The same baseline JPEG, whose frame header claims another size.
-Bytes withFrameSize(const Bytes& jpeg, unsigned width, unsigned height);
 
 /// What looks like a film to whoever reads its first bytes (ISO base media), of exactly `size` bytes.
 Bytes videoFile(std::size_t size, unsigned seed = 0);

@@ -67,6 +67,11 @@ std::string readFile(const Path& path) {
   return contents;
 }
 
+Bytes bytesOf(const Path& path) {
+  const std::string text = readFile(path);
+  return {text.begin(), text.end()};
+}
+
 std::vector<std::string> filesBelow(const Path& folder) {
   std::vector<std::string> names;
   if (!fs::exists(folder)) return names;

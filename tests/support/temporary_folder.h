@@ -26,6 +26,7 @@ class TemporaryFolder {
 Path writeFile(const Path& path, std::string_view contents);
 Path writeFile(const Path& path, ByteView contents);
 std::string readFile(const Path& path);
+Bytes bytesOf(const Path& path);
 
 /// All regular files below a folder, as paths relative to it, in byte order.
 std::vector<std::string> filesBelow(const Path& folder);

@@ -1,5 +1,6 @@
 #include "toolkit/image.h"
 
+#include "support/real_photos.h"
 #include "support/sample_media.h"
 #include "support/test_pattern.h"
 #include "toolkit/image_canvas.h"
@@ -8,8 +9,6 @@
 #include <QColorSpace>
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -143,17 +142,16 @@ TEST(Image, SurvivesDamagedFilesInSilence) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(Image, LoadsRealPhotosOrRefusesThemInSilence) {
-  const char* const corpus = std::getenv("KESTROVA_CORPUS");
-  if (corpus == nullptr) GTEST_SKIP() << "KESTROVA_CORPUS names no folder of photos";
+using ImagesOfRealPhotos = test::RealPhotosTest;
+
+TEST_F(ImagesOfRealPhotos, LoadOrAreRefusedInSilence) {
   testing::internal::CaptureStderr();
   int loaded = 0;
   int refused = 0;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus)) {
-    if (!entry.is_regular_file()) continue;
-    const ImagePtr image = Image::fromFile(entry.path());
+  for (const auto& photo : photos()) {
+    const ImagePtr image = Image::fromFile(photo);
     ++(image != nullptr ? loaded : refused);
-    EXPECT_TRUE(image == nullptr || image->isValid()) << entry.path();
+    EXPECT_TRUE(image == nullptr || image->isValid()) << photo;
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_GT(loaded, refused);

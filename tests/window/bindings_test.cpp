@@ -1,6 +1,7 @@
 #include "window/bindings.h"
 
 #include "window/elided_label.h"
+#include "window/eventually.h"
 #include "window/value_combo_box.h"
 #include "window/visible_text.h"
 
@@ -16,12 +17,7 @@ namespace kestrova {
 
 namespace {
 
-constexpr int patience = 60'000;  // milliseconds
-
-template <typename Condition>
-bool eventually(Condition condition) {
-  return QTest::qWaitFor(condition, patience);
-}
+using test::eventually;
 
 TEST(FrameRefresh, CopiesAControlThatChangesManyTimesOnlyOnceAFrame) {
   FrameRefresh refresh;

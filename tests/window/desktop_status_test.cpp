@@ -1,5 +1,7 @@
 #include "platform/desktop_status.h"
 
+#include "window/eventually.h"
+
 #include <QDBusConnection>
 #include <QGuiApplication>
 #include <QTest>
@@ -10,8 +12,6 @@
 namespace kestrova::test {
 
 namespace {
-
-constexpr int patience = 60'000;  // milliseconds
 
 /// A desktop: shows messages, and listens to what programs say of their progress.
 class Desktop : public QObject {
@@ -60,19 +60,19 @@ class DesktopStatusTest : public testing::Test {
 
 TEST_F(DesktopStatusTest, ShowsAMessage) {
   status->notify(QStringLiteral("Completed"), QStringLiteral("3 < 4 files"));
-  ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop.messages.isEmpty(); }, patience));
+  ASSERT_TRUE(eventually([this] { return !desktop.messages.isEmpty(); }));
   EXPECT_EQ(desktop.messages,
             QStringList(QStringLiteral("Kestrova|Completed|3 &lt; 4 files|example.kestrova.Kestrova")));
 }
 
 TEST_F(DesktopStatusTest, ShowsProgressAtTheProgramsPlaceInTheTaskBar) {
   status->showProgress(0.42);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop.launchers.isEmpty(); }, patience));
+  ASSERT_TRUE(eventually([this] { return !desktop.launchers.isEmpty(); }));
   EXPECT_EQ(desktop.launchers.back(), QStringLiteral("application://example.kestrova.Kestrova.desktop"));
   EXPECT_EQ(desktop.progress.value(QStringLiteral("progress")).toDouble(), 0.42);
   EXPECT_TRUE(desktop.progress.value(QStringLiteral("progress-visible")).toBool());
   status->showProgress(std::nullopt);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return desktop.launchers.size() == 2; }, patience));
+  ASSERT_TRUE(eventually([this] { return desktop.launchers.size() == 2; }));
   EXPECT_FALSE(desktop.progress.value(QStringLiteral("progress-visible")).toBool());
 }
 

@@ -1,6 +1,7 @@
 #include "support/temporary_folder.h"
 #include "window/alert_panel.h"
 #include "window/dropped_folders.h"
+#include "window/eventually.h"
 #include "window/folder_panel.h"
 
 #include <QApplication>
@@ -22,8 +23,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr int patience = 60'000;  // milliseconds
 
 const Alert question{
     QStringLiteral("Alert"), QStringLiteral("Really?"), {QStringLiteral("Exit"), QStringLiteral("Cancel")}};
@@ -90,7 +89,7 @@ class FolderPanelTest : public testing::Test {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
   }
   bool isAnswered() {
-    return QTest::qWaitFor([this] { return !results.empty(); }, patience);
+    return eventually([this] { return !results.empty(); });
   }
 
   TemporaryFolder folder;

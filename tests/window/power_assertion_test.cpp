@@ -1,5 +1,7 @@
 #include "platform/power_assertion.h"
 
+#include "window/eventually.h"
+
 #include <QDBusConnection>
 #include <QTest>
 #include <atomic>
@@ -10,8 +12,6 @@
 namespace kestrova::test {
 
 namespace {
-
-constexpr int patience = 60'000;  // milliseconds
 
 /// A desktop's screen saver: gives out cookies.
 class ScreenSaver : public QObject {
@@ -50,7 +50,7 @@ class PowerAssertionsTest : public testing::Test {
       identifier = assertions->create(QStringLiteral("Kestrova Process"));
       isDone = true;
     });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isDone.load(); }, patience));
+    EXPECT_TRUE(eventually([&] { return isDone.load(); }));
     worker.join();
     return identifier;
   }
@@ -71,7 +71,7 @@ TEST_F(PowerAssertionsTest, TellTheScreenSaverWhoKeepsTheDisplayAwakeAndWhy) {
 TEST_F(PowerAssertionsTest, AreReleasedByTheirCookie) {
   startScreenSaver();
   assertions->release(7);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return !saver.released.isEmpty(); }, patience));
+  ASSERT_TRUE(eventually([this] { return !saver.released.isEmpty(); }));
   EXPECT_EQ(saver.released, QList<uint>{7});
 }
 

@@ -4,6 +4,7 @@
 #include "support/failing_file_manager.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
+#include "window/eventually.h"
 #include "window/main_window.h"
 
 #include <QAbstractButton>
@@ -67,8 +68,6 @@ class StandInDesktop : public DesktopStatus {
 /// A window on the screen, its settings and panels in the test's hands.
 class WindowTest : public testing::Test {
  protected:
-  static constexpr int patience = 60'000;  // milliseconds
-
   WindowTest() {
     host.files = files;
     host.folderPanel = folders;
@@ -93,10 +92,6 @@ class WindowTest : public testing::Test {
 
   MainInterface& controls() { return window->controls(); }
 
-  template <typename Condition>
-  static bool eventually(Condition condition) {
-    return QTest::qWaitFor(condition, patience);
-  }
   /// Lets what has changed reach the widgets.
   static void frame() { QTest::qWait(100); }
 

@@ -40,14 +40,6 @@ std::string describe(const Path& file, const std::string& format) {
   return runTool("identify", {"-format", format, file.native()}).output;
 }
 
-/// Puts segments behind the start of the image.
-Bytes withSegments(const Bytes& jpeg, const std::vector<Bytes>& segments) {
-  Bytes file(jpeg.begin(), jpeg.begin() + 2);
-  for (const auto& segment : segments) file.insert(file.end(), segment.begin(), segment.end());
-  file.insert(file.end(), jpeg.begin() + 2, jpeg.end());
-  return file;
-}
-
 Bytes named(std::string_view name, std::size_t size, std::uint8_t filler) {
   Bytes payload(name.begin(), name.end());
   payload.resize(name.size() + size, filler);

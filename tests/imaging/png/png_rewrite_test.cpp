@@ -17,14 +17,6 @@ namespace {
 using namespace kestrova::test;
 using testing::HasSubstr;
 
-constexpr std::ptrdiff_t behindHeader = 8 + 25;
-
-Bytes withChunk(const Bytes& png, const Bytes& chunk) {
-  Bytes file = png;
-  file.insert(file.begin() + behindHeader, chunk.begin(), chunk.end());
-  return file;
-}
-
 struct Kind {
   std::string name;
   std::vector<std::string> settings;  ///< for ImageMagick
@@ -66,7 +58,7 @@ TEST_P(PngKindTest, KeepsItsLookWhenScaled) {
 
 TEST_P(PngKindTest, KeepsEverySampleWhenTurned) {
   const Bytes source = made();
-  const Bytes oriented = withChunk(source, pngChunk("eXIf", exifBlock({.orientation = 8}).encode()));
+  const Bytes oriented = withChunks(source, {pngChunk("eXIf", exifBlock({.orientation = 8}).encode())});
   const Bytes result = mustRewrite(oriented, {std::nullopt, true});
   EXPECT_EQ(kindOf(result), kindOf(source));
   EXPECT_EQ(likeness(picture(source, {"-rotate", "-90"}), picture(result)), 999);
@@ -111,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PngRewrite, MakesATransparentColourOpacity) {
   const Bytes transparentRed = pngChunk("tRNS", Bytes{0, 200, 0, 0, 0, 0});
-  const Bytes source = withChunk(pngPhoto({.width = 64, .height = 48, .exif = false}), transparentRed);
+  const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .exif = false}), {transparentRed});
   const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
   EXPECT_FALSE(contains(result, transparentRed));
   EXPECT_EQ(result[25], 6);  // colour type: red, green, blue, opacity
@@ -122,8 +114,7 @@ TEST(PngRewrite, PassesChunksThroughByteForByte) {
                                   pngChunk("pHYs", Bytes{0, 0, 1, 0, 0, 0, 1, 0, 1}),
                                   pngChunk("gAMA", Bytes{0, 0, 0xB1, 0x8F}), pngChunk("iCCP", Bytes(50, 1)),
                                   pngChunk("prVt", Bytes(300, 5))};
-  Bytes source = pngPhoto({.width = 64, .height = 48, .orientation = 6});
-  for (const auto& chunk : chunks) source = withChunk(source, chunk);
+  const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), chunks);
   for (const RewriteRequest& request :
        {RewriteRequest{PixelSize{32, 24}, false}, RewriteRequest{std::nullopt, true}}) {
     const Bytes result = mustRewrite(source, request);
@@ -137,7 +128,7 @@ TEST(PngRewrite, SetsTheOrientationInXmpWhenItTurns) {
         std::string("XML:com.adobe.xmp\0\0\0\0\0", 22) + "<x tiff:Orientation=\"" + orientation + "\"/>";
     return pngChunk("iTXt", Bytes(text.begin(), text.end()));
   };
-  const Bytes source = withChunk(pngPhoto({.width = 64, .height = 48, .orientation = 6}), packet("6"));
+  const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), {packet("6")});
   EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), packet("1")));
   EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), packet("6")));
 }
@@ -148,8 +139,8 @@ TEST(PngRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
 }
 
 TEST(PngRewrite, LeavesAnimationsAsTheyAre) {
-  const Bytes source = withChunk(pngPhoto({.width = 64, .height = 48, .orientation = 6}),
-                                 pngChunk("acTL", Bytes{0, 0, 0, 2, 0, 0, 0, 0}));
+  const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}),
+                                  {pngChunk("acTL", Bytes{0, 0, 0, 2, 0, 0, 0, 0})});
   EXPECT_FALSE(rewritePhoto(source, {PixelSize{32, 24}, false}));
   EXPECT_FALSE(rewritePhoto(source, {std::nullopt, true}));
   EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
