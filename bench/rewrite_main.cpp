@@ -65,11 +65,12 @@ PixelSize fitted(const PixelSize& size, const PixelSize& box) {
 }
 
 tl::expected<Bytes, imaging::RewriteError> rewrite(const Bytes& file, const Options& options) {
-  const auto size = imaging::imageSizeOf(file);
-  if (!size) return tl::unexpected(size.error());
+  const auto photo = imaging::measurePhoto(file);
+  if (!photo) return tl::unexpected(photo.error());
   imaging::RewriteRequest request{std::nullopt, options.upright};
-  if (options.box) request.size = fitted(options.upright ? size->upright() : size->stored, *options.box);
-  return imaging::rewritePhoto(file, request);
+  if (options.box)
+    request.size = fitted(options.upright ? photo->size.upright() : photo->size.stored, *options.box);
+  return imaging::rewritePhoto(file, *photo, request);
 }
 
 Bytes contents(const fs::path& path) {

@@ -2,29 +2,32 @@
 
 #include "imaging/base/image_size.h"
 #include "imaging/base/rewrite_plan.h"
+#include "imaging/photo_formats.h"
 #include "platform/bytes.h"
 
-#include <optional>
 #include <string>
 
 #include <tl/expected.hpp>
 
 namespace kestrova::imaging {
 
-enum class ImageType { jpeg, png, tiff };
-
 struct RewriteError {
-  std::string reason;  ///< one line, for the log
+  std::string reason;  ///< one line, in English
 };
 
-/// The type of a file by its content; nothing when it is none that can be read and written.
-std::optional<ImageType> imageTypeOf(ByteView file);
+/// A photo whose headers were read.
+struct MeasuredPhoto {
+  const PhotoFormat* format = nullptr;  ///< by its content; of static duration
+  ImageSize size;
+};
 
-tl::expected<ImageSize, RewriteError> imageSizeOf(ByteView file);
+/// An error when the file is not a photo of a known format, or has more pixels than image_limits.h allows.
+tl::expected<MeasuredPhoto, RewriteError> measurePhoto(ByteView file);
 
-/// Writes a photo anew, in the type of its content, with everything but the named pixels carried over. A
-/// photo that does not decode whole and without a warning is an error: nothing of it is written. Memory stays
-/// within the bounds stated in image_limits.h. Pure and callable from any thread; it starts no threads.
-tl::expected<Bytes, RewriteError> rewritePhoto(ByteView file, const RewriteRequest& request);
+/// Encodes a measured photo again, in its own format, with everything except the requested pixels carried
+/// over. An error when the photo does not decode whole and without a warning. Memory stays within the bounds
+/// stated in image_limits.h. Pure and callable from any thread; it starts no threads and throws nothing.
+tl::expected<Bytes, RewriteError> rewritePhoto(ByteView file, const MeasuredPhoto& photo,
+                                               const RewriteRequest& request);
 
 }  // namespace kestrova::imaging

@@ -54,7 +54,7 @@ bool hasComplaints(const Path& photo, const Tags& tags) {
 class CorpusTest : public RealPhotosTest, public testing::WithParamInterface<Wish> {
  protected:
   void expectGood(const Path& source, const Bytes& written, const PixelSize& size) {
-    const auto back = imageSizeOf(written);
+    const auto back = test::sizeOf(written);
     ASSERT_TRUE(back) << source;
     EXPECT_EQ(back->stored, size) << source;
     const Path path = writeFile(folder_ / "result", written);
@@ -71,14 +71,14 @@ TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
   std::size_t written = 0;
   for (const auto& photo : photos()) {
     const Bytes source = bytesOf(photo);
-    const auto size = imageSizeOf(source);
+    const auto size = test::sizeOf(source);
     if (!size) continue;
     const RewriteRequest request = requestFor(*size, GetParam());
-    const auto result = rewritePhoto(source, request);
+    const auto result = rewritten(source, request);
     if (!result) continue;
     ++written;
     expectGood(photo, *result, request.size.value_or(GetParam().upright ? size->upright() : size->stored));
-    EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << photo << " does not decode again";
+    EXPECT_TRUE(rewritten(*result, {std::nullopt, false})) << photo << " does not decode again";
   }
   EXPECT_GE(written * 10, photos().size() * 9) << "few photos could be written";
 }
@@ -109,7 +109,7 @@ TEST_F(CorpusPreviewTest, KeepsThePreviewsOfMakerNotesWhenItTurns) {
     ASSERT_EQ(
         runTool("exiftool", {"-q", "-overwrite_original", "-n", "-Orientation=6", source.native()}).status,
         0);
-    const auto result = rewritePhoto(bytesOf(source), {std::nullopt, true});
+    const auto result = rewritten(bytesOf(source), {std::nullopt, true});
     if (!result) continue;
     EXPECT_TRUE(preview(writeFile(folder_ / "result.jpg", *result)) == preview(source)) << photo;
     ++kept;

@@ -100,10 +100,10 @@ TEST_P(OrientedPhotoTest, StandsUprightInAnySize) {
 
 TEST_P(OrientedPhotoTest, StandsUprightWhenScaled) {
   const Bytes source = photoOf(type(), sample(403, 301));
-  const PixelSize whole = imageSizeOf(source)->upright();
+  const PixelSize whole = test::sizeOf(source)->upright();
   const PixelSize wanted{whole.width * 2 / 5, whole.height * 2 / 5};
   const Bytes result = mustRewrite(source, {wanted, true});
-  EXPECT_EQ(imageSizeOf(result)->stored, wanted);
+  EXPECT_EQ(test::sizeOf(result)->stored, wanted);
   const std::string size = std::to_string(wanted.width) + "x" + std::to_string(wanted.height) + "!";
   EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
             type() == ImageType::jpeg ? 33 : 45);
@@ -113,14 +113,14 @@ TEST_P(OrientedPhotoTest, KeepsPixelsAndTagAsStoredWhenNotToBeTurned) {
   const Bytes source = photoOf(type(), sample(203, 141));
   const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
   EXPECT_EQ(readPhotoProperties(result)->orientation, orientation());
-  EXPECT_EQ(imageSizeOf(result)->stored, (PixelSize{101, 70}));
+  EXPECT_EQ(test::sizeOf(result)->stored, (PixelSize{101, 70}));
   const std::string size = orientation() >= 5 ? "70x101!" : "101x70!";
   EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
             type() == ImageType::jpeg ? 31 : 45);
 }
 
 TEST_P(OrientedPhotoTest, ReportsItsSizeAsStoredAndAsSeen) {
-  const auto size = imageSizeOf(photoOf(type(), sample(203, 141)));
+  const auto size = test::sizeOf(photoOf(type(), sample(203, 141)));
   ASSERT_TRUE(size);
   EXPECT_EQ(size->orientation, orientation());
   EXPECT_EQ(size->stored, (PixelSize{203, 141}));
@@ -279,9 +279,8 @@ TEST_P(PhotoTypeTest, IsAnErrorWhereverItIsCutOff) {
   const Bytes source = photoOf(GetParam(), {.width = 120, .height = 80, .orientation = 6});
   for (std::size_t size = 0; size < source.size(); size += 1 + source.size() / 97) {
     const Bytes cut(source.begin(), source.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_FALSE(rewritePhoto(cut, {PixelSize{60, 40}, true})) << size << " of " << source.size() << " bytes";
-    EXPECT_FALSE(rewritePhoto(cut, {std::nullopt, false}))
-        << size << " of " << source.size() << " bytes, kept";
+    EXPECT_FALSE(rewritten(cut, {PixelSize{60, 40}, true})) << size << " of " << source.size() << " bytes";
+    EXPECT_FALSE(rewritten(cut, {std::nullopt, false})) << size << " of " << source.size() << " bytes, kept";
   }
 }
 
@@ -322,12 +321,12 @@ TEST_P(PhotoTypeTest, StandsAThousandMutations) {
   for (int i = 0; i < 1000; ++i) {
     const Bytes file = mutated(source, random);
     const bool upright = random() % 2 == 0;
-    const auto scaled = rewritePhoto(file, {PixelSize{37, 41}, upright});
-    const auto kept = rewritePhoto(file, {std::nullopt, upright});
+    const auto scaled = rewritten(file, {PixelSize{37, 41}, upright});
+    const auto kept = rewritten(file, {std::nullopt, upright});
     for (const auto& result : {scaled, kept}) {
       if (!result) continue;
       ++written;
-      EXPECT_TRUE(imageSizeOf(*result).has_value()) << "mutation " << i;
+      EXPECT_TRUE(test::sizeOf(*result).has_value()) << "mutation " << i;
     }
   }
   EXPECT_GT(written, 0);
@@ -339,8 +338,8 @@ INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg, ImageT
 TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {
   for (const Bytes& file : {Bytes{}, Bytes{0xFF}, Bytes{0xFF, 0xD8, 0xFF},
                             Bytes{'G', 'I', 'F', '8', '9', 'a'}, Bytes(100, 0), videoFile(5000)}) {
-    EXPECT_FALSE(rewritePhoto(file, {std::nullopt, true}));
-    EXPECT_FALSE(imageSizeOf(file));
+    EXPECT_FALSE(rewritten(file, {std::nullopt, true}));
+    EXPECT_FALSE(test::sizeOf(file));
   }
 }
 
@@ -348,7 +347,7 @@ TEST(PhotoRewrite, TurnsDownSizesThatNoPictureHas) {
   const Bytes photo = jpegPhoto({.width = 64, .height = 48});
   for (const PixelSize& size :
        {PixelSize{0, 10}, PixelSize{10, -1}, PixelSize{70'000, 10}, PixelSize{60'000, 60'000}}) {
-    EXPECT_FALSE(rewritePhoto(photo, {size, false})) << size.width << "x" << size.height;
+    EXPECT_FALSE(rewritten(photo, {size, false})) << size.width << "x" << size.height;
   }
 }
 
@@ -358,7 +357,7 @@ TEST(PhotoRewrite, GivesTheSameBytesInSeveralThreadsAtATime) {
   const auto rewriteAll = [&] {
     std::vector<Bytes> results;
     for (const auto& photo : photos)
-      results.push_back(rewritePhoto(photo, {PixelSize{48, 80}, true}).value_or(Bytes()));
+      results.push_back(rewritten(photo, {PixelSize{48, 80}, true}).value_or(Bytes()));
     return results;
   };
   const auto expected = rewriteAll();

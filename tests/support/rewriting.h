@@ -16,9 +16,24 @@ inline bool contains(const Bytes& file, const Bytes& part) {
   return !std::ranges::search(file, part).empty();
 }
 
-/// The photo written anew; a failure of the test, and no bytes, when it is refused.
+/// The photo's size; an error where it cannot be measured.
+inline tl::expected<imaging::ImageSize, imaging::RewriteError> sizeOf(ByteView file) {
+  const auto photo = imaging::measurePhoto(file);
+  if (!photo) return tl::unexpected(photo.error());
+  return photo->size;
+}
+
+/// The photo measured and rewritten.
+inline tl::expected<Bytes, imaging::RewriteError> rewritten(ByteView file,
+                                                            const imaging::RewriteRequest& request) {
+  const auto photo = imaging::measurePhoto(file);
+  if (!photo) return tl::unexpected(photo.error());
+  return imaging::rewritePhoto(file, *photo, request);
+}
+
+/// The same; a failure of the test, and no bytes, when it is refused.
 inline Bytes mustRewrite(const Bytes& file, const imaging::RewriteRequest& request) {
-  const auto result = imaging::rewritePhoto(file, request);
+  const auto result = rewritten(file, request);
   if (!result) ADD_FAILURE() << result.error().reason;
   return result.value_or(Bytes());
 }

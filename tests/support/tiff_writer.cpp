@@ -16,10 +16,15 @@ constexpr std::uint16_t exifDirectory = 0x8769;
 std::size_t width(TiffType type) {
   switch (type) {
     case TiffType::shortInt:
+    case TiffType::signedShort:
       return 2;
     case TiffType::longInt:
+    case TiffType::signedLong:
+    case TiffType::directory:
       return 4;
     case TiffType::long8:
+    case TiffType::signedLong8:
+    case TiffType::directory8:
       return 8;
     default:
       return 1;

@@ -13,8 +13,14 @@ enum class TiffType : std::uint16_t {
   ascii = 2,
   shortInt = 3,
   longInt = 4,
+  signedByte = 6,
   undefined = 7,
-  long8 = 16
+  signedShort = 8,
+  signedLong = 9,
+  directory = 13,
+  long8 = 16,
+  signedLong8 = 17,
+  directory8 = 18
 };
 
 /// One directory entry; its values are written in the type's width and the block's byte order.

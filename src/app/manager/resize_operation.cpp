@@ -70,16 +70,16 @@ bool OrganiseManager::writeAnew(const Path& from, const Path& to, std::int64_t r
   const std::uint64_t sourceSize = sizeOfFile(from);
   if (sourceSize > static_cast<std::uint64_t>(imaging::maxWorkingBytes)) return false;
   const auto source = host_.files->readFile(from);
-  const auto size =
-      source ? imaging::imageSizeOf(*source) : tl::unexpected(imaging::RewriteError{source.error().message});
+  const auto photo =
+      source ? imaging::measurePhoto(*source) : tl::unexpected(imaging::RewriteError{source.error().message});
   const bool upright = chkRotate->state() == CheckBox::on;
-  const PictureSize picture = size ? decodedSize(*size, upright) : PictureSize();
+  const PictureSize picture = photo ? decodedSize(photo->size, upright) : PictureSize();
   log(QString::asprintf("Width from NSBitmapImageRep: %f", picture.width));
   log(QString::asprintf("Height from NSBitmapImageRep: %f", picture.height));
   if (picture.width <= 0 || picture.height <= 0) return false;
 
   const auto request = requestFor(picture, resolution, upright);
-  const auto rewritten = imaging::rewritePhoto(*source, request);
+  const auto rewritten = imaging::rewritePhoto(*source, *photo, request);
   if (!rewritten) return false;
   const bool isSmall = picture.width < smallestPhotoSide || picture.height < smallestPhotoSide;
   if (isSmall && chkFilterSmallPhotos->state() == CheckBox::on) {

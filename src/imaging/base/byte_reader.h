@@ -18,6 +18,7 @@ class ByteReader {
   ByteReader(ByteView bytes, std::endian order) noexcept : bytes_(bytes), order_(order) {}
 
   std::uint64_t size() const noexcept { return bytes_.size(); }
+  std::endian order() const noexcept { return order_; }
 
   template <std::unsigned_integral Number>
   std::optional<Number> at(std::uint64_t position) const noexcept {

@@ -10,7 +10,7 @@ struct PixelSize {
   bool operator==(const PixelSize&) const = default;
 };
 
-/// What a decoder would make of the photo, without decoding its pixels.
+/// What a decoder would make of a photo, without decoding its pixels.
 struct ImageSize {
   PixelSize stored;              ///< as the pixels lie in the file
   std::int64_t orientation = 1;  ///< 1 to 8

@@ -1,74 +1,73 @@
 #include "imaging/exif/exif_patch.h"
 
-#include "imaging/exif/tiff_block.h"
+#include "imaging/exif/exif_values.h"
+#include "imaging/exif/tiff_patcher.h"
+#include "imaging/exif/tiff_tags.h"
+
+#include <iterator>
 
 namespace kestrova::imaging {
 
 namespace {
 
-enum Tag : std::uint16_t {
-  imageWidth = 0x0100,
-  imageLength = 0x0101,
-  orientation = 0x0112,
-  xResolution = 0x011A,
-  yResolution = 0x011B,
-  previewOffset = 0x0201,
-  previewLength = 0x0202,
-  exifDirectory = 0x8769,
-  pixelXDimension = 0xA002,
-  pixelYDimension = 0xA003,
-};
-
-void patchSize(TiffBlock& block, const PixelSize& size) {
+void patchSize(TiffPatcher& block, const PixelSize& size) {
   const auto width = static_cast<std::uint32_t>(size.width);
   const auto height = static_cast<std::uint32_t>(size.height);
-  block.setValue(block.firstDirectory(), imageWidth, width);
-  block.setValue(block.firstDirectory(), imageLength, height);
-  const auto exif = block.value(block.firstDirectory(), exifDirectory);
-  if (!exif) return;
-  block.setValue(*exif, pixelXDimension, width);
-  block.setValue(*exif, pixelYDimension, height);
+  const std::uint64_t first = block.reader().firstDirectory();
+  block.setInteger(first, tag::imageWidth, width);
+  block.setInteger(first, tag::imageLength, height);
+  const std::uint64_t exif = exifDirectoryOf(block.reader());
+  block.setInteger(exif, tag::pixelXDimension, width);
+  block.setInteger(exif, tag::pixelYDimension, height);
 }
 
-std::span<std::uint8_t> previewOf(const TiffBlock& block, TiffBlock::Offset directory) {
-  if (directory == 0) return {};
-  const auto offset = block.value(directory, previewOffset);
-  const auto length = block.value(directory, previewLength);
-  if (!offset || !length || !block.contains(*offset, *length)) return {};
-  return block.bytes(*offset, *length);
+/// The directory of the preview; 0 when there is none.
+std::uint64_t previewDirectory(const TiffReader& block) {
+  return block.nextDirectory(block.firstDirectory());
+}
+
+std::span<std::uint8_t> previewOf(const TiffReader& block, std::span<std::uint8_t> bytes) {
+  const std::uint64_t directory = previewDirectory(block);
+  const auto offset = block.integer(directory, tag::previewOffset).value_or(-1);
+  const auto length = block.integer(directory, tag::previewLength).value_or(-1);
+  const std::int64_t size = std::ssize(bytes);
+  if (offset < 0 || length < 0 || offset > size || length > size - offset) return {};
+  return bytes.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));
 }
 
 }  // namespace
 
 void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
-  auto block = TiffBlock::open(bytes);
+  auto block = TiffPatcher::open(bytes);
   if (!block) return;
+  const std::uint64_t first = block->reader().firstDirectory();
   if (patch.pixelSize) patchSize(*block, *patch.pixelSize);
-  if (patch.resetOrientation) block->setValue(block->firstDirectory(), orientation, 1);
-  if (patch.exchangesAxes) block->exchangeValues(block->firstDirectory(), xResolution, yResolution);
+  if (patch.resetOrientation) block->setInteger(first, tag::orientation, 1);
+  if (patch.exchangesAxes) block->exchangeValues(first, tag::xResolution, tag::yResolution);
 }
 
 std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> bytes) {
-  const auto block = TiffBlock::open(bytes);
-  return block ? previewOf(*block, block->nextDirectory(block->firstDirectory())) : std::span<std::uint8_t>();
+  const auto block = TiffReader::open(bytes);
+  return block ? previewOf(*block, bytes) : std::span<std::uint8_t>();
 }
 
 void turnExifPreview(std::span<std::uint8_t> bytes, const PreviewTurner& turn) {
-  auto block = TiffBlock::open(bytes);
+  auto block = TiffPatcher::open(bytes);
   if (!block) return;
-  const auto photo = block->firstDirectory();
-  const auto directory = block->nextDirectory(photo);
+  const TiffReader& reader = block->reader();
+  const std::uint64_t photo = reader.firstDirectory();
+  const std::uint64_t directory = previewDirectory(reader);
   if (directory == 0) return;
-  const auto preview = previewOf(*block, directory);
-  const auto ownOrientation = block->value(directory, orientation);
-  const bool isTurnedAlike = !ownOrientation || ownOrientation == block->value(photo, orientation);
+  const auto preview = previewOf(reader, bytes);
+  const auto ownOrientation = reader.integer(directory, tag::orientation);
+  const bool isTurnedAlike = !ownOrientation || ownOrientation == reader.integer(photo, tag::orientation);
   const std::size_t length = isTurnedAlike && !preview.empty() ? turn(preview) : 0;
   if (length == 0) {
-    block->setNextDirectory(photo, 0);
+    block->endAfter(photo);
     return;
   }
-  block->setValue(directory, previewLength, static_cast<std::uint32_t>(length));
-  block->setValue(directory, orientation, 1);
+  block->setInteger(directory, tag::previewLength, static_cast<std::uint32_t>(length));
+  block->setInteger(directory, tag::orientation, 1);
 }
 
 void editExif(std::span<std::uint8_t> block, const MetadataEdit& edit) {

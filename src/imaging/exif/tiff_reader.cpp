@@ -1,5 +1,7 @@
 #include "imaging/exif/tiff_reader.h"
 
+#include "imaging/exif/tiff_tags.h"
+
 #include <algorithm>
 #include <concepts>
 #include <limits>
@@ -14,20 +16,6 @@ constexpr std::uint16_t bigTiffMagic = 43;
 constexpr std::uint16_t panasonicMagic = 0x55;
 constexpr std::uint16_t olympusMagic = 0x4F52;
 constexpr std::uint16_t olympusOldMagic = 0x5352;
-
-enum FieldType : std::uint16_t {
-  byteType = 1,
-  asciiType = 2,
-  shortType = 3,
-  longType = 4,
-  signedByteType = 6,
-  signedShortType = 8,
-  signedLongType = 9,
-  directoryType = 13,
-  long8Type = 16,
-  signedLong8Type = 17,
-  directory8Type = 18,
-};
 
 std::optional<std::endian> byteOrderOf(ByteView block) noexcept {
   if (block.size() < 2 || block[0] != block[1]) return std::nullopt;
@@ -72,23 +60,23 @@ std::optional<TiffReader> TiffReader::open(ByteView block) noexcept {
 std::optional<std::int64_t> TiffReader::integer(const Entry& entry) const noexcept {
   const std::uint64_t at = entry.valueField;
   if (entry.count != 1) return std::nullopt;
-  switch (entry.type) {
-    case byteType:
+  switch (TiffType{entry.type}) {
+    case TiffType::byte:
       return reader_.at<std::uint8_t>(at);
-    case shortType:
+    case TiffType::short16:
       return reader_.at<std::uint16_t>(at);
-    case longType:
-    case directoryType:
+    case TiffType::long32:
+    case TiffType::directory:
       return reader_.at<std::uint32_t>(at);
-    case signedByteType:
+    case TiffType::signedByte:
       return signedAt<std::int8_t>(reader_, at);
-    case signedShortType:
+    case TiffType::signedShort:
       return signedAt<std::int16_t>(reader_, at);
-    case signedLongType:
+    case TiffType::signedLong:
       return signedAt<std::int32_t>(reader_, at);
-    case long8Type:
-    case signedLong8Type:  // a negative one is too large for either
-    case directory8Type:
+    case TiffType::long64:
+    case TiffType::signedLong64:  // a negative one is too large for either
+    case TiffType::directory64:
       return isBig_ ? asInteger(reader_.at<std::uint64_t>(at)) : std::nullopt;
     default:
       return std::nullopt;
@@ -96,18 +84,42 @@ std::optional<std::int64_t> TiffReader::integer(const Entry& entry) const noexce
 }
 
 ByteView TiffReader::text(const Entry& entry, std::uint64_t longest) const noexcept {
-  if (entry.type != asciiType) return {};
+  if (TiffType{entry.type} != TiffType::ascii) return {};
   const bool isInline = entry.count <= wordSize();
   const std::optional<std::uint64_t> at = isInline ? entry.valueField : wordAt(entry.valueField);
   return at ? reader_.view(*at, std::min(entry.count, longest)) : ByteView();
 }
 
-/// None for a directory that would lie in the header or past the end.
-std::uint64_t TiffReader::entryCount(std::uint64_t directory) const noexcept {
+std::optional<std::uint64_t> TiffReader::entryCount(std::uint64_t directory) const noexcept {
   const std::uint64_t header = 2 * wordSize();
-  if (directory < header) return 0;
-  return isBig_ ? reader_.at<std::uint64_t>(directory).value_or(0)
-                : reader_.at<std::uint16_t>(directory).value_or(0);
+  if (directory < header) return std::nullopt;
+  if (isBig_) return reader_.at<std::uint64_t>(directory);
+  return reader_.at<std::uint16_t>(directory);
+}
+
+std::optional<std::uint64_t> TiffReader::nextDirectoryField(std::uint64_t directory) const noexcept {
+  const std::optional<std::uint64_t> count = entryCount(directory);
+  if (!count || *count > reader_.size() / entrySize()) return std::nullopt;
+  const std::uint64_t field = directory + countSize() + *count * entrySize();
+  return wordAt(field) ? std::optional(field) : std::nullopt;
+}
+
+std::uint64_t TiffReader::nextDirectory(std::uint64_t directory) const noexcept {
+  const std::optional<std::uint64_t> field = nextDirectoryField(directory);
+  return field ? wordAt(*field).value_or(0) : 0;
+}
+
+std::optional<TiffReader::Entry> TiffReader::find(std::uint64_t directory, std::uint16_t tag) const noexcept {
+  std::optional<Entry> found;
+  visitEntries(directory, [&](const Entry& entry) {
+    if (!found && entry.tag == tag) found = entry;
+  });
+  return found;
+}
+
+std::optional<std::int64_t> TiffReader::integer(std::uint64_t directory, std::uint16_t tag) const noexcept {
+  const std::optional<Entry> entry = find(directory, tag);
+  return entry ? integer(*entry) : std::nullopt;
 }
 
 std::optional<std::uint64_t> TiffReader::wordAt(std::uint64_t position) const noexcept {
@@ -116,12 +128,15 @@ std::optional<std::uint64_t> TiffReader::wordAt(std::uint64_t position) const no
 }
 
 std::optional<TiffReader::Entry> TiffReader::entryAt(std::uint64_t position) const noexcept {
-  constexpr std::uint64_t typeAt = 2;
-  constexpr std::uint64_t countAt = 4;
-  const std::uint64_t valueField = position + countAt + wordSize();
+  const std::uint64_t typeField = position + 2;
+  const std::uint64_t countField = position + 4;
+  const std::uint64_t valueField = countField + wordSize();
   if (!wordAt(valueField)) return std::nullopt;
-  return Entry{*reader_.at<std::uint16_t>(position), *reader_.at<std::uint16_t>(position + typeAt),
-               *wordAt(position + countAt), valueField};
+  return Entry{.tag = *reader_.at<std::uint16_t>(position),
+               .type = *reader_.at<std::uint16_t>(typeField),
+               .count = *wordAt(countField),
+               .typeField = typeField,
+               .valueField = valueField};
 }
 
 }  // namespace kestrova::imaging

@@ -15,19 +15,31 @@ class TiffReader {
     std::uint16_t tag = 0;
     std::uint16_t type = 0;
     std::uint64_t count = 0;
+    std::uint64_t typeField = 0;   ///< where the type stands
     std::uint64_t valueField = 0;  ///< where the value stands, or its offset when it is longer than the field
   };
 
   /// Nothing when the block does not begin as TIFF does.
   static std::optional<TiffReader> open(ByteView block) noexcept;
 
+  /// Numbers of the block's byte order, by where they stand in it.
+  const ByteReader& bytes() const noexcept { return reader_; }
+  /// The bytes of a count, an offset and a value field: 4, or 8 in BigTIFF.
+  std::uint64_t wordSize() const noexcept { return isBig_ ? 8 : 4; }
+  /// A number of that many bytes.
+  std::optional<std::uint64_t> wordAt(std::uint64_t position) const noexcept;
+
+  /// Where directories stand in the block; 0 when there is none.
   std::uint64_t firstDirectory() const noexcept { return firstDirectory_; }
+  std::uint64_t nextDirectory(std::uint64_t directory) const noexcept;
+  /// Where a directory says which one is next; nothing when that would lie outside the block.
+  std::optional<std::uint64_t> nextDirectoryField(std::uint64_t directory) const noexcept;
 
   /// Calls `visit` with every entry that is there as a whole, in order, at most as often as the directory
   /// says.
   template <typename Visit>
-  void visitEntries(std::uint64_t directory, Visit visit) const noexcept {
-    const std::uint64_t count = entryCount(directory);
+  void visitEntries(std::uint64_t directory, Visit visit) const {
+    const std::uint64_t count = entryCount(directory).value_or(0);
     std::uint64_t position = directory + countSize();
     for (std::uint64_t i = 0; i < count; ++i, position += entrySize()) {
       const std::optional<Entry> entry = entryAt(position);
@@ -36,8 +48,13 @@ class TiffReader {
     }
   }
 
+  /// The first entry of this tag.
+  std::optional<Entry> find(std::uint64_t directory, std::uint16_t tag) const noexcept;
+
   /// The entry's one whole number; nothing when it is of another type or does not fit its field.
   std::optional<std::int64_t> integer(const Entry& entry) const noexcept;
+  /// The number of the first entry of this tag.
+  std::optional<std::int64_t> integer(std::uint64_t directory, std::uint16_t tag) const noexcept;
 
   /// As much of an ASCII entry's text as there is, at most `longest` bytes; a closing NUL belongs to it.
   /// Empty for any other type.
@@ -46,13 +63,10 @@ class TiffReader {
  private:
   TiffReader(ByteReader reader, bool isBig) noexcept : reader_(reader), isBig_(isBig) {}
 
-  std::uint64_t wordSize() const noexcept {
-    return isBig_ ? 8 : 4;
-  }  ///< of a count, an offset and a value's field
   std::uint64_t countSize() const noexcept { return isBig_ ? 8 : 2; }
   std::uint64_t entrySize() const noexcept { return isBig_ ? 20 : 12; }
-  std::uint64_t entryCount(std::uint64_t directory) const noexcept;
-  std::optional<std::uint64_t> wordAt(std::uint64_t position) const noexcept;
+  /// Nothing for a directory that would lie in the header or past the end.
+  std::optional<std::uint64_t> entryCount(std::uint64_t directory) const noexcept;
   std::optional<Entry> entryAt(std::uint64_t position) const noexcept;
 
   ByteReader reader_;

@@ -68,9 +68,10 @@ std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outli
 
 }  // namespace
 
-Bytes rewriteJpeg(ByteView file, const RewritePlan& plan) {
+PixelSize jpegSize(ByteView file) { return JpegDecoder(file).size(); }
+
+Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
   const JpegOutline outline = readableOutline(file);
-  const MetadataEdit edit = metadataEdit(plan);
   if (plan.keepsPixels()) {
     verifyJpeg(file);
     Bytes result(file.begin(), file.end());
@@ -99,10 +100,6 @@ PreviewTurner previewTurner(const RewritePlan& plan) {
   return [reorientation = plan.reorientation, mostPixels](std::span<std::uint8_t> preview) {
     return turnJpegWithin(preview, reorientation, mostPixels);
   };
-}
-
-MetadataEdit metadataEdit(const RewritePlan& plan) {
-  return {{plan.result(), plan.resetOrientation, plan.reorientation.transpose}, previewTurner(plan)};
 }
 
 }  // namespace kestrova::imaging

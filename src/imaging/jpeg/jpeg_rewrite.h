@@ -11,12 +11,15 @@
 
 namespace kestrova::imaging {
 
+/// The pixel size that the frame header states, as a decoder takes it. Throws ImageError.
+PixelSize jpegSize(ByteView file);
+
 /// The JPEG written anew. Pixels that keep their size are turned without loss where that is possible, and
 /// keep their very bytes where they are not turned; others are scaled plane by plane in the colour space of
 /// the source. Every application segment and comment passes through byte for byte, but for the tags and
 /// previews that the new pixels prove wrong. Throws ImageError when the file does not decode without a
 /// warning.
-Bytes rewriteJpeg(ByteView file, const RewritePlan& plan);
+Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 
 /// Turns a JPEG within its bytes, in the best quality that they have room for, and fills up what is left of
 /// them with zeros. Returns how many bytes it takes up now; 0, and nothing is done, when it does not decode
@@ -27,8 +30,5 @@ std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& r
 /// Turns previews as the plan turns the photo; empty when it does not turn it. A preview that is larger than
 /// the photo, and than a million pixels, is not turned: it would take longer than it is worth.
 PreviewTurner previewTurner(const RewritePlan& plan);
-
-/// What a photo's metadata need, of whatever type it is: their previews are JPEGs.
-MetadataEdit metadataEdit(const RewritePlan& plan);
 
 }  // namespace kestrova::imaging

@@ -1,6 +1,6 @@
 #include "imaging/jpeg/multi_picture.h"
 
-#include "imaging/exif/tiff_block.h"
+#include "imaging/exif/tiff_patcher.h"
 
 namespace kestrova::imaging {
 
@@ -16,16 +16,18 @@ constexpr std::size_t offsetField = 8;
 std::optional<MultiPictureIndex> MultiPictureIndex::read(std::span<std::uint8_t> bytes, std::size_t base,
                                                          std::size_t imageEnd, std::size_t fileSize) {
   MultiPictureIndex index;
-  const auto block = TiffBlock::open(bytes);
+  const auto block = TiffReader::open(bytes);
   const auto entry = block ? block->find(block->firstDirectory(), pictureEntries) : std::nullopt;
   if (!entry) return index;
-  index.entries_ = block->number32(entry->offset + 8);
+  const ByteReader& numbers = block->bytes();
+  index.entries_ = numbers.at<std::uint32_t>(entry->valueField).value_or(0);
   const std::size_t count = entry->count / entryBytes;
-  if (count < 1 || !block->contains(index.entries_, count * entryBytes)) return std::nullopt;
+  if (count < 1 || numbers.view(index.entries_, count * entryBytes).size() < count * entryBytes)
+    return std::nullopt;
   for (std::size_t i = 1; i < count; ++i) {
     const std::size_t at = index.entries_ + i * entryBytes;
-    const std::size_t offset = base + block->number32(at + offsetField);
-    const std::size_t length = block->number32(at + sizeField);
+    const std::size_t offset = base + *numbers.at<std::uint32_t>(at + offsetField);
+    const std::size_t length = *numbers.at<std::uint32_t>(at + sizeField);
     if (length == 0) continue;
     if (offset < imageEnd || offset > fileSize || length > fileSize - offset) return std::nullopt;
     index.index_.push_back(i);
@@ -36,13 +38,13 @@ std::optional<MultiPictureIndex> MultiPictureIndex::read(std::span<std::uint8_t>
 
 void MultiPictureIndex::write(std::span<std::uint8_t> bytes, std::size_t base, std::size_t firstLength,
                               std::span<const FurtherPicture> pictures) const {
-  auto block = TiffBlock::open(bytes);
+  auto block = TiffPatcher::open(bytes);
   if (!block || entries_ == 0) return;
-  block->setNumber32(entries_ + sizeField, static_cast<std::uint32_t>(firstLength));
+  block->set(entries_ + sizeField, static_cast<std::uint32_t>(firstLength));
   for (std::size_t i = 0; i < pictures.size(); ++i) {
     const std::size_t at = entries_ + index_[i] * entryBytes;
-    block->setNumber32(at + sizeField, static_cast<std::uint32_t>(pictures[i].length));
-    block->setNumber32(at + offsetField, static_cast<std::uint32_t>(pictures[i].offset - base));
+    block->set(at + sizeField, static_cast<std::uint32_t>(pictures[i].length));
+    block->set(at + offsetField, static_cast<std::uint32_t>(pictures[i].offset - base));
   }
 }
 

@@ -1,32 +1,48 @@
 #pragma once
 
+#include "imaging/base/byte_reader.h"
 #include "platform/bytes.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace kestrova::imaging {
 
-/// One chunk of a PNG file, by where it stands.
-struct PngChunk {
-  std::size_t offset = 0;    ///< of its length field
-  std::uint32_t length = 0;  ///< of its data
-  std::string_view type;     ///< four letters, in the file
+/// What a PNG file begins with.
+inline constexpr std::string_view pngSignature = "\x89PNG\r\n\x1A\n";
 
-  std::size_t size() const { return std::size_t{length} + 12; }
-  bool isPixels() const { return type == "IDAT"; }
-  /// Whether a decoder needs it to make sense of the pixels: upper case in its first letter.
-  bool isCritical() const { return (static_cast<unsigned char>(type[0]) & 0x20U) == 0; }
+/// One chunk of a PNG file: four bytes of length, four of type, the data, four of checksum.
+struct PngChunk {
+  std::string_view type;  ///< four letters
+  std::uint32_t length;   ///< of the data, as stated
+  ByteView data;          ///< less than that where the file is cut off
+  ByteView whole;         ///< from the length to the checksum, as far as the file goes
+
+  bool isCutOff() const { return whole.size() < std::size_t{length} + 12; }
 };
 
-/// All chunks up to IEND. Throws ImageError when one is cut off, a checksum is wrong or IEND is missing.
-std::vector<PngChunk> pngChunks(ByteView file);
-
-inline ByteView chunkData(ByteView file, const PngChunk& chunk) {
-  return file.subspan(chunk.offset + 8, chunk.length);
+/// Calls `visit` with every chunk up to IEND, as far as the file goes. Allocates nothing.
+template <typename Visit>
+void visitPngChunks(ByteView file, Visit visit) {
+  const ByteReader reader(file, std::endian::big);
+  std::uint64_t position = pngSignature.size();
+  while (reader.at<std::uint64_t>(position)) {
+    const std::uint32_t length = *reader.at<std::uint32_t>(position);
+    const ByteView type = reader.view(position + 4, 4);
+    const PngChunk chunk{.type = {reinterpret_cast<const char*>(type.data()), type.size()},
+                         .length = length,
+                         .data = reader.view(position + 8, length),
+                         .whole = reader.view(position, std::uint64_t{length} + 12)};
+    visit(chunk);
+    if (chunk.type == "IEND") return;
+    position += std::uint64_t{length} + 12;
+  }
 }
+
+/// Throws ImageError when a chunk up to IEND is cut off or has a wrong checksum, or IEND is missing.
+void requireWholePng(ByteView file);
 
 /// Appends a chunk with its checksum.
 void appendChunk(Bytes& file, std::string_view type, ByteView data);

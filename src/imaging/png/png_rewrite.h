@@ -1,17 +1,18 @@
 #pragma once
 
 #include "imaging/base/rewrite_plan.h"
+#include "imaging/exif/exif_patch.h"
 #include "platform/bytes.h"
 
 namespace kestrova::imaging {
 
-/// The pixel size that a PNG's header states. Throws ImageError when it is none.
+/// The pixel size that a PNG's header states; 0 where it states none.
 PixelSize pngSize(ByteView file);
 
-/// The PNG written anew, with the bit depth and the channels of the source; scaled pictures of less than 8
+/// The PNG rewritten, with the bit depth and the channels of the source; scaled pictures of less than 8
 /// bits become 8 bits, palettes become colours, transparent colours become opacity. Chunks that are not about
-/// pixels pass through byte for byte, but for Orientation and pixel size in eXIf. Throws ImageError when the
+/// pixels pass through byte for byte, except for what `edit` changes. Throws ImageError when the
 /// file does not decode without a warning, or is an animation whose pixels would have to change.
-Bytes rewritePng(ByteView file, const RewritePlan& plan);
+Bytes rewritePng(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 
 }  // namespace kestrova::imaging

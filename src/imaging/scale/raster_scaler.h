@@ -14,6 +14,8 @@ class RasterScaler {
  public:
   /// Throws ImageError when the limits forbid it.
   RasterScaler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout);
+  /// Scales the whole picture.
+  RasterScaler(const PixelSize& source, const PixelSize& result, const PixelLayout& layout);
 
   void push(const std::uint8_t* row);
   /// The raster, once all source rows were pushed.

@@ -71,9 +71,7 @@ TiffPicture decodeTiff(ByteView file, const RewritePlan& plan) {
   RowExpander expander(decoder.format());
   TiffFormat format = plan.scales() ? expander.format() : decoder.format();
   requireAffordable(plan, format.pixelBytes());
-  RasterScaler scaler(wholeAxis(static_cast<int>(plan.source.width), static_cast<int>(plan.scaled.width)),
-                      wholeAxis(static_cast<int>(plan.source.height), static_cast<int>(plan.scaled.height)),
-                      layoutOf(format));
+  RasterScaler scaler(plan.source, plan.scaled, layoutOf(format));
   decoder.decode([&](const std::uint8_t* row) { scaler.push(plan.scales() ? expander.expand(row) : row); });
   format.size = plan.result();
   if (plan.reorientation.transpose) std::swap(format.resolution[0], format.resolution[1]);

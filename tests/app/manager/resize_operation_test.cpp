@@ -2,6 +2,7 @@
 #include "imaging/photo_rewrite.h"
 #include "support/failing_file_manager.h"
 #include "support/headless_program.h"
+#include "support/rewriting.h"
 #include "support/sample_media.h"
 
 #include <gtest/gtest.h>
@@ -29,8 +30,7 @@ class ResizeOperation : public testing::Test {
   }
   imaging::ImageSize written() {
     const std::string file = test::readFile(to);
-    return imaging::imageSizeOf(ByteView(reinterpret_cast<const std::uint8_t*>(file.data()), file.size()))
-        .value();
+    return test::sizeOf(ByteView(reinterpret_cast<const std::uint8_t*>(file.data()), file.size())).value();
   }
   void expectSize(std::int64_t width, std::int64_t height) {
     EXPECT_EQ(written().stored.width, width);

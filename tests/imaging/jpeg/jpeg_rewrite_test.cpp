@@ -240,7 +240,7 @@ TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
   EXPECT_GT(length, 0U);
   EXPECT_LE(length, source.size());
   EXPECT_EQ(outlineJpeg(small)->imageEnd, length);
-  EXPECT_GT(imageSizeOf(small)->stored.height, imageSizeOf(small)->stored.width);
+  EXPECT_GT(test::sizeOf(small)->stored.height, test::sizeOf(small)->stored.width);
 }
 
 TEST_F(PreviewTest, IsNotTurnedWithMorePixelsThanItMayHave) {
@@ -347,35 +347,35 @@ TEST_F(MultiPictureTest, StandsAThousandMutations) {
       const std::size_t range = random() % 2 == 0 ? 260 : file.size();
       file[random() % range] = static_cast<std::uint8_t>(random());
     }
-    const auto result = rewritePhoto(file, {PixelSize{24, 32}, random() % 2 == 0});
+    const auto result = rewritten(file, {PixelSize{24, 32}, random() % 2 == 0});
     if (!result) continue;
     ++written;
-    EXPECT_TRUE(rewritePhoto(*result, {std::nullopt, false})) << "mutation " << i;
+    EXPECT_TRUE(rewritten(*result, {std::nullopt, false})) << "mutation " << i;
   }
   EXPECT_GT(written, 100);
 }
 
 TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
   const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false});
-  ASSERT_TRUE(rewritePhoto(withFrameSize(photo, 64, 48), {PixelSize{32, 24}, false}));
+  ASSERT_TRUE(rewritten(withFrameSize(photo, 64, 48), {PixelSize{32, 24}, false}));
   for (const auto& [width, height] :
        {std::pair{60'000U, 60'000U}, {0U, 48U}, {64U, 0U}, {640U, 480U}, {30'000U, 30'000U}}) {
-    EXPECT_FALSE(rewritePhoto(withFrameSize(photo, width, height), {PixelSize{32, 24}, false}))
+    EXPECT_FALSE(rewritten(withFrameSize(photo, width, height), {PixelSize{32, 24}, false}))
         << width << "x" << height;
-    EXPECT_FALSE(rewritePhoto(withFrameSize(photo, width, height), {std::nullopt, false}))
+    EXPECT_FALSE(rewritten(withFrameSize(photo, width, height), {std::nullopt, false}))
         << width << "x" << height;
   }
 }
 
 TEST(JpegRewrite, SaysThatABombHasTooManyPixels) {
   const Bytes bomb = withFrameSize(jpegPhoto({.width = 64, .height = 48, .exif = false}), 60'000, 60'000);
-  EXPECT_THAT(rewritePhoto(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("too many pixels"));
+  EXPECT_THAT(rewritten(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("too many pixels"));
 }
 
 TEST(JpegRewrite, ScalesALineOfPixels) {
   const Bytes tall = jpegPhoto({.width = 1, .height = 65'500, .orientation = 8});
-  EXPECT_EQ(imageSizeOf(mustRewrite(tall, {PixelSize{1, 720}, false}))->stored, (PixelSize{1, 720}));
-  EXPECT_EQ(imageSizeOf(mustRewrite(tall, {std::nullopt, true}))->stored, (PixelSize{65'500, 1}));
+  EXPECT_EQ(test::sizeOf(mustRewrite(tall, {PixelSize{1, 720}, false}))->stored, (PixelSize{1, 720}));
+  EXPECT_EQ(test::sizeOf(mustRewrite(tall, {std::nullopt, true}))->stored, (PixelSize{65'500, 1}));
 }
 
 TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
@@ -385,7 +385,7 @@ TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
   Bytes bomb(photo.begin(), photo.begin() + scan);
   for (int i = 0; i < 101; ++i) bomb.insert(bomb.end(), photo.begin() + scan, photo.end() - 2);
   bomb.insert(bomb.end(), {0xFF, 0xD9});
-  EXPECT_THAT(rewritePhoto(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("scans"));
+  EXPECT_THAT(rewritten(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("scans"));
 }
 
 }  // namespace

@@ -141,8 +141,8 @@ TEST(PngRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
 TEST(PngRewrite, LeavesAnimationsAsTheyAre) {
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}),
                                   {pngChunk("acTL", Bytes{0, 0, 0, 2, 0, 0, 0, 0})});
-  EXPECT_FALSE(rewritePhoto(source, {PixelSize{32, 24}, false}));
-  EXPECT_FALSE(rewritePhoto(source, {std::nullopt, true}));
+  EXPECT_FALSE(rewritten(source, {PixelSize{32, 24}, false}));
+  EXPECT_FALSE(rewritten(source, {std::nullopt, true}));
   EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
 }
 
@@ -154,7 +154,7 @@ TEST(PngRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
                                       {2'000'000'000, 1},
                                       {900'000'000, 1}}) {
     const Bytes bomb = withHeaderSize(photo, width, height);
-    EXPECT_FALSE(rewritePhoto(bomb, {PixelSize{32, 24}, false})) << width << "x" << height;
+    EXPECT_FALSE(rewritten(bomb, {PixelSize{32, 24}, false})) << width << "x" << height;
   }
 }
 

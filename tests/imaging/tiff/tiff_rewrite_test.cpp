@@ -169,7 +169,7 @@ Bytes claimedSize(std::uint64_t width, std::uint64_t height, std::uint64_t compr
 }
 
 TEST_F(TiffTest, TurnsDownSizesThatItsPixelsDoNotFill) {
-  ASSERT_TRUE(rewritePhoto(claimedSize(20, 10, 1), {PixelSize{10, 5}, false}));
+  ASSERT_TRUE(rewritten(claimedSize(20, 10, 1), {PixelSize{10, 5}, false}));
   for (const auto& [width, height] : {std::pair<std::uint64_t, std::uint64_t>{60'000, 60'000},
                                       {900'000'000, 1},
                                       {1, 65'500},
@@ -178,18 +178,18 @@ TEST_F(TiffTest, TurnsDownSizesThatItsPixelsDoNotFill) {
                                       {20, 0}}) {
     for (const std::uint64_t compression : {1U, 5U, 8U, 32773U}) {
       const Bytes bomb = claimedSize(width, height, compression);
-      EXPECT_FALSE(rewritePhoto(bomb, {PixelSize{10, 5}, false}))
+      EXPECT_FALSE(rewritten(bomb, {PixelSize{10, 5}, false}))
           << width << "x" << height << " " << compression;
-      EXPECT_FALSE(rewritePhoto(bomb, {std::nullopt, true})) << width << "x" << height << " " << compression;
+      EXPECT_FALSE(rewritten(bomb, {std::nullopt, true})) << width << "x" << height << " " << compression;
     }
   }
 }
 
 TEST_F(TiffTest, IsAnErrorWhereItsKindIsNotWritten) {
-  EXPECT_FALSE(rewritePhoto(made({"-define", "quantum:format=floating-point", "-depth", "32"}),
-                            {PixelSize{50, 40}, false}));
+  EXPECT_FALSE(rewritten(made({"-define", "quantum:format=floating-point", "-depth", "32"}),
+                         {PixelSize{50, 40}, false}));
   EXPECT_FALSE(
-      rewritePhoto(tiffPhoto({.width = 64, .height = 48, .bigTiff = true}), {PixelSize{32, 24}, false}));
+      rewritten(tiffPhoto({.width = 64, .height = 48, .bigTiff = true}), {PixelSize{32, 24}, false}));
 }
 
 }  // namespace

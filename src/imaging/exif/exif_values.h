@@ -1,0 +1,31 @@
+#pragma once
+
+#include "imaging/base/photo_properties.h"
+#include "imaging/exif/tiff_reader.h"
+#include "platform/bytes.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace kestrova::imaging {
+
+/// What an Exif block, or a TIFF file, says of its photo.
+struct ExifValues {
+  PhotoProperties properties;  ///< the size: ImageWidth and ImageLength
+  std::optional<std::int64_t> pixelXDimension;
+  std::optional<std::int64_t> pixelYDimension;
+};
+
+/// Reads the first directory and the Exif directory that it names; no other is ever visited. Of several
+/// entries of one kind the first counts that makes sense. The block may be cut off anywhere and hold
+/// anything. Allocates nothing.
+ExifValues readExif(ByteView block) noexcept;
+
+/// Where the Exif directory stands; 0 when the first directory names none.
+std::uint64_t exifDirectoryOf(const TiffReader& tiff) noexcept;
+
+/// Takes over a number unless there is one already, or this one is not between 1 and `largest`.
+void takeNumber(std::optional<std::int64_t>& into, std::optional<std::int64_t> number,
+                std::int64_t largest = INT64_MAX) noexcept;
+
+}  // namespace kestrova::imaging

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "imaging/base/image_size.h"
+#include "imaging/base/photo_properties.h"
+#include "imaging/base/rewrite_plan.h"
+#include "imaging/exif/exif_patch.h"
+#include "platform/bytes.h"
+
+#include <optional>
+
+namespace kestrova::imaging {
+
+enum class ImageType { jpeg, png, tiff };
+
+/// What can be done with photos of one type. To add a type is to write its room, and its line in the table.
+struct PhotoFormat {
+  ImageType type;
+  /// Whether a file that begins so is of this type.
+  bool (*isBeginning)(ByteView prefix) noexcept;
+  PhotoProperties (*properties)(ByteView prefix) noexcept;
+  /// As the pixels are stored. Throws ImageError.
+  PixelSize (*size)(ByteView file);
+  /// Throws ImageError when the file does not decode whole and without a warning.
+  Bytes (*rewrite)(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
+};
+
+/// The format of a file by its content; null when it is none that can be read and written.
+const PhotoFormat* formatOf(ByteView prefix) noexcept;
+
+std::optional<ImageType> imageTypeOf(ByteView prefix) noexcept;
+
+}  // namespace kestrova::imaging
