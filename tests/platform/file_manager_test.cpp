@@ -410,7 +410,7 @@ TEST(FileManager, SaysWhatAnItemIs) {
   const auto file = files->attributesOfItem(root / "link");
   ASSERT_TRUE(file);
   EXPECT_EQ(file->size, 3U);
-  EXPECT_EQ(file->modified.time_since_epoch().count(), 1234567890123456789);
+  EXPECT_EQ(file->modified, (Date{.seconds = 1234567890, .nanoseconds = 123456789}));
   EXPECT_TRUE(file->isRegularFile && !file->isDirectory);
   EXPECT_TRUE(files->isDirectory(root.path()));
   EXPECT_FALSE(files->isDirectory(root / "file"));

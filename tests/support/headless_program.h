@@ -53,7 +53,7 @@ class HeadlessProgram {
   std::shared_ptr<FakePowerAssertions> power = std::make_shared<FakePowerAssertions>();
   LogCapture log;
   /// What the program takes for the time; asked on any thread.
-  std::function<Date()> clock = [] { return Date(std::chrono::system_clock::now()); };
+  std::function<Date()> clock = currentDate;
   std::unique_ptr<MainInterface> interface;
 
   OrganiseManager& manager() { return interface->manager; }

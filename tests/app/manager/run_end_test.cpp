@@ -41,11 +41,11 @@ TEST_F(RunEnd, StopsTheBarEvenWhenNothingElseHas) {
 }
 
 TEST_F(RunEnd, RemembersWhenTheLastRunWasStarted) {
-  Date now(std::chrono::hours(1));
+  Date now{.seconds = 3600};
   program.clock = [&now] { return now; };
   program.run();
   EXPECT_EQ(manager().starttime, now);
-  now += std::chrono::hours(1);
+  now.seconds += 3600;
   program.run();
   EXPECT_EQ(manager().starttime, now);
 }

@@ -131,34 +131,4 @@ TEST_F(Statistics, PostedBeforeTheControllerGoesAreDropped) {
   EXPECT_NO_THROW(program.settle());
 }
 
-TEST(StatusLine, ShowsTheTextThatWasPostedLast) {
-  test::HeadlessProgram program;
-  std::thread([&] {
-    program.manager().setStatus(QStringLiteral("first"));
-    program.manager().setStatus(QStringLiteral("second"));
-  }).join();
-  program.settle();
-  EXPECT_EQ(program.statusTexts(), QStringList({QStringLiteral("first"), QStringLiteral("second")}));
-  program.manager().setStatus(QString());
-  program.settle();
-  EXPECT_EQ(program.status(), QString());
-}
-
-TEST(StatusLine, IsNotChangedByAnAbsentLabel) {
-  test::HeadlessProgram program;
-  program.interface->lblStatus.reset();
-  program.manager().setStatus(QStringLiteral("nobody sees this"));
-  EXPECT_NO_THROW(test::HeadlessProgram::settle());
-  EXPECT_TRUE(program.manager().lblStatus.isAbsent());
-  program.interface->lblStatus = std::make_shared<TextField>();
-}
-
-TEST(Clock, CountsMillisecondsSince1970) {
-  Host host;
-  host.defaults = volatileUserDefaults();
-  host.now = [] { return Date{.seconds = 1, .nanoseconds = 500'000'000}; };
-  const OrganiseManager manager(host);
-  EXPECT_EQ(manager.getMilliseconds(), QStringLiteral("1500"));
-}
-
 }  // namespace kestrova

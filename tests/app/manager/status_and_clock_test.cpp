@@ -17,7 +17,9 @@ class StatusLine : public testing::Test {
 
 QString millisecondsAt(std::chrono::microseconds sinceEpoch) {
   test::HeadlessProgram program;
-  program.clock = [sinceEpoch] { return Date(sinceEpoch); };
+  const auto whole = std::chrono::floor<std::chrono::seconds>(sinceEpoch);
+  const std::chrono::nanoseconds rest = sinceEpoch - whole;
+  program.clock = [&] { return Date{whole.count(), static_cast<std::int32_t>(rest.count())}; };
   return program.manager().getMilliseconds();
 }
 
