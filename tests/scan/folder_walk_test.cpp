@@ -1,7 +1,5 @@
 #include "scan/folder_walk.h"
 
-#include "platform/file_error.h"
-#include "support/failing_file_manager.h"
 #include "support/temporary_folder.h"
 #include "support/walking.h"
 #include "support/without_privileges.h"
@@ -32,29 +30,10 @@ using test::writeFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-bool isPhoto(std::string_view name) { return name.ends_with(".jpg"); }
-
-using Visit = std::function<void(const WalkedFile&)>;
-
-/// A walk of the host's own files that goes on to the end.
-FolderWalk walkOfPhotos(Visit visit) {
-  return {.wants = isPhoto, .keepsGoing = [] { return true; }, .visits = std::move(visit)};
-}
-
-bool walkFiles(const Path& root, const FolderWalk& walk) {
-  return walkFolder(*systemFileManager(), root, walk);
-}
-
-void failOn(const WalkedFile& file) { ADD_FAILURE() << file.path; }
-
-std::string relative(const Path& path, const Path& root) {
-  return path.native().substr(root.native().size() + 1);
-}
-
 /// The photos below a root, as paths relative to it, in the order of the walk.
 std::vector<std::string> photosBelow(const Path& root) {
   std::vector<std::string> names;
-  const auto visit = [&](const WalkedFile& file) { names.push_back(relative(file.path, root)); };
+  const auto visit = [&](const WalkedFile& file) { names.push_back(nameBelow(file.path, root)); };
   EXPECT_TRUE(walkFiles(root, walkOfPhotos(visit)));
   return names;
 }
@@ -295,121 +274,6 @@ TEST(FolderWalk, HoldsFewFilesOpenHoweverDeepItIs) {
   EXPECT_GE(during, before);
   EXPECT_LE(during, before + 2);
   EXPECT_EQ(firstFree(), before);
-}
-
-TEST(FolderWalk, TellsOfAFolderWhenItsFirstFileWasAskedForItsAttributes) {
-  const TemporaryFolder root;
-  for (const char* name : {"a.jpg", "b/1.jpg", "c.jpg", "d.jpg"}) writeFile(root / name, "x");
-  test::FailingFileManager files;
-  std::vector<std::string> events;
-  files.onEntryAttributes = [&](const Path& path) {
-    events.push_back("ask " + relative(path, root.path()));
-    return std::nullopt;
-  };
-  const auto visit = [&](const WalkedFile& file) {
-    events.push_back("visit " + relative(file.path, root.path()));
-  };
-  walkFolder(files, root.path(), walkOfPhotos(visit));
-  EXPECT_THAT(events, ElementsAre("ask a.jpg", "visit a.jpg", "ask b/1.jpg", "visit b/1.jpg", "ask c.jpg",
-                                  "visit c.jpg", "ask d.jpg", "visit d.jpg"));
-}
-
-TEST(FolderWalk, AsksForNoAttributesOfUnwantedFilesThatNobodyIsToldOf) {
-  const TemporaryFolder root;
-  for (const char* name : {"a.txt", "b/c.txt"}) writeFile(root / name, "x");
-  test::FailingFileManager files;
-  files.onEntryAttributes = [](const Path& path) {
-    ADD_FAILURE() << path;
-    return std::nullopt;
-  };
-  EXPECT_TRUE(walkFolder(files, root.path(), walkOfPhotos(failOn)));
-}
-
-TEST(FolderWalk, TellsOfUnwantedFilesInTheirPlace) {
-  const TemporaryFolder root;
-  for (const char* name : {"a.jpg", "b/note.txt", "c.HEIC"}) writeFile(root / name, "123");
-  fs::create_symlink("c.HEIC", root / "d.txt");
-  fs::create_symlink("b", root / "e.txt");
-  ASSERT_EQ(::mkfifo((root / "fifo.txt").c_str(), 0600), 0);
-  std::vector<std::string> told;
-  FolderWalk walk = walkOfPhotos([&](const WalkedFile& file) { told.push_back(file.path.filename()); });
-  walk.leaves = [&](const WalkedFile& file) {
-    told.push_back("not " + relative(file.path, root.path()) + ' ' + std::to_string(file.size));
-  };
-  EXPECT_TRUE(walkFiles(root.path(), walk));
-  EXPECT_THAT(told, ElementsAre("a.jpg", "not b/note.txt 3", "not c.HEIC 3", "not d.txt 3"));
-}
-
-namespace {
-
-/// What a walk of the photos below a root could not read, as "path: reason", in order.
-std::vector<std::string> unreadableBelow(const FileManager& files, const Path& root) {
-  std::vector<std::string> told;
-  FolderWalk walk = walkOfPhotos([](const WalkedFile&) {});
-  walk.cannotRead = [&](const Path& path, const FileError& error) {
-    told.push_back((path == root ? "." : relative(path, root)) + ": " + error.message);
-  };
-  EXPECT_TRUE(walkFolder(files, root, walk));
-  return told;
-}
-
-FileError inputError() { return systemError(EIO); }
-
-}  // namespace
-
-TEST(FolderWalk, TellsOfFoldersThatCannotBeOpened) {
-  const TemporaryFolder root;
-  for (const char* name : {"a/1.jpg", "b/c/2.jpg"}) writeFile(root / name, "x");
-  test::FailingFileManager files;
-  files.onOpenFolder = [](const Path& path) {
-    return path.filename() == "c" ? std::optional(inputError()) : std::nullopt;
-  };
-  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("b/c: Input/output error"));
-  EXPECT_THAT(unreadableBelow(files, root / "b/c"), ElementsAre(".: Input/output error"));
-}
-
-TEST(FolderWalk, TellsOfARootThatIsMissing) {
-  const TemporaryFolder root;
-  EXPECT_THAT(unreadableBelow(*systemFileManager(), root / "gone"),
-              ElementsAre(".: No such file or directory"));
-}
-
-TEST(FolderWalk, TellsOfAFolderThatCannotBeReadToItsEndAndVisitsWhatItSaw) {
-  const TemporaryFolder root;
-  for (const char* name : {"a/1.jpg", "b.jpg"}) writeFile(root / name, "x");
-  test::FailingFileManager files;
-  files.onListed = [&](const Path& path) {
-    return path == root / "a" ? std::optional(inputError()) : std::nullopt;
-  };
-  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("a: Input/output error"));
-  std::vector<std::string> visited;
-  walkFolder(files, root.path(), walkOfPhotos([&](const WalkedFile& file) {
-               visited.push_back(relative(file.path, root.path()));
-             }));
-  EXPECT_THAT(visited, ElementsAre("a/1.jpg", "b.jpg"));
-}
-
-TEST(FolderWalk, TellsOfFilesWhoseAttributesCannotBeReadButNotOfDanglingLinks) {
-  const TemporaryFolder root;
-  for (const char* name : {"a.jpg", "b/1.jpg", "c.jpg"}) writeFile(root / name, "x");
-  fs::create_symlink("nowhere", root / "d.jpg");
-  fs::create_symlink("e.jpg", root / "e.jpg");
-  test::FailingFileManager files;
-  files.onEntryAttributes = [](const Path& path) {
-    return path.filename() == "c.jpg" ? std::optional(inputError()) : std::nullopt;
-  };
-  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("c.jpg: Input/output error"));
-}
-
-TEST(FolderWalk, TellsOfAFolderThatCannotBeOpenedAgainAfterItsSubfolder) {
-  const TemporaryFolder root;
-  for (const char* name : {"a/b/1.jpg", "a/c.jpg"}) writeFile(root / name, "x");
-  test::FailingFileManager files;
-  int opened = 0;
-  files.onOpenFolder = [&](const Path& path) {
-    return path == root / "a" && ++opened == 2 ? std::optional(inputError()) : std::nullopt;
-  };
-  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("a/c.jpg: Input/output error"));
 }
 
 }  // namespace kestrova

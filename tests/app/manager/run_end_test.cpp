@@ -87,7 +87,7 @@ TEST_F(RunEnd, KeepsTheErrorTextWhenTheVolumeIsFull) {
 TEST_F(RunEnd, ShowsStoppedEvenAfterAnError) {
   files->onStageCopy = [this](const Path&, const Path&) -> std::optional<FileError> {
     copying.pass();
-    return FileError{FileError::unspecifiedWrite, "full"};
+    return FileError{ENOSPC, "full"};
   };
   start();
   program.waitUntil([this] { return copying.isReached(); });
