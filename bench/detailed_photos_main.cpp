@@ -1,6 +1,8 @@
 // Makes detailed photos to measure with: leaves of all sizes that cover each other ("dead leaves", whose
 // statistics are those of natural scenes), with a grain on them, as JPEG of quality 92, 8 to 24 megapixels.
 //   kestrova-detailed-photos FOLDER COUNT
+#include "imaging/jpeg/jpeg_pixels.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -11,8 +13,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#include <turbojpeg.h>
 
 namespace {
 
@@ -67,16 +67,13 @@ class Canvas {
     }
   }
 
-  std::vector<unsigned char> jpeg(int sampling) {
-    tjhandle encoder = tjInitCompress();
-    unsigned char* data = nullptr;
-    unsigned long size = 0;
-    tjCompress2(encoder, pixels_.data(), size_.width, 0, size_.height, TJPF_RGB, &data, &size, sampling, 92,
-                0);
-    std::vector<unsigned char> file(data, data + size);
-    tjFree(data);
-    tjDestroy(encoder);
-    return file;
+  kestrova::Bytes jpeg(int pixelsPerColorY) const {
+    const auto rowBytes = 3 * static_cast<std::size_t>(size_.width);
+    return kestrova::imaging::encodePixels(
+        {.size = {size_.width, size_.height},
+         .pixelBytes = 3,
+         .rowAt = [&](std::int64_t y) { return pixels_.data() + static_cast<std::size_t>(y) * rowBytes; }},
+        {.quality = 92, .pixelsPerColorX = 2, .pixelsPerColorY = pixelsPerColorY});
   }
 
  private:
@@ -104,7 +101,7 @@ void makePhoto(const std::filesystem::path& path, unsigned index) {
     covered += 2 * radius * radius;
   }
   canvas.grain(random);
-  const auto file = canvas.jpeg(index % 4 == 3 ? TJSAMP_422 : TJSAMP_420);
+  const auto file = canvas.jpeg(index % 4 == 3 ? 1 : 2);
   std::ofstream(path, std::ios::binary)
       .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
 }

@@ -14,10 +14,13 @@ namespace kestrova::imaging {
 
 namespace {
 
+/// A TIFF file is its own Exif block.
+ByteView wholeFile(ByteView file) noexcept { return file; }
+
 constexpr std::array formats{
-    PhotoFormat{ImageType::jpeg, beginsLikeJpeg, readJpegProperties, jpegSize, rewriteJpeg},
-    PhotoFormat{ImageType::png, beginsLikePng, readPngProperties, pngSize, rewritePng},
-    PhotoFormat{ImageType::tiff, beginsLikeTiff, readTiffProperties, tiffSize, rewriteTiff},
+    PhotoFormat{ImageType::jpeg, beginsLikeJpeg, readJpegProperties, jpegExifBlock, jpegSize, rewriteJpeg},
+    PhotoFormat{ImageType::png, beginsLikePng, readPngProperties, pngExifBlock, pngSize, rewritePng},
+    PhotoFormat{ImageType::tiff, beginsLikeTiff, readTiffProperties, wholeFile, tiffSize, rewriteTiff},
 };
 
 }  // namespace

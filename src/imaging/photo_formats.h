@@ -18,6 +18,8 @@ struct PhotoFormat {
   /// Whether a file that begins so is of this type.
   bool (*isBeginning)(ByteView prefix) noexcept;
   PhotoProperties (*properties)(ByteView prefix) noexcept;
+  /// The first Exif block: a TIFF structure; empty when there is none.
+  ByteView (*exifBlock)(ByteView file) noexcept;
   /// As the pixels are stored. Throws ImageError.
   PixelSize (*size)(ByteView file);
   /// Throws ImageError when the file does not decode whole and without a warning.

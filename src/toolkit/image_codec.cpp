@@ -1,9 +1,9 @@
 #include "toolkit/image_codec.h"
 
 #include "imaging/base/image_limits.h"
+#include "imaging/photo_preview.h"
 #include "imaging/photo_properties.h"
 #include "toolkit/bitmap_reorientation.h"
-#include "toolkit/embedded_thumbnail.h"
 #include "toolkit/jpeg_codec.h"
 #include "toolkit/png_codec.h"
 #include "toolkit/tiff_codec.h"
@@ -40,7 +40,7 @@ std::vector<QImage> decodeImagesUpright(ByteView file) {
   return images;
 }
 
-QImage decodeEmbeddedThumbnail(ByteView file) { return decodeJpeg(embeddedThumbnail(file)); }
+QImage decodeEmbeddedThumbnail(ByteView file) { return decodeJpeg(imaging::embeddedPreview(file)); }
 
 QImage turnedUpright(const QImage& stored, ByteView file) {
   const auto properties = imaging::readPhotoProperties(file);

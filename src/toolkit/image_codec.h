@@ -9,9 +9,9 @@
 #include <span>
 #include <vector>
 
-/// Whole pictures from files' bytes and back, by libjpeg-turbo, libpng and libtiff. JPEG and PNG
-/// keep their colour space; TIFF has 8 bits a sample. Pure, and callable from any thread; nothing is written
-/// to standard error.
+/// Whole pictures from files' bytes and back, by the codecs that rewrite photos. JPEG and PNG keep their
+/// colour space; TIFF has 8 bits a sample. Pure, and callable from any thread; nothing is written to standard
+/// error.
 namespace kestrova {
 
 /// Whether a picture of this size may be decoded or made: its pixels stay within the bounds of
@@ -25,7 +25,7 @@ QImage decodeImage(ByteView file);
 /// All pictures of the file, turned upright by its stored orientation; none when one of them does not decode.
 std::vector<QImage> decodeImagesUpright(ByteView file);
 
-/// The preview that a JPEG's Exif data holds, as its pixels are stored; null when it has none that can be
+/// The preview that the photo's Exif block holds, as its pixels are stored; null when it has none that can be
 /// decoded.
 QImage decodeEmbeddedThumbnail(ByteView file);
 

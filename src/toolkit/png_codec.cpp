@@ -1,117 +1,74 @@
 #include "toolkit/png_codec.h"
 
+#include "imaging/base/image_error.h"
+#include "imaging/png/png_chunks.h"
+#include "imaging/png/png_library.h"
+#include "toolkit/color_profile.h"
 #include "toolkit/image_codec.h"
 
 #include <QBuffer>
-#include <QColorSpace>
 #include <QImageWriter>
-#include <bit>
-#include <cstring>
-#include <vector>
-
-#include <png.h>
+#include <algorithm>
+#include <limits>
 
 namespace kestrova {
 
 namespace {
 
-/// One decoding. libpng leaves its functions by longjmp when something is wrong: whatever has to be released
-/// is a member, and the functions that call libpng have no such locals.
-class PngReader {
- public:
-  explicit PngReader(ByteView file)
-      : unread_(file), png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, giveUp, keepQuiet)) {
-    if (png_ != nullptr) info_ = png_create_info_struct(png_);
+using imaging::PngFormat;
+
+bool hasColor(const PngFormat& format) { return (format.colorType & PNG_COLOR_MASK_COLOR) != 0; }
+bool hasAlpha(const PngFormat& format) { return (format.colorType & PNG_COLOR_MASK_ALPHA) != 0; }
+bool isGray(const PngFormat& format) { return !hasColor(format) && !hasAlpha(format); }
+
+QImage::Format bitmapFormat(const PngFormat& format) {
+  const bool deep = format.bitDepth == 16;
+  if (isGray(format)) return deep ? QImage::Format_Grayscale16 : QImage::Format_Grayscale8;
+  if (deep) return hasAlpha(format) ? QImage::Format_RGBA64 : QImage::Format_RGBX64;
+  return hasAlpha(format) ? QImage::Format_RGBA8888 : QImage::Format_RGBX8888;
+}
+
+/// Grey or colours, with or without opacity, as four samples a pixel.
+template <typename Sample>
+void spread(const PngFormat& format, const std::uint8_t* row, std::uint8_t* to) {
+  const auto* from = reinterpret_cast<const Sample*>(row);
+  auto* pixel = reinterpret_cast<Sample*>(to);
+  const int colors = hasColor(format) ? 3 : 1;
+  for (std::int64_t x = 0; x < format.size.width; ++x, from += format.channels(), pixel += 4) {
+    for (int i = 0; i < 3; ++i) pixel[i] = from[colors == 3 ? i : 0];
+    pixel[3] = hasAlpha(format) ? from[colors] : std::numeric_limits<Sample>::max();
   }
-  ~PngReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
-  PngReader(const PngReader&) = delete;
-  PngReader& operator=(const PngReader&) = delete;
+}
 
-  QImage read() {
-    if (info_ == nullptr || !readHeader() || !makeImage() || !readPixels()) return {};
-    if (!profile_.isEmpty()) image_.setColorSpace(QColorSpace::fromIccProfile(profile_));
-    return image_;
+void putRow(const PngFormat& format, const std::uint8_t* row, std::uint8_t* to) {
+  if (isGray(format)) {
+    std::copy_n(row, format.size.width * format.pixelBytes(), to);
+  } else if (format.bitDepth == 16) {
+    spread<std::uint16_t>(format, row, to);
+  } else {
+    spread<std::uint8_t>(format, row, to);
   }
-
- private:
-  static void giveUp(png_structp png, png_const_charp) { png_longjmp(png, 1); }
-  static void keepQuiet(png_structp, png_const_charp) {}
-
-  static void readBytes(png_structp png, png_bytep to, std::size_t count) {
-    ByteView& unread = static_cast<PngReader*>(png_get_io_ptr(png))->unread_;
-    if (count > unread.size()) png_error(png, "the file is cut off");
-    std::memcpy(to, unread.data(), count);
-    unread = unread.subspan(count);
-  }
-
-  bool readHeader() {
-    if (setjmp(png_jmpbuf(png_)) != 0) return false;
-    png_set_read_fn(png_, this, readBytes);
-    png_read_info(png_, info_);
-    chooseLayout();
-    png_read_update_info(png_, info_);
-    return true;
-  }
-
-  /// Palettes and samples of less than 8 bits become whole bytes, colours four samples a pixel.
-  void chooseLayout() {
-    png_set_expand(png_);
-    if (std::endian::native == std::endian::little) png_set_swap(png_);
-    hasAlpha_ = (png_get_color_type(png_, info_) & PNG_COLOR_MASK_ALPHA) != 0 ||
-                png_get_valid(png_, info_, PNG_INFO_tRNS) != 0;
-    const bool gray = (png_get_color_type(png_, info_) & PNG_COLOR_MASK_COLOR) == 0;
-    if (gray && !hasAlpha_) return;
-    png_set_gray_to_rgb(png_);
-    if (!hasAlpha_) png_set_add_alpha(png_, 0xffff, PNG_FILLER_AFTER);
-  }
-
-  QImage::Format format() const {
-    const bool deep = png_get_bit_depth(png_, info_) == 16;
-    if (png_get_channels(png_, info_) == 1)
-      return deep ? QImage::Format_Grayscale16 : QImage::Format_Grayscale8;
-    if (deep) return hasAlpha_ ? QImage::Format_RGBA64 : QImage::Format_RGBX64;
-    return hasAlpha_ ? QImage::Format_RGBA8888 : QImage::Format_RGBX8888;
-  }
-
-  bool makeImage() {
-    const auto width = png_get_image_width(png_, info_);
-    const auto height = png_get_image_height(png_, info_);
-    const int pixelBytes = png_get_channels(png_, info_) * png_get_bit_depth(png_, info_) / 8;
-    if (!isDecodableSize(width, height, pixelBytes)) return false;
-    image_ = QImage(static_cast<int>(width), static_cast<int>(height), format());
-    for (int y = 0; y < image_.height(); ++y) rows_.push_back(image_.scanLine(y));
-    keepProfile();
-    return !image_.isNull();
-  }
-
-  void keepProfile() {
-    png_charp name = nullptr;
-    png_bytep profile = nullptr;
-    png_uint_32 size = 0;
-    int compression = 0;
-    if (png_get_iCCP(png_, info_, &name, &compression, &profile, &size) == 0) return;
-    profile_ = QByteArray(reinterpret_cast<const char*>(profile), static_cast<qsizetype>(size));
-  }
-
-  bool readPixels() {
-    if (setjmp(png_jmpbuf(png_)) != 0) return false;
-    png_read_image(png_, rows_.data());
-    png_read_end(png_, nullptr);
-    return true;
-  }
-
-  ByteView unread_;
-  png_structp png_;
-  png_infop info_ = nullptr;
-  bool hasAlpha_ = false;
-  QImage image_;
-  std::vector<png_bytep> rows_;
-  QByteArray profile_;
-};
+}
 
 }  // namespace
 
-QImage decodePng(ByteView file) { return PngReader(file).read(); }
+QImage decodePng(ByteView file) try {
+  imaging::requireWholePng(file);
+  imaging::PngDecoder decoder(file);
+  decoder.expand();
+  const PngFormat& format = decoder.format();
+  const int sampleBytes = format.bitDepth / 8;
+  if (!isDecodableSize(format.size.width, format.size.height, 4 * sampleBytes)) return {};
+  QImage image(static_cast<int>(format.size.width), static_cast<int>(format.size.height),
+               bitmapFormat(format));
+  if (image.isNull()) return {};
+  int y = 0;
+  decoder.decode([&](const std::uint8_t* row) { putRow(format, row, image.scanLine(y++)); });
+  image.setColorSpace(colorSpaceFrom(imaging::pngProfile(file)));
+  return image;
+} catch (const imaging::ImageError&) {
+  return {};
+}
 
 std::optional<Bytes> encodePng(const QImage& image) {
   QByteArray file;

@@ -2,9 +2,9 @@
 
 #include "imaging/base/image_error.h"
 #include "imaging/tiff/tiff_library.h"
+#include "toolkit/color_profile.h"
 #include "toolkit/image_codec.h"
 
-#include <QColorSpace>
 #include <bit>
 #include <utility>
 
@@ -45,9 +45,9 @@ class RgbaReader {
 
 void setColorSpace(QImage& page, TIFF* tiff) {
   std::uint32_t size = 0;
-  const char* profile = nullptr;
+  const std::uint8_t* profile = nullptr;
   if (TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &size, &profile) == 0) return;
-  page.setColorSpace(QColorSpace::fromIccProfile(QByteArray(profile, static_cast<qsizetype>(size))));
+  page.setColorSpace(colorSpaceFrom({profile, size}));
 }
 
 /// libtiff takes what is to be written as bytes without alpha or with alpha that nothing is multiplied by.

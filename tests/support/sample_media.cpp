@@ -2,24 +2,41 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 
+#include <jpeglib.h>
 #include <png.h>
-#include <turbojpeg.h>
 
 namespace kestrova::test {
 namespace {
 
 Bytes encodedJpeg(int width, int height, unsigned seed, bool progressive) {
-  const Bytes pixels = samplePixels(width, height, seed);
-  const std::unique_ptr<void, decltype(&tjDestroy)> encoder(tjInitCompress(), &tjDestroy);
+  Bytes pixels = samplePixels(width, height, seed);
+  jpeg_error_mgr errors{};  // ends the program on an error
+  jpeg_compress_struct info{};
+  info.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&info);
   unsigned char* data = nullptr;
   unsigned long size = 0;
-  const int failed = tjCompress2(encoder.get(), pixels.data(), width, 0, height, TJPF_RGB, &data, &size,
-                                 TJSAMP_420, 90, TJFLAG_ACCURATEDCT | (progressive ? TJFLAG_PROGRESSIVE : 0));
-  const std::unique_ptr<unsigned char, decltype(&tjFree)> owner(data, &tjFree);
-  if (failed != 0) throw std::runtime_error(tjGetErrorStr2(encoder.get()));
+  jpeg_mem_dest(&info, &data, &size);
+  info.image_width = static_cast<JDIMENSION>(width);
+  info.image_height = static_cast<JDIMENSION>(height);
+  info.input_components = 3;
+  info.in_color_space = JCS_RGB;
+  jpeg_set_defaults(&info);  // 4:2:0
+  jpeg_set_quality(&info, 90, TRUE);
+  if (progressive) jpeg_simple_progression(&info);
+  jpeg_start_compress(&info, TRUE);
+  while (info.next_scanline < info.image_height) {
+    JSAMPROW row = pixels.data() + std::size_t{3} * info.next_scanline * info.image_width;
+    jpeg_write_scanlines(&info, &row, 1);
+  }
+  jpeg_finish_compress(&info);
+  jpeg_destroy_compress(&info);
+  const std::unique_ptr<unsigned char, decltype(&std::free)> owner(data, &std::free);
   return {data, data + size};
 }
 

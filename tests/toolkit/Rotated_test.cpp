@@ -180,6 +180,13 @@ TEST(CreateThumbnailFromData, IsTheEmbeddedOneWhereThereIsOne) {
   }
 }
 
+TEST(CreateThumbnailFromData, IsTheOneInThePhotosOwnExifBlockOfAnyFormat) {
+  EXPECT_EQ(MyCreateThumbnailImageFromData(test::pngPhoto({.thumbnail = true}), 0).size(), QSize(160, 120));
+  test::TiffBlock tiff = test::exifBlock({.thumbnail = true});
+  test::claimSize(tiff, 20, 10);
+  EXPECT_EQ(MyCreateThumbnailImageFromData(tiff.encode(), 0).size(), QSize(160, 120));
+}
+
 TEST(CreateThumbnailFromData, IsTheWholeImageWhereNoneIsEmbedded) {
   EXPECT_EQ(MyCreateThumbnailImageFromData(test::jpegPhoto({}), 160).size(), QSize(640, 480));
   EXPECT_EQ(MyCreateThumbnailImageFromData(test::pngPhoto({}), 160).size(), QSize(640, 480));

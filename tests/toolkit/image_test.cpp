@@ -1,5 +1,6 @@
 #include "toolkit/image.h"
 
+#include "imaging/jpeg/jpeg_encoder.h"
 #include "support/real_photos.h"
 #include "support/sample_media.h"
 #include "support/test_pattern.h"
@@ -8,11 +9,12 @@
 
 #include <QColorSpace>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
-#include <turbojpeg.h>
 
 namespace kestrova {
 
@@ -197,17 +199,23 @@ TEST(ImageCodec, ReadsPalettesAndSingleBits) {
   }
 }
 
+/// A JPEG of one colour, given by its four inks.
+Bytes cmykJpeg(const std::array<std::uint8_t, 4>& inks) {
+  std::vector<imaging::Raster> planes(4, imaging::Raster(16, 16, 1));
+  for (std::size_t i = 0; i < planes.size(); ++i) {
+    for (int y = 0; y < 16; ++y) std::fill_n(planes[i].row(y), 16, inks[i]);
+  }
+  const imaging::JpegFormat format{JCS_CMYK, false, {{1, 1, 1}, {2, 1, 1}, {3, 1, 1}, {4, 1, 1}}};
+  return imaging::encodeJpeg(format, {16, 16}, planes, 95);
+}
+
 TEST(ImageCodec, ReadsTheColoursOfACmykJpeg) {
-  std::vector<unsigned char> inks;  // inverted, as Adobe's programs store them
-  for (int i = 0; i < 16 * 16; ++i) inks.insert(inks.end(), {255, 0, 128, 255});
-  const tjhandle turbo = tjInitCompress();
-  unsigned char* data = nullptr;
-  unsigned long size = 0;
-  ASSERT_EQ(tjCompress2(turbo, inks.data(), 16, 0, 16, TJPF_CMYK, &data, &size, TJSAMP_444, 95, 0), 0);
-  const QImage image = decodeImage(ByteView(data, size));
-  tjFree(data);
-  tjDestroy(turbo);
-  EXPECT_TRUE(test::isNear(image.pixel(8, 8), qRgb(255, 0, 128), 3));
+  const QImage plain = decodeImage(cmykJpeg({0, 255, 127, 0}));
+  EXPECT_TRUE(test::isNear(plain.pixel(8, 8), qRgb(255, 0, 128), 3));
+  Bytes inverted = cmykJpeg({255, 0, 128, 255});
+  const Bytes adobe = test::jpegSegment(0xEE, Bytes{'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, 0});
+  inverted.insert(inverted.begin() + 2, adobe.begin(), adobe.end());
+  EXPECT_TRUE(test::isNear(decodeImage(inverted).pixel(8, 8), qRgb(255, 0, 128), 3));
 }
 
 TEST(ImageCodec, KeepsGreyPicturesGrey) {

@@ -26,15 +26,6 @@ std::uint64_t previewDirectory(const TiffReader& block) {
   return block.nextDirectory(block.firstDirectory());
 }
 
-std::span<std::uint8_t> previewOf(const TiffReader& block, std::span<std::uint8_t> bytes) {
-  const std::uint64_t directory = previewDirectory(block);
-  const auto offset = block.integer(directory, tag::previewOffset).value_or(-1);
-  const auto length = block.integer(directory, tag::previewLength).value_or(-1);
-  const std::int64_t size = std::ssize(bytes);
-  if (offset < 0 || length < 0 || offset > size || length > size - offset) return {};
-  return bytes.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));
-}
-
 }  // namespace
 
 void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
@@ -46,9 +37,15 @@ void patchExif(std::span<std::uint8_t> bytes, const ExifPatch& patch) {
   if (patch.exchangesAxes) block->exchangeValues(first, tag::xResolution, tag::yResolution);
 }
 
-std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> bytes) {
+ByteView exifPreview(ByteView bytes) {
   const auto block = TiffReader::open(bytes);
-  return block ? previewOf(*block, bytes) : std::span<std::uint8_t>();
+  if (!block) return {};
+  const std::uint64_t directory = previewDirectory(*block);
+  const auto offset = block->integer(directory, tag::previewOffset).value_or(-1);
+  const auto length = block->integer(directory, tag::previewLength).value_or(-1);
+  const std::int64_t size = std::ssize(bytes);
+  if (offset < 0 || length < 0 || offset > size || length > size - offset) return {};
+  return bytes.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));
 }
 
 void turnExifPreview(std::span<std::uint8_t> bytes, const PreviewTurner& turn) {
@@ -58,7 +55,9 @@ void turnExifPreview(std::span<std::uint8_t> bytes, const PreviewTurner& turn) {
   const std::uint64_t photo = reader.firstDirectory();
   const std::uint64_t directory = previewDirectory(reader);
   if (directory == 0) return;
-  const auto preview = previewOf(reader, bytes);
+  const ByteView found = exifPreview(bytes);
+  const auto begin = found.empty() ? 0 : static_cast<std::size_t>(found.data() - bytes.data());
+  const auto preview = bytes.subspan(begin, found.size());
   const auto ownOrientation = reader.integer(directory, tag::orientation);
   const bool isTurnedAlike = !ownOrientation || ownOrientation == reader.integer(photo, tag::orientation);
   const std::size_t length = isTurnedAlike && !preview.empty() ? turn(preview) : 0;

@@ -2,6 +2,7 @@
 
 #include "imaging/base/image_size.h"
 #include "imaging/base/preview_turner.h"
+#include "platform/bytes.h"
 
 #include <cstdint>
 #include <optional>
@@ -30,7 +31,7 @@ void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
 
 /// The bytes of the preview that the block's second directory names (Exif 2.3, 4.5.4); empty when there is
 /// none, or it does not stand in the block.
-std::span<std::uint8_t> exifPreview(std::span<std::uint8_t> block);
+ByteView exifPreview(ByteView block);
 
 /// Turns the preview that the block's second directory names. The directory is taken out when the preview
 /// cannot be turned or claims another orientation than the photo. To be called before `patchExif`.

@@ -1,7 +1,11 @@
 #include "imaging/jpeg/jpeg_decoder.h"
 
+#include "imaging/jpeg/jpeg_segments.h"
+
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <memory>
 
 namespace kestrova::imaging {
 
@@ -30,16 +34,18 @@ struct JpegDecoder::Band {
   std::vector<JSAMPROW> rows_;
 };
 
-JpegDecoder::JpegDecoder(ByteView file) {
+JpegDecoder::JpegDecoder(ByteView file, Profile profile) {
   info_.err = errors_.manager();
   errors_.guarded([this] { jpeg_create_decompress(&info_); });
   info_.mem->max_memory_to_use = maxWorkingBytes;
   try {
     errors_.guarded([&] {
       jpeg_mem_src(&info_, file.data(), file.size());
+      if (profile == Profile::read) jpeg_save_markers(&info_, jpeg_marker::app2, mostPayloadBytes);
       jpeg_read_header(&info_, TRUE);
     });
     requireAffordable(info_.image_width, info_.image_height);
+    if (profile == Profile::read) readProfile();
   } catch (...) {
     jpeg_destroy_decompress(&info_);
     throw;
@@ -53,6 +59,18 @@ JpegFormat JpegDecoder::format() const {
     format.components.push_back({component.component_id, component.h_samp_factor, component.v_samp_factor});
   }
   return format;
+}
+
+void JpegDecoder::readProfile() {
+  JOCTET* data = nullptr;
+  unsigned size = 0;
+  try {
+    errors_.guarded([&] { jpeg_read_icc_profile(&info_, &data, &size); });
+  } catch (const ImageError&) {
+    return;  // the pixels may be sound all the same
+  }
+  const std::unique_ptr<JOCTET, decltype(&std::free)> owner(data, &std::free);
+  profile_.assign(data, data + size);
 }
 
 void JpegDecoder::start(int eighths) {

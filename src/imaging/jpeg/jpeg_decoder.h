@@ -20,14 +20,19 @@ class JpegDecoder {
     double samplesPerPixelY = 1;
   };
 
+  /// Whether the colour profile is read with the headers.
+  enum class Profile { skipped, read };
+
   /// Reads the headers. The file has to outlive the decoder.
-  explicit JpegDecoder(ByteView file);
+  explicit JpegDecoder(ByteView file, Profile profile = Profile::skipped);
   ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
   JpegDecoder(const JpegDecoder&) = delete;
   JpegDecoder& operator=(const JpegDecoder&) = delete;
 
   PixelSize size() const { return {info_.image_width, info_.image_height}; }
   JpegFormat format() const;
+  /// The ICC profile; empty when it was skipped, or is absent or damaged.
+  const Bytes& profile() const { return profile_; }
   jpeg_decompress_struct& info() { return info_; }
   JpegErrors& errors() { return errors_; }
 
@@ -41,8 +46,11 @@ class JpegDecoder {
  private:
   struct Band;  ///< the rows of one component that are decoded at a time
 
+  void readProfile();
+
   JpegErrors errors_;
   jpeg_decompress_struct info_{};
+  Bytes profile_;
 };
 
 /// Decodes all pixels at the least expense; throws ImageError when that cannot be done without a warning.

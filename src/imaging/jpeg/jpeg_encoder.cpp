@@ -70,7 +70,7 @@ Bytes encodeJpeg(const JpegFormat& format, const PixelSize& size, std::span<Rast
     compressor.errors().guarded([&] { jpeg_write_raw_data(&info, bands.data(), lines); });
   }
   compressor.errors().guarded([&] { jpeg_finish_compress(&info); });
-  return compressor.take();
+  return compressor.bytes();
 }
 
 }  // namespace kestrova::imaging

@@ -1,10 +1,7 @@
 #include "imaging/jpeg/jpeg_library.h"
 
 #include <algorithm>
-#include <new>
-#include <utility>
-
-#include <jerror.h>
+#include <cstdlib>
 
 namespace kestrova::imaging {
 
@@ -37,36 +34,18 @@ int JpegFormat::maxVertical() const {
 
 JpegCompressor::JpegCompressor() {
   info_.err = errors_.manager();
-  errors_.guarded([this] { jpeg_create_compress(&info_); });
-  info_.mem->max_memory_to_use = maxWorkingBytes;
-  info_.client_data = this;
-  destination_.init_destination = [](j_compress_ptr) {};
-  destination_.empty_output_buffer = grow;
-  destination_.term_destination = [](j_compress_ptr) {};
-  bytes_.resize(1 << 20);
-  destination_.next_output_byte = bytes_.data();
-  destination_.free_in_buffer = bytes_.size();
-  info_.dest = &destination_;
+  errors_.guarded([this] {
+    jpeg_create_compress(&info_);
+    info_.mem->max_memory_to_use = maxWorkingBytes;
+    jpeg_mem_dest(&info_, &written_, &size_);
+  });
 }
 
-boolean JpegCompressor::grow(j_compress_ptr info) {
-  auto* self = static_cast<JpegCompressor*>(info->client_data);
-  const std::size_t filled = self->bytes_.size();
-  bool grown = true;
-  try {
-    self->bytes_.resize(2 * filled);
-  } catch (const std::bad_alloc&) {
-    grown = false;
-  }
-  if (!grown) ERREXIT1(info, JERR_OUT_OF_MEMORY, 0);
-  self->destination_.next_output_byte = self->bytes_.data() + filled;
-  self->destination_.free_in_buffer = filled;
-  return TRUE;
-}
-
-Bytes JpegCompressor::take() {
-  bytes_.resize(bytes_.size() - destination_.free_in_buffer);
-  return std::move(bytes_);
+JpegCompressor::~JpegCompressor() {
+  // The memory has moved as it grew, and only this tells where to when the compressor was left by an error.
+  info_.dest->term_destination(&info_);
+  jpeg_destroy_compress(&info_);
+  std::free(written_);
 }
 
 }  // namespace kestrova::imaging

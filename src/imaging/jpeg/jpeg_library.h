@@ -57,26 +57,24 @@ struct JpegFormat {
   int maxVertical() const;
 };
 
-/// A compressor that writes into a vector of bytes.
+/// A compressor that writes into memory.
 class JpegCompressor {
  public:
   JpegCompressor();
-  ~JpegCompressor() { jpeg_destroy_compress(&info_); }
+  ~JpegCompressor();
   JpegCompressor(const JpegCompressor&) = delete;
   JpegCompressor& operator=(const JpegCompressor&) = delete;
 
   jpeg_compress_struct& info() { return info_; }
   JpegErrors& errors() { return errors_; }
-  /// What was written; to be called once, at the end.
-  Bytes take();
+  /// What was written, once the compressor has finished.
+  Bytes bytes() const { return {written_, written_ + size_}; }
 
  private:
-  static boolean grow(j_compress_ptr info);
-
   JpegErrors errors_;
   jpeg_compress_struct info_{};
-  jpeg_destination_mgr destination_{};
-  Bytes bytes_;
+  unsigned char* written_ = nullptr;
+  unsigned long size_ = 0;
 };
 
 }  // namespace kestrova::imaging

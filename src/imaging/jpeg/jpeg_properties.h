@@ -11,4 +11,8 @@ bool beginsLikeJpeg(ByteView file) noexcept;
 /// from its first Exif block. The bytes may end anywhere and hold anything. Allocates nothing.
 PhotoProperties readJpegProperties(ByteView prefix) noexcept;
 
+/// The first Exif block before the pixels, without the name that its segment begins with; empty when there is
+/// none.
+ByteView jpegExifBlock(ByteView file) noexcept;
+
 }  // namespace kestrova::imaging

@@ -162,7 +162,7 @@ Bytes reorientCoefficients(JpegDecoder& decoder, const Reorientation& reorientat
     jpeg_finish_compress(&compressor.info());
   });
   decoder.errors().guarded([&] { jpeg_finish_decompress(&info); });
-  return compressor.take();
+  return compressor.bytes();
 }
 
 }  // namespace kestrova::imaging

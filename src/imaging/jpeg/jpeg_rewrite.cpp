@@ -16,20 +16,13 @@ namespace kestrova::imaging {
 namespace {
 
 constexpr int scaledQuality = 90;
-/// For pixels that only were turned: close enough that the eye finds no difference.
+/// For pixels that were only turned: close enough that the eye finds no difference.
 constexpr int turnedQuality = 95;
 
 /// The preview of a smaller photo may have this many pixels.
 constexpr std::int64_t smallPhotoPixels = 1'000'000;
 
 std::int64_t pixelsOf(const PixelSize& size) { return size.width * size.height; }
-
-JpegOutline readableOutline(ByteView file) {
-  auto outline = outlineJpeg(file);
-  if (!outline) throw ImageError("no whole JPEG");
-  if (outline->scans > maxJpegScans) throw ImageError("the JPEG has too many scans");
-  return *std::move(outline);
-}
 
 Bytes newPixels(ByteView file, const RewritePlan& plan) {
   std::optional<JpegDecoder> decoder(std::in_place, file);
@@ -42,7 +35,7 @@ Bytes newPixels(ByteView file, const RewritePlan& plan) {
                     plan.scales() ? scaledQuality : turnedQuality);
 }
 
-/// Puts new pixels in the place of those that a JPEG has; 0, and nothing is done, when there is no room.
+/// Replaces the pixels of a JPEG within its bytes; 0, and nothing is done, when they have no room.
 std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, ByteView pixels) {
   const Bytes whole = joinJpeg(ByteView(bytes).first(outline.imageEnd), outline, pixels, {});
   if (whole.size() > bytes.size()) return 0;
@@ -71,7 +64,7 @@ std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outli
 PixelSize jpegSize(ByteView file) { return JpegDecoder(file).size(); }
 
 Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
-  const JpegOutline outline = readableOutline(file);
+  const JpegOutline outline = outlineJpeg(file);
   if (plan.keepsPixels()) {
     verifyJpeg(file);
     Bytes result(file.begin(), file.end());
@@ -84,7 +77,7 @@ Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& ed
 std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
                            std::int64_t mostPixels) {
   try {
-    const JpegOutline outline = readableOutline(bytes);
+    const JpegOutline outline = outlineJpeg(bytes);
     const PixelSize size = JpegDecoder(bytes).size();
     if (pixelsOf(size) > mostPixels) return 0;
     const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, reorientation, false}));

@@ -13,7 +13,7 @@ constexpr std::size_t offsetField = 8;
 
 }  // namespace
 
-std::optional<MultiPictureIndex> MultiPictureIndex::read(std::span<std::uint8_t> bytes, std::size_t base,
+std::optional<MultiPictureIndex> MultiPictureIndex::read(ByteView bytes, std::size_t base,
                                                          std::size_t imageEnd, std::size_t fileSize) {
   MultiPictureIndex index;
   const auto block = TiffReader::open(bytes);

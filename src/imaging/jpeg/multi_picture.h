@@ -1,6 +1,5 @@
 #pragma once
 
-#include "imaging/exif/exif_patch.h"
 #include "platform/bytes.h"
 
 #include <cstddef>
@@ -16,14 +15,14 @@ struct FurtherPicture {
   std::size_t length = 0;
 };
 
-/// The index of a multi-picture file (CIPA DC-007): a TIFF structure behind "MPF\0" in an APP2 segment, whose
+/// The index of a multi-picture file (CIPA DC-007): a TIFF structure after "MPF\0" in an APP2 segment, whose
 /// offsets count from its own beginning in the file.
 class MultiPictureIndex {
  public:
   /// Reads the structure that stands at `base` in a file of `fileSize` bytes whose first picture ends at
-  /// `imageEnd`. Nothing when it names a picture that does not lie whole behind the first.
-  static std::optional<MultiPictureIndex> read(std::span<std::uint8_t> block, std::size_t base,
-                                               std::size_t imageEnd, std::size_t fileSize);
+  /// `imageEnd`. Nothing when it names a picture that does not lie whole after the first.
+  static std::optional<MultiPictureIndex> read(ByteView block, std::size_t base, std::size_t imageEnd,
+                                               std::size_t fileSize);
 
   const std::vector<FurtherPicture>& pictures() const { return pictures_; }
 

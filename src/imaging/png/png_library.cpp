@@ -19,11 +19,12 @@ int PngFormat::channels() const {
          ((colorType & PNG_COLOR_MASK_ALPHA) != 0 ? 1 : 0);
 }
 
-PngDecoder::PngDecoder(ByteView file) : rest_(file) {
-  png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &errors_, PngErrors::leave, PngErrors::leave);
+PngDecoder::PngDecoder(ByteView file, Wants wants) : rest_(file) {
+  const auto onWarning = wants == Wants::pixels ? PngErrors::leave : PngErrors::ignore;
+  png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, &errors_, PngErrors::leave, onWarning);
   if (png_ == nullptr) throw std::bad_alloc();
   try {
-    errors_.guarded([this] { readHeaders(); });
+    errors_.guarded([&] { readHeaders(wants); });
     requireAffordable(format_.size.width, format_.size.height, format_.pixelBytes());
   } catch (...) {
     png_destroy_read_struct(&png_, &info_, nullptr);
@@ -31,7 +32,7 @@ PngDecoder::PngDecoder(ByteView file) : rest_(file) {
   }
 }
 
-void PngDecoder::readHeaders() {
+void PngDecoder::readHeaders(Wants wants) {
   info_ = png_create_info_struct(png_);
   png_set_read_fn(png_, this, read);
   png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
@@ -39,6 +40,10 @@ void PngDecoder::readHeaders() {
   // A flaw in a comment is not a flaw in the picture: only what the pixels depend on is looked at.
   constexpr int allButPixels = -1;
   png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, allButPixels);
+  if (wants == Wants::profile) {
+    constexpr png_byte profileChunk[] = "iCCP";
+    png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_AS_DEFAULT, profileChunk, 1);
+  }
   png_set_chunk_malloc_max(png_, 0);
   png_read_info(png_, info_);
   readFormat();
@@ -63,6 +68,23 @@ std::vector<png_color> PngDecoder::palette() {
   int count = 0;
   if (png_get_PLTE(png_, info_, &colors, &count) == 0) return {};
   return {colors, colors + count};
+}
+
+Bytes PngDecoder::profile() {
+  png_charp name = nullptr;
+  png_bytep data = nullptr;
+  png_uint_32 size = 0;
+  int compression = 0;
+  if (png_get_iCCP(png_, info_, &name, &compression, &data, &size) == 0) return {};
+  return {data, data + size};
+}
+
+Bytes pngProfile(ByteView file) {
+  try {
+    return PngDecoder(file, PngDecoder::Wants::profile).profile();
+  } catch (const ImageError&) {
+    return {};
+  }
 }
 
 void PngDecoder::expand() {

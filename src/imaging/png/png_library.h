@@ -29,6 +29,7 @@ class PngErrors {
 
   /// libpng's error and warning function; its error pointer leads to one of these.
   static void leave(png_structp png, png_const_charp message);
+  static void ignore(png_structp, png_const_charp) {}
 
  private:
   std::jmp_buf escape_{};
@@ -50,8 +51,12 @@ struct PngFormat {
 /// Decodes a PNG. Throws ImageError, and that on libpng's first warning.
 class PngDecoder {
  public:
-  /// Reads the headers. The file, of which the checksums are not looked at, has to outlive the decoder.
-  explicit PngDecoder(ByteView file);
+  /// What is wanted of the file besides its header.
+  enum class Wants { pixels, profile };
+
+  /// Reads the headers. The file, of which the checksums are not looked at, has to outlive the decoder. Only
+  /// a decoder for pixels takes warnings for errors.
+  explicit PngDecoder(ByteView file, Wants wants = Wants::pixels);
   ~PngDecoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
   PngDecoder(const PngDecoder&) = delete;
   PngDecoder& operator=(const PngDecoder&) = delete;
@@ -59,6 +64,8 @@ class PngDecoder {
   /// As the file has them; after `expand`, as they are decoded.
   const PngFormat& format() const { return format_; }
   std::vector<png_color> palette();
+  /// The ICC profile; empty when it was not wanted or is absent.
+  Bytes profile();
 
   /// Has palettes decoded to colours, grey of less than 8 bits to 8 bits, and a transparent colour to
   /// opacity.
@@ -68,7 +75,7 @@ class PngDecoder {
 
  private:
   static void read(png_structp png, png_bytep to, std::size_t count);
-  void readHeaders();
+  void readHeaders(Wants wants);
   void readFormat();
   void decodeInterlaced(int passes, const std::function<void(const std::uint8_t* row)>& take);
 
@@ -78,6 +85,9 @@ class PngDecoder {
   png_infop info_ = nullptr;
   PngFormat format_;
 };
+
+/// The ICC profile of a PNG; empty when there is none, or it is damaged.
+Bytes pngProfile(ByteView file);
 
 /// Encodes rows as PngDecoder gives them, with a palette where the format wants one. Throws ImageError.
 Bytes encodePng(const PngFormat& format, const std::vector<png_color>& palette, const Raster& raster);

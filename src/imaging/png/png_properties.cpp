@@ -33,4 +33,12 @@ PhotoProperties readPngProperties(ByteView prefix) noexcept {
   return properties;
 }
 
+ByteView pngExifBlock(ByteView file) noexcept {
+  std::optional<ByteView> block;
+  visitPngChunks(file, [&](const PngChunk& chunk) {
+    if (chunk.type == "eXIf" && !block) block = chunk.data.subspan(exifNameLength(chunk.data));
+  });
+  return block.value_or(ByteView());
+}
+
 }  // namespace kestrova::imaging

@@ -11,4 +11,7 @@ bool beginsLikePng(ByteView file) noexcept;
 /// The bytes may end anywhere and hold anything after the signature. Allocates nothing.
 PhotoProperties readPngProperties(ByteView prefix) noexcept;
 
+/// The Exif block of the first eXIf chunk; empty when there is none.
+ByteView pngExifBlock(ByteView file) noexcept;
+
 }  // namespace kestrova::imaging

@@ -239,7 +239,7 @@ TEST_F(PreviewTest, IsTurnedEvenWhereItsBytesHaveNoRoomForIt) {
   const std::size_t length = turnJpegWithin(small, quarterTurn_, 1'000'000);
   EXPECT_GT(length, 0U);
   EXPECT_LE(length, source.size());
-  EXPECT_EQ(outlineJpeg(small)->imageEnd, length);
+  EXPECT_EQ(outlineJpeg(small).imageEnd, length);
   EXPECT_GT(test::sizeOf(small)->stored.height, test::sizeOf(small)->stored.width);
 }
 
@@ -328,7 +328,19 @@ TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
   const Bytes result = mustRewrite(source, {std::nullopt, true});
   EXPECT_TRUE(secondPicture(result).empty());
   EXPECT_FALSE(contains(result, second));
-  EXPECT_EQ(outlineJpeg(result)->imageEnd, result.size());
+  EXPECT_EQ(outlineJpeg(result).imageEnd, result.size());
+}
+
+TEST_F(MultiPictureTest, KeepsASecondPictureThatStatesItsOwnOrientation) {
+  const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .orientation = 6});
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  EXPECT_EQ(secondPicture(mustRewrite(source, {std::nullopt, true})), second);
+}
+
+TEST_F(MultiPictureTest, LosesASecondPictureThatIsLargerThanTheFirst) {
+  const Bytes second = jpegPhoto({.width = 1200, .height = 1000, .seed = 5, .exif = false});
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  EXPECT_TRUE(secondPicture(mustRewrite(source, {std::nullopt, true})).empty());
 }
 
 TEST_F(MultiPictureTest, StandsAThousandMutations) {
