@@ -21,7 +21,7 @@ if(TARGET kestrova)
   install(FILES ${resources}/manual/kestrova.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT kestrova)
 endif()
 
-# What tells a freedesktop.org desktop about the program.
+# What a freedesktop.org desktop reads about the program.
 if(TARGET kestrova AND NOT APPLE)
   set(metainfo ${application_id}.metainfo.xml)
   configure_file(${resources}/desktop/${metainfo}.in ${PROJECT_BINARY_DIR}/${metainfo} @ONLY)

@@ -1,5 +1,5 @@
 # The Debian packages kestrova and kestrova-cli: `cpack --config build/release/CPackConfig.cmake` makes them. Neither
-# needs the other. What they depend on is read from the programs.
+# needs the other. Their dependencies are read from the programs.
 set(CPACK_GENERATOR DEB)
 set(CPACK_COMPONENTS_ALL kestrova-cli)
 if(TARGET kestrova)
@@ -22,22 +22,22 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own, as its first line
 set(what_it_does "\
-It copies the photos and videos that lie scattered over cards, phones and
-old disks into one folder tree, by the date on which they were taken. What
-it has met already is left out, photos are turned upright and made smaller
-if wanted, and originals are never touched.")
+It copies the photos and videos scattered over cards, phones and old disks
+into one folder tree, sorted by the date they were taken. It skips
+duplicates, can rotate photos upright and downscale them, and never touches
+an original.")
 set(CPACK_DEBIAN_KESTROVA_PACKAGE_NAME kestrova)
 set(CPACK_DEBIAN_KESTROVA_PACKAGE_RECOMMENDS "hicolor-icon-theme, qt6-translations-l10n, qt6-wayland")
 set(CPACK_DEBIAN_KESTROVA_PACKAGE_SUGGESTS kestrova-cli)
-set(CPACK_DEBIAN_KESTROVA_DESCRIPTION "photos and videos in one dated folder tree
+set(CPACK_DEBIAN_KESTROVA_DESCRIPTION "photos and videos in one folder tree sorted by date
 ${what_it_does}
 
-This package holds the program with a window.")
+This package provides the program with a window.")
 set(CPACK_DEBIAN_KESTROVA-CLI_PACKAGE_NAME kestrova-cli)
 set(CPACK_DEBIAN_KESTROVA-CLI_PACKAGE_SUGGESTS kestrova)
-set(CPACK_DEBIAN_KESTROVA-CLI_DESCRIPTION "photos and videos in one dated folder tree (command line)
+set(CPACK_DEBIAN_KESTROVA-CLI_DESCRIPTION "photos and videos in one folder tree sorted by date (command line)
 ${what_it_does}
 
-This package holds the command line, which needs no display.")
+This package provides the command line, which needs no display.")
 
 include(CPack)

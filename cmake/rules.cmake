@@ -1,4 +1,4 @@
-# The warnings and bans that all of our own code is built with.
+# Warnings and restrictions for all of our own code.
 add_library(kestrova_rules INTERFACE)
 target_compile_options(kestrova_rules INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
@@ -7,10 +7,10 @@ target_compile_options(kestrova_rules INTERFACE
 # Clang checks that what a lock guards is used with the lock held (platform/thread_annotations.h).
 target_compile_options(kestrova_rules INTERFACE
   $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety;-Werror=thread-safety>)
-# What is read are files from anywhere: the C library checks the sizes of buffers that it knows.
+# Input files come from anywhere: let the C library check the sizes of buffers that it knows.
 target_compile_options(kestrova_rules INTERFACE
   $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
-# A program that uses no routine of a library that the engine uses does not depend on it either.
+# A program depends only on those libraries of the engine that it uses.
 if(LINUX)
   target_link_options(kestrova_rules INTERFACE -Wl,--as-needed,-z,relro,-z,now)
 endif()

@@ -1,5 +1,5 @@
-// Libraries that are built without the sanitizers synchronise in ways that those cannot see, and keep memory
-// until the process ends. What they do inside themselves is not our business; what our own code does is.
+// Libraries that were built without the sanitizers synchronise in ways that these cannot see, and keep memory until
+// the process ends. Only our own code is checked.
 extern "C" const char* __tsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions();
 
@@ -13,7 +13,7 @@ extern "C" const char* __tsan_default_suppressions() {
          "called_from_lib:libglib-2.0.so\n"
          "called_from_lib:libxcb.so\n"
          "mutex:libX11.so\n"
-         "race:QObject::disconnect\n"  // Qt's bus thread lets go of an object that a test exported
+         "race:QObject::disconnect\n"  // Qt's bus thread releases an object that a test exported
          "race:tzset_internal\n";      // the C library's own lock around its time zone
 }
 

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# What run and test share: installing what is missing and building. Meant to be sourced; reads $root, the project's
-# folder. All that it says goes to standard error, as standard output belongs to the programs.
+# What run and test share: installing missing packages and building. Meant to be sourced; reads $root, the project's
+# folder. All messages go to standard error, as standard output belongs to the programs.
 
 : "${root:?the folder of the project}"
 
 say() { printf '%s\n' "$*" >&2; }
 
-# The packages in the parts of packages.debian that are named.
+# The packages in the given parts of packages.debian.
 wanted_packages() {
   local part
   for part in "$@"; do
@@ -28,11 +28,11 @@ apt_get() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --quiet "$@" >&2
 }
 
-# install_packages PART...: what is missing of them. Package lists are fetched only when installing with those at
-# hand fails.
+# install_packages PART...: installs the missing ones. Package lists are fetched only if installing with the present
+# ones fails.
 install_packages() {
   if ! command -v dpkg-query >/dev/null; then
-    say "This is no Debian: packages.debian lists what has to be installed."
+    say "This is not Debian: install what packages.debian lists."
     return
   fi
   local missing
@@ -43,7 +43,7 @@ install_packages() {
   apt_get "${install[@]}" 2>/dev/null || { apt_get update && apt_get "${install[@]}"; }
 }
 
-# build PRESET [TARGET...]: everything when no target is named. A first build shows its progress in place.
+# build PRESET [TARGET...]: builds everything if no target is given. A first build shows its progress in place.
 build() {
   local preset=$1 folder=$root/build/$1 options=()
   shift
@@ -57,7 +57,7 @@ build() {
   fi
 }
 
-# Reads what build has set.
+# Uses the variables of build.
 configure() {
   (cd "$root" && cmake --preset "$preset" --log-level=WARNING "${options[@]}" >&2)
   touch "$folder/build.ninja"

@@ -181,33 +181,33 @@ tl::expected<Arguments, std::string> parseArguments(std::span<const std::string_
 }
 
 std::string_view helpText() {
-  return R"(Turns scattered photos and videos into one dated folder tree. The originals stay as they are.
+  return R"(Copies scattered photos and videos into one folder tree sorted by date. Originals are never changed.
 
 Usage: kestrova-cli organise SOURCE... --to TARGET [OPTION...]
 
-  --to TARGET            the folder that the tree grows in; created when it is missing
+  --to TARGET            the folder for the new tree; created if it does not exist
   --media all|photos|videos
-                         what to take (default all)
+                         what to copy (default all)
   --photo-formats jpeg|jpeg+tiff|jpeg+tiff+png
-                         which files are photos (default jpeg)
+                         which formats count as photos (default jpeg)
   --folders long|medium|short
                          2014/05/21-May-2014 Wednesday, 2014/05/21-May Wednesday or
                          2014/05/21 (default long)
   --size original|720p|1080p
-                         the largest size of the photos written (default original)
+                         the largest size for photos (default original)
   --upright, --no-upright
-                         turn photos upright or leave them as they lie (default --upright)
-  --skip-small-photos    leave out photos below 20,000 bytes or 400 pixels a side
-  --skip-small-videos    leave out videos below 2,000,000 bytes
+                         rotate photos upright or keep their orientation (default --upright)
+  --skip-small-photos    skip photos smaller than 20,000 bytes or 400 pixels on a side
+  --skip-small-videos    skip videos smaller than 2,000,000 bytes
   --json                 print the summary as one JSON object
-  --quiet                show no progress and no table; errors only
-  --log                  show what is done to each file, on standard error
+  --quiet                print errors only: no progress, no table
+  --log                  log what happens to each file on standard error
   --help, --version
-  --                     what follows are source folders, whatever they begin with
+  --                     every argument after it is a source folder
 
-Ctrl-C stops after the file in hand. The same command again goes on where a run ended.
+Ctrl-C stops after the current file. Run the same command again to resume.
 
-Exit status: 0 completed, 1 ended in error, 2 wrong usage, 130 stopped.
+Exit status: 0 completed, 1 error, 2 wrong usage, 130 stopped.
 )";
 }
 

@@ -72,7 +72,7 @@ TEST(FolderWalk, TellsThePathAsTheRootWasGivenAndTheSize) {
 
 TEST(FolderWalk, KeepsNamesThatAreNoUtf8HoldNewLinesOrAreAsLongAsNamesGet) {
   const TemporaryFolder root;
-  const std::string longest = std::string(251, 'n') + ".jpg";
+  const std::string longest = std::string(251, 'n').append(".jpg");
   writeFile(root / "\xc3\x28.jpg", "x");
   writeFile(root / "new\nline.jpg", "x");
   writeFile(root / longest, "x");

@@ -178,7 +178,7 @@ TEST_F(SourceScan, EndsOnHostileTreesWithWhatTheyHoldOfPhotos) {
   const Path& source = program.source;
   writePhoto(source / "bytes\xff\xfe.jpg", 1000);
   writePhoto(source / "line\nend.jpg", 1001);
-  writePhoto(source / (std::string(251, 'n') + ".jpg"), 1002);
+  writePhoto(source / (std::string(251, 'n').append(".jpg")), 1002);
   const Path real = writePhoto(program.folder / "elsewhere" / "real.jpg", 1003);
   std::filesystem::create_symlink(real, source / "link.jpg");
   std::filesystem::create_symlink(source / "missing.jpg", source / "dangling.jpg");
