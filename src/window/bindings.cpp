@@ -68,13 +68,16 @@ void bindButton(FrameRefresh& refresh, const std::shared_ptr<Button>& button, QA
   QObject::connect(&widget, &QAbstractButton::clicked, &refresh, [button] { button->performClick(); });
 }
 
+// A screen reader toggles without a click, so what counts is that the widget differs from the control.
 void bindCheckBox(FrameRefresh& refresh, const std::shared_ptr<CheckBox>& box, QCheckBox& widget) {
   refresh.bind(box, [box, &widget] {
     widget.setCheckState(checkState(box->state()));
     widget.setTristate(box->state() == CheckBox::mixed);
     copyState(*box, widget);
   });
-  QObject::connect(&widget, &QCheckBox::clicked, &refresh, [box] { box->performClick(); });
+  QObject::connect(&widget, &QCheckBox::stateChanged, &refresh, [box, &widget] {
+    if (widget.checkState() != checkState(box->state())) box->performClick();
+  });
 }
 
 void bindComboBox(FrameRefresh& refresh, const std::shared_ptr<ComboBox>& combo, ValueComboBox& widget) {

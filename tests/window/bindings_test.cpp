@@ -5,6 +5,7 @@
 #include "window/value_combo_box.h"
 #include "window/visible_text.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QProgressBar>
@@ -77,6 +78,33 @@ TEST(Bindings, ACheckBoxShowsTheMixedStateUntilItIsClicked) {
   EXPECT_EQ(box->state(), CheckBox::on);
   EXPECT_TRUE(eventually([&] { return !widget.isTristate(); }));
   EXPECT_EQ(widget.checkState(), Qt::Checked);
+}
+
+TEST(Bindings, ACheckBoxMayBeToggledByWhatIsNoClick) {
+  FrameRefresh refresh;
+  const auto box = std::make_shared<CheckBox>();
+  int actions = 0;
+  box->action = [&] { ++actions; };
+  QCheckBox widget;
+  bindCheckBox(refresh, box, widget);
+  auto* reader = QAccessible::queryAccessibleInterface(&widget)->actionInterface();
+  reader->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(box->state(), CheckBox::on);
+  reader->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(box->state(), CheckBox::off);
+  EXPECT_EQ(actions, 2);
+}
+
+TEST(Bindings, ACheckBoxThatTheProgramSetsDoesNotAct) {
+  FrameRefresh refresh;
+  const auto box = std::make_shared<CheckBox>();
+  int actions = 0;
+  box->action = [&] { ++actions; };
+  QCheckBox widget;
+  bindCheckBox(refresh, box, widget);
+  box->setState(CheckBox::on);
+  EXPECT_TRUE(eventually([&] { return widget.isChecked(); }));
+  EXPECT_EQ(actions, 0);
 }
 
 TEST(Bindings, AProgressBarMovesWithoutAnEndWhileNoneIsKnown) {
