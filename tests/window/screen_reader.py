@@ -8,45 +8,12 @@ import os
 import subprocess
 import sys
 import tempfile
-import time
 
-import gi
-
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
+from accessible import Atspi, application, below, find
 
 LOCALES = {"en": "en_GB.UTF-8", "de": "de_DE.UTF-8"}
 START = {"en": "Start", "de": "Starten"}
-PATIENCE = 60  # seconds
 CONTROLS = 12  # that are enabled before anything is chosen
-
-
-def find(condition):
-    """What the condition yields as soon as it yields anything."""
-    deadline = time.monotonic() + PATIENCE
-    while time.monotonic() < deadline:
-        try:
-            found = condition()
-        except GLib.Error:  # the tree is still growing
-            found = None
-        if found:
-            return found
-        time.sleep(0.2)
-    sys.exit("nothing came of waiting")
-
-
-def application(pid):
-    desktop = Atspi.get_desktop(0)
-    programs = [desktop.get_child_at_index(i) for i in range(desktop.get_child_count())]
-    return next((each for each in programs if each and each.get_process_id() == pid and each.get_child_count()), None)
-
-
-def below(node):
-    yield node
-    for index in range(node.get_child_count()):
-        child = node.get_child_at_index(index)
-        if child:
-            yield from below(child)
 
 
 def is_control(node):
