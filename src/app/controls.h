@@ -31,9 +31,14 @@ class Control {
   /// Told after every change: where a widget that shows the control listens.
   std::function<void()> didChange;
 
+  /// From here on nothing changes the control.
+  void freeze() { frozen_ = true; }
+
  protected:
-  template <typename Value>
-  void change(Value& field, const Value& value) {
+  bool isFrozen() const { return frozen_; }
+  template <typename Field, typename Value>
+  void change(Field& field, const Value& value) {
+    if (frozen_) return;
     field = value;
     if (didChange) didChange();
   }
@@ -41,6 +46,7 @@ class Control {
  private:
   bool enabled_ = true;
   bool hidden_ = false;
+  bool frozen_ = false;
 };
 
 class TextField : public Control {
@@ -75,10 +81,7 @@ class CheckBox : public Control {
 
   int state() const { return state_; }
   /// Any positive number is on, any negative one mixed.
-  void setState(std::int64_t state) {
-    state_ = state > 0 ? on : state < 0 ? mixed : off;
-    if (didChange) didChange();
-  }
+  void setState(std::int64_t state) { change(state_, state > 0 ? on : state < 0 ? mixed : off); }
 
   /// The user's click: toggles, then acts.
   void performClick() {
@@ -104,8 +107,7 @@ class ComboBox : public Control {
   int indexOfSelectedItem() const { return index_; }
   /// Selects without changing what is displayed, and tells the delegate; an index outside the list deselects.
   void selectItemAtIndex(int index) {
-    index_ = index >= 0 && index < items_.size() ? index : noSelection;
-    if (didChange) didChange();
+    change(index_, index >= 0 && index < items_.size() ? index : noSelection);
     if (selectionDidChange) selectionDidChange();
   }
   /// The selected item's text; empty without a selection.
@@ -157,13 +159,13 @@ class TableView : public Control {
   using RowIndexes = std::set<std::size_t>;
 
   const RowIndexes& selectedRowIndexes() const { return selectedRowIndexes_; }
-  void selectRowIndexes(const RowIndexes& rows) { selectedRowIndexes_ = rows; }
-  /// The rows are no longer what they were: nothing is selected, and what shows them asks the data source
-  /// anew.
-  void reloadData() {
-    selectedRowIndexes_.clear();
-    if (didChange) didChange();
+  /// The user's selection; what shows the rows knows it already.
+  void selectRowIndexes(const RowIndexes& rows) {
+    if (!isFrozen()) selectedRowIndexes_ = rows;
   }
+  /// The rows are no longer what they were: nothing is selected, and what shows them asks the data source
+  /// again.
+  void reloadData() { change(selectedRowIndexes_, RowIndexes()); }
 
  private:
   RowIndexes selectedRowIndexes_;
@@ -192,12 +194,17 @@ class Outlet {
   }
 
  private:
-  static std::shared_ptr<ControlType> standIn() {
-    auto control = std::make_shared<ControlType>();
-    if constexpr (std::is_same_v<ControlType, ComboBox>) {
-      control->setItems({QString()});  // so that index 0, what an absent one reads as, can be selected
-      control->selectItemAtIndex(0);
-    }
+  /// One for all outlets of the kind: whatever is sent to it changes nothing.
+  static const std::shared_ptr<ControlType>& standIn() {
+    static const auto control = [] {
+      auto made = std::make_shared<ControlType>();
+      if constexpr (std::is_same_v<ControlType, ComboBox>) {
+        made->setItems({QString()});  // so that index 0, what an absent one reads as, can be selected
+        made->selectItemAtIndex(0);
+      }
+      made->freeze();
+      return made;
+    }();
     return control;
   }
 

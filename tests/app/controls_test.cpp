@@ -12,8 +12,11 @@ TEST(Controls, AnAbsentControlReadsAsNothingAndIgnoresWhatItIsSent) {
   label->setStringValue(QStringLiteral("text"));
   EXPECT_EQ(label->stringValue(), QString());
   EXPECT_EQ(combo->indexOfSelectedItem(), 0);
+  combo->selectItemAtIndex(-1);
+  EXPECT_EQ(combo->indexOfSelectedItem(), 0);
   box->setState(CheckBox::on);
   EXPECT_EQ(box->state(), CheckBox::off);
+  EXPECT_EQ(label.operator->(), Outlet<TextField>().operator->()) << "one stands in for all";
 }
 
 TEST(Controls, AnOutletLosesItsControlWhenTheOwnerDropsIt) {
