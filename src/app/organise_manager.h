@@ -4,22 +4,28 @@
 #include "app/host.h"
 #include "execution/operation_queue.h"
 #include "execution/operation_record.h"
+#include "model/run_state.h"
 #include "model/verdict.h"
 #include "planning/image_metadata.h"
 #include "planning/operation_decision.h"
 #include "planning/target_naming.h"
-#include "platform/shared_value.h"
+#include "platform/guarded_value.h"
+#include "platform/relaxed_atomic.h"
 #include "scan/duplicate_index.h"
 
 #include <QString>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace kestrova {
+
+struct Rewriting;
 
 enum class TerminateReply { cancel, now };
 
@@ -39,8 +45,8 @@ enum class TerminateReply { cancel, now };
 ///
 /// Threads: actions of the controls and everything posted run on the main thread; the scan, the planner and
 /// the operations run on threads of `processQueue`, one at a time from planning on. A worker changes fields
-/// and posts what changes a control. Fields that cross threads are `Shared` or a `Snapshot`; the scan lists
-/// belong to the stage that runs. Made and destroyed on the main thread.
+/// and posts what changes a control. Fields that cross threads are a `RelaxedAtomic` or a
+/// `GuardedValue`; the scan lists belong to the stage that runs. Made and destroyed on the main thread.
 class OrganiseManager {
  public:
   /// The window gets its controls after this; settings are loaded into them by the main queue's next turn.
@@ -50,11 +56,11 @@ class OrganiseManager {
   OrganiseManager& operator=(const OrganiseManager&) = delete;
 
   // --- Paths ---
-  std::optional<Path> sourcePath;              ///< the folder last picked as a source
-  Snapshot<std::vector<Path>> sourcePathList;  ///< in the order shown; the scan walks them in this order
-  Snapshot<std::optional<Path>> targetPath;
+  std::optional<Path> sourcePath;                  ///< the folder last picked as a source
+  GuardedValue<std::vector<Path>> sourcePathList;  ///< in the order shown; the scan walks them in this order
+  GuardedValue<std::optional<Path>> targetPath;
 
-  // --- Scan lists, made anew by every scan ---
+  // --- Scan lists, rebuilt by every scan ---
   FileList fileList;  ///< every file to organise
   HashList hashList;
   std::vector<std::string> duplicateList;  ///< paths as bytes, in the order found
@@ -70,24 +76,24 @@ class OrganiseManager {
   Counter tPhotoCount, tPhotoSize;
   Counter tVideoCount, tVideoSize;
   Counter tAlreadyCount, tAlreadySize;    ///< targets that were there when the run was planned
-  Counter tRotatedCount, tRotatedSize;    ///< photos written anew, resized ones included
+  Counter tRotatedCount, tRotatedSize;    ///< rewritten photos, resized ones included
   Counter tFilteredCount, tFilteredSize;  ///< small photos and videos left out
   Counter targetCount, targetSize;
   Counter targetExistCount;  ///< targets that turned out to be there when they were to be written
 
   // --- Run state ---
   std::shared_ptr<OperationQueue> processQueue;  ///< absent until the first start; a new one at every start
-  Snapshot<QString> extensionImages;
-  Snapshot<QString> extensionVideo;
-  Shared<std::uint32_t> assertionID;
+  GuardedValue<QString> extensionImages;
+  GuardedValue<QString> extensionVideo;
+  RelaxedAtomic<std::uint32_t> assertionID;
   bool loadingSettings = false;
   NameTable months;
   NameTable days;
-  Shared<std::int32_t>
-      appStatus;  ///< 0 before the first run, 1 scanning, 2 planning, 3 copying; for inspection only
+  /// 0 before the first run, 1 scanning, 2 planning, 3 copying; for inspection only: see `runState`.
+  RelaxedAtomic<std::int32_t> appStatus;
   std::optional<Date> starttime;  ///< of the last run
-  Shared<bool> haserror;
-  Shared<bool> hasstopped;
+  RelaxedAtomic<bool> haserror;
+  RelaxedAtomic<bool> hasstopped;
 
   // --- Outlets: the window owns the controls ---
   Window* window = nullptr;
@@ -106,7 +112,7 @@ class OrganiseManager {
   Outlet<ProgressIndicator> processBar, sourceProgress;
   Outlet<TextField> lblStatus;
 
-  /// Told of every file's fate; set before a run, on the main thread.
+  /// Told of every file's fate, once; set before a run, on the main thread.
   VerdictListener verdictListener;
 
   // --- Status line and clock ---
@@ -175,6 +181,9 @@ class OrganiseManager {
   // --- Run control (main thread; the observation on any) ---
   /// Whether operations are queued or run; a paused run too.
   bool isRunning() const { return processQueue && processQueue->operationCount() > 0; }
+  /// How far the run is. Callable from any thread. That it has ended is known only after all blocks that the
+  /// run posted.
+  RunState runState() const { return runState_.get(); }
   void startProcess(const Control* sender = nullptr);
   void stopProcess(const Control* sender = nullptr);
   void observeValueForKeyPath(std::string_view keyPath, const OperationQueue& ofObject);
@@ -186,18 +195,14 @@ class OrganiseManager {
   void writeDataOperation(const OperationRecord& record);
   /// Creates the folder that is to hold the file.
   void createFolder(const Path& file);
-  /// Copies one file and books the outcome.
+  /// Copies one file and counts the outcome.
   void copyFile(const Path& from, const Path& to);
 
  private:
-  using Method = void (OrganiseManager::*)();
-  using RefreshPending = std::atomic<bool>;
-
   /// Runs the block on the main thread, unless the controller is gone by then.
   void post(std::function<void()> block);
-  /// The same for a block that shows counters: while one is pending, another would show nothing more.
-  void postRefresh(RefreshPending& pending, Method show);
-  void announce(const Verdict& verdict) const;
+  /// What becomes of a file, said once: raises its counters, has them shown, tells the listener.
+  void settle(const Verdict& verdict);
 
   // Scan
   void beginScan();
@@ -206,24 +211,31 @@ class OrganiseManager {
   enum class WalkEnd { complete, cancelled, suspended };
   WalkEnd walkSources(const InvocationOperation& operation);
   void takeFile(const Path& path, std::uint64_t size);
-  void bookNew(const Path& path, std::uint64_t size, const char* label);
-  void bookDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting);
+  void addNew(const Path& path, std::uint64_t size, const char* label);
+  void addDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting);
   void queuePlanner(const InvocationOperation& operation);
 
   // Statistics
+  /// Rows of counts and sizes that one block shows together.
+  enum class Rows { found, duplicates, copiedPhotos, copiedVideos, written, rewritten, already, filtered };
+  static constexpr std::size_t rowGroups = 8;
+
+  void count(const Verdict& verdict);
+  void countExisting();
   void updateTargetTotals();
-  void showSourceCounters();
-  void showDuplicates();
-  void showTargetPhotos();
-  void showTargetVideos();
-  void showTargetTotals();
-  void showRotated();
-  void showAlready();
-  void showFiltered();
+  /// Posts a block that shows the rows, unless one is pending: another would show nothing more.
+  void refresh(Rows rows);
+  void show(Rows rows);
   void showProgress();
 
   // Planning
   void planFiles(const InvocationOperation& planner);
+  void skipPlanning(const InvocationOperation& planner);
+  /// The run ends before this file and all after it.
+  void settleUnreached(FileList::Iterator first);
+  void planOrSettle(FileList::Iterator entry, const InvocationOperation& planner);
+  /// Whether no file of the run was given this target before.
+  bool takeTarget(const Path& target);
   void planFile(const Path& file, const InvocationOperation& planner);
   PlanningOptions planningOptions() const;
   FileFacts factsOf(const Path& file) const;
@@ -236,26 +248,42 @@ class OrganiseManager {
   // Run control
   void pauseOrContinue();
   void startRun();
+  void enter(RunPhase phase);
+  void endEarly(RunEnd end);
+  void pauseRun();
+  void haltRun();
+  void resumeRun();
+  void noticeEnd(const OperationQueue& queue);
+  void postEnd();
   void showEnded();
 
   // Operations
+  void skipOperation(const OperationRecord& record);
   void copyRecord(const OperationRecord& record);
+  /// Copies the record's file and settles it, whatever becomes of it. The remark goes with a copy.
+  void copyAsItIs(const OperationRecord& record, const std::string& remark = {});
+  /// Fails when the file is another than it was when the run was planned.
+  FileResult<void> checkIsAsPlanned(const OperationRecord& record) const;
   void resizeRecord(const OperationRecord& record);
-  bool writeAnew(const Path& from, const Path& to, std::int64_t resolution);
-  void writePhoto(Verdict verdict, ByteView bytes);
-  void copyUndecodable(const Path& from, const Path& to,
-                       const std::shared_ptr<InvocationOperation>& operation);
+  void rewrite(const OperationRecord& record);
+  void writePhoto(const OperationRecord& record, const Rewriting& rewriting);
+  void copyUndecodable(const OperationRecord& record, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
-  FileResult<void> writeNew(const Bytes* data, const Path& to);
   void prepareFolderOf(const Path& file);
-  void bookFailedCopy(const FileError& error);
-  void haltForException(const QString& logText, const std::exception& error);
+  /// The verdict on the record's file as it is before anything is done with it; the outcome is still to come.
+  Verdict verdictOn(const OperationRecord& record) const;
+  /// Size and time of what was written.
+  void noteTarget(Verdict& verdict) const;
+  void settleFailure(Verdict verdict, const FileError& error);
+  void settleException(const OperationRecord& record, const std::exception& error);
+  void haltForException(const QString& status, const QString& logText);
   void endForFullVolume(const QString& logText);
   std::uint64_t sizeOfFile(const Path& path) const;
 
   Host host_;
-  RefreshPending sourcesPending_, duplicatesPending_, photosPending_, videosPending_;
-  RefreshPending totalsPending_, rotatedPending_, alreadyPending_, filteredPending_;
+  GuardedValue<RunState> runState_;
+  std::unordered_set<std::size_t> plannedTargets_;  // hashes; of the planner
+  std::array<std::atomic<bool>, rowGroups> refreshPending_{};
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

@@ -53,7 +53,8 @@ int run(const Arguments& arguments) {
   } else if (!arguments.quiet) {
     print(stdout, summaryTable(summary).toStdString());
   }
-  print(stderr, errorLines(summary, tally.failures()).toStdString());
+  if (!arguments.quiet) print(stderr, noticeLines(tally.remarks()).toStdString());
+  print(stderr, errorLines(summary, tally.remarks()).toStdString());
   return exitStatus(summary);
 }
 

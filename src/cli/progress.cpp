@@ -15,7 +15,6 @@ namespace kestrova::cli {
 
 namespace {
 
-using Stage = Standing::Stage;
 using std::chrono::seconds;
 
 constexpr int barWidth = 20;
@@ -56,7 +55,7 @@ void writeToStandardError(const QString& text) {
 
 QString progressLine(const Standing& standing, std::optional<seconds> timeLeft, int width) {
   QStringList parts;
-  if (standing.stage == Stage::scanning) {
+  if (standing.phase == RunPhase::scanning) {
     parts << QStringLiteral("%1 found, %2 duplicates").arg(standing.found.files).arg(standing.duplicates);
   } else {
     parts << bar(share(standing))
@@ -87,7 +86,7 @@ void Progress::show(const Standing& standing) {
 
 // From the writing alone, as finding and planning go at other speeds.
 std::optional<seconds> Progress::guess(const Standing& standing) {
-  if (standing.stage != Stage::writing) return std::nullopt;
+  if (standing.phase != RunPhase::executing) return std::nullopt;
   return timeLeft_.guess(work(standing.settled), work(standing.found), Clock::now());
 }
 

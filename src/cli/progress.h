@@ -1,7 +1,8 @@
 #pragma once
 
 #include "app/time_left.h"
-#include "model/tally.h"
+#include "model/amount.h"
+#include "model/run_state.h"
 
 #include <QString>
 #include <chrono>
@@ -11,8 +12,7 @@ namespace kestrova::cli {
 
 /// How far a run is.
 struct Standing {
-  enum class Stage { scanning, planning, writing };
-  Stage stage = Stage::scanning;
+  RunPhase phase = RunPhase::scanning;
   QString status;               ///< the status line's text
   Amount found;                 ///< what is to be organised, as far as it is known
   std::int64_t duplicates = 0;  ///< files

@@ -10,8 +10,6 @@ namespace kestrova::cli {
 
 namespace {
 
-using End = Summary::End;
-
 QString row(const char* name, const Amount& amount) {
   return QStringLiteral("  %1%2%3\n")
       .arg(QLatin1String(name), -16)
@@ -35,7 +33,7 @@ QString seconds(std::chrono::milliseconds elapsed) {
 std::int64_t failedFiles(const Summary& summary) { return summary.failed.files + summary.unreadable.files; }
 
 QString closingLine(const Summary& summary) {
-  if (summary.end == End::nothingToDo) return QStringLiteral("Nothing to organise was found.\n");
+  if (summary.end == RunEnd::nothingFound) return QStringLiteral("Nothing to organise was found.\n");
   const QString failures =
       failedFiles(summary) > 0 ? QStringLiteral(", but not all files could be written") : QString();
   return QStringLiteral("%1%2 (%3)\n").arg(printableText(summary.status), failures, seconds(summary.elapsed));
@@ -46,25 +44,35 @@ QJsonObject json(const Amount& amount) {
           {QStringLiteral("bytes"), static_cast<qint64>(amount.bytes)}};
 }
 
-QString nameOf(End end) {
+QString nameOf(RunEnd end) {
   switch (end) {
-    case End::completed:
+    case RunEnd::completed:
       return QStringLiteral("completed");
-    case End::nothingToDo:
+    case RunEnd::nothingFound:
       return QStringLiteral("nothing-to-do");
-    case End::stopped:
+    case RunEnd::stopped:
       return QStringLiteral("stopped");
-    case End::failed:
-      break;
+    case RunEnd::outOfSpace:
+    case RunEnd::error:
+      return QStringLiteral("failed");
   }
-  return QStringLiteral("failed");
+  return {};
+}
+
+bool hasFailed(RunEnd end) { return end == RunEnd::outOfSpace || end == RunEnd::error; }
+
+const auto program = QStringLiteral("kestrova-cli: ");
+
+QString line(const char* what, const Tally::Remark& remark) {
+  return program + QLatin1String(what) + printableText(remark.source.native()) + QStringLiteral(": ") +
+         printableText(remark.error) + u'\n';
 }
 
 }  // namespace
 
 int exitStatus(const Summary& summary) {
-  if (summary.end == End::stopped) return 130;
-  return summary.end == End::failed || failedFiles(summary) > 0 ? 1 : 0;
+  if (summary.end == RunEnd::stopped) return 130;
+  return hasFailed(summary.end) || failedFiles(summary) > 0 ? 1 : 0;
 }
 
 QString summaryTable(const Summary& summary) {
@@ -104,16 +112,22 @@ QByteArray summaryJson(const Summary& summary) {
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
-QString errorLines(const Summary& summary, const std::vector<Tally::Failure>& failures) {
-  const QString program = QStringLiteral("kestrova-cli: ");
+QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& remarks) {
   QString lines;
-  for (const auto& [source, outcome, error] : failures) {
-    const auto what =
-        outcome == Outcome::unreadable ? QStringLiteral("not readable: ") : QStringLiteral("not written: ");
-    lines +=
-        program + what + printableText(source.native()) + QStringLiteral(": ") + printableText(error) + u'\n';
+  for (const Tally::Remark& remark : remarks) {
+    const bool isUnreadable = remark.outcome == Outcome::unreadable;
+    if (traitsOf(remark.outcome).isError)
+      lines += line(isUnreadable ? "not readable: " : "not written: ", remark);
   }
-  if (summary.end == End::failed) lines += program + printableText(summary.status) + u'\n';
+  if (hasFailed(summary.end)) lines += program + printableText(summary.status) + u'\n';
+  return lines;
+}
+
+QString noticeLines(const std::vector<Tally::Remark>& remarks) {
+  QString lines;
+  for (const Tally::Remark& remark : remarks) {
+    if (!traitsOf(remark.outcome).isError) lines += line("copied as it is: ", remark);
+  }
   return lines;
 }
 

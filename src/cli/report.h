@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/run_state.h"
 #include "model/tally.h"
 
 #include <QString>
@@ -9,8 +10,7 @@ namespace kestrova::cli {
 
 /// What a run came to.
 struct Summary {
-  enum class End { completed, nothingToDo, stopped, failed };
-  End end = End::completed;
+  RunEnd end = RunEnd::completed;
   QString status;  ///< the status line's last text
   std::chrono::milliseconds elapsed{};
 
@@ -38,6 +38,9 @@ QString summaryTable(const Summary& summary);
 QByteArray summaryJson(const Summary& summary);
 
 /// One line for every file that could not be read or written, and one when the run ended in error.
-QString errorLines(const Summary& summary, const std::vector<Tally::Failure>& failures);
+QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& remarks);
+
+/// One line for every photo that was copied as it is, as it could not be rewritten.
+QString noticeLines(const std::vector<Tally::Remark>& remarks);
 
 }  // namespace kestrova::cli

@@ -44,64 +44,36 @@ void applyOptions(MainInterface& interface, const Arguments& arguments) {
 
 Amount amountOf(const Counter& files, const Counter& bytes) { return {files, bytes}; }
 
-Standing::Stage stageOf(std::int32_t appStatus) {
-  if (appStatus < 2) return Standing::Stage::scanning;
-  return appStatus == 2 ? Standing::Stage::planning : Standing::Stage::writing;
-}
-
 Standing standingOf(const MainInterface& interface, const Tally& tally) {
   const auto& manager = interface.manager;
-  return {stageOf(manager.appStatus), interface.lblStatus->stringValue(),
+  return {manager.runState().phase, interface.lblStatus->stringValue(),
           amountOf(manager.sTotalCount, manager.sTotalSize), manager.sDuplicateCount, tally.settled()};
 }
 
-// An operation that met an exception has halted the run: nobody is there to continue it. While the planner
-// holds the queue suspended it counts as executing; asking twice tells its end from a halt.
-bool isHalted(const OperationQueue& queue) {
-  return queue.isSuspended() && queue.executingCount() == 0 && queue.isSuspended() &&
-         queue.operationCount() > 0;
-}
-
-/// Returns the status of the run that an exception halted; nothing of one that came to its end.
+/// Returns the status of the run that an exception halted, as nobody is there to continue it; nothing of one
+/// that came to its end.
 std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, StopSignals& stop,
                                   Progress& progress) {
   auto& manager = interface.manager;
-  const OperationQueue& queue = *manager.processQueue;
+  const auto hasEnded = [&manager] { return manager.runState().phase == RunPhase::ended; };
   std::optional<QString> halted;
-  while (queue.operationCount() > 0) {
-    const bool hasHalted = isHalted(queue);
-    if (hasHalted && !manager.hasstopped) {
+  while (!hasEnded()) {
+    const bool isHalted = manager.runState().isHalted;
+    if (isHalted && !halted) {
       MainQueue::instance().runPending();  // the exception's text was posted before the halt
       halted = interface.lblStatus->stringValue();
     }
-    if (stop.take() || hasHalted) manager.stopProcess();
+    if (stop.take() || isHalted) manager.stopProcess();
     progress.show(standingOf(interface, tally));
-    MainQueue::instance().runUntil([&] { return queue.operationCount() == 0 || stop.isPending(); },
-                                   refreshInterval);
+    MainQueue::instance().runUntil([&] { return hasEnded() || stop.isPending(); }, refreshInterval);
   }
   manager.processQueue->waitUntilIdle();
-  MainQueue::instance().runPending();
   return halted;
 }
 
-// A scan that found nothing ends without a report; one that broke off leaves its animation on.
-Summary::End endOf(const MainInterface& interface, bool halted) {
-  const auto& manager = interface.manager;
-  if (halted || manager.haserror) return Summary::End::failed;
-  if (manager.hasstopped) return Summary::End::stopped;
-  if (manager.fileList.empty() && interface.sourceProgress->isHidden()) return Summary::End::nothingToDo;
-  return interface.lblStatus->stringValue() == QStringLiteral("Completed") ? Summary::End::completed
-                                                                           : Summary::End::failed;
-}
-
-QString statusOf(Summary::End end, const QString& shown) {
-  if (end == Summary::End::nothingToDo) return QStringLiteral("Nothing to do");
-  return end == Summary::End::stopped ? QStringLiteral("Stopped") : shown;
-}
-
-Amount difference(const Amount& whole, const Amount& part) {
-  return {std::max<std::int64_t>(0, whole.files - part.files),
-          std::max<std::int64_t>(0, whole.bytes - part.bytes)};
+QString statusOf(RunEnd end, const QString& shown) {
+  if (end == RunEnd::nothingFound) return QStringLiteral("Nothing to do");
+  return end == RunEnd::stopped ? QStringLiteral("Stopped") : shown;
 }
 
 /// Where a summary counts the source files of an outcome; null for what is written, as that is counted in the
@@ -144,7 +116,6 @@ Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
   for (const auto& [outcome, amount] : tally.amounts()) {
     if (Amount Summary::*const place = placeOf(outcome)) summary.*place += amount;
   }
-  summary.notReached = difference(summary.found.total, tally.settled());
   return summary;
 }
 
@@ -154,12 +125,12 @@ std::string unusableFolder(const Arguments& arguments, const FileManager& files)
   for (const Path& source : arguments.sources) {
     const auto attributes = files.attributesOfItem(source);
     if (!attributes) return unusable(source, attributes.error().message);
-    if (!attributes->isDirectory) return unusable(source, "this source is no folder");
+    if (!attributes->isDirectory) return unusable(source, "this source is not a folder");
     if (access(source.c_str(), R_OK | X_OK) != 0 && errno == EACCES)
       return unusable(source, std::strerror(EACCES));
   }
   const auto target = files.attributesOfItem(arguments.target);
-  return target && !target->isDirectory ? unusable(arguments.target, "this target is no folder") : "";
+  return target && !target->isDirectory ? unusable(arguments.target, "this target is not a folder") : "";
 }
 
 Summary organise(const Arguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
@@ -173,7 +144,7 @@ Summary organise(const Arguments& arguments, std::shared_ptr<FileManager> files,
   const auto halted = waitForEnd(interface, tally, stop, progress);
 
   Summary summary = summaryOf(interface.manager, tally);
-  summary.end = endOf(interface, halted.has_value());
+  summary.end = interface.manager.runState().end.value_or(RunEnd::error);
   summary.status = statusOf(summary.end, halted.value_or(interface.lblStatus->stringValue()));
   summary.elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
   return summary;

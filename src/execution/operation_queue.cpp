@@ -9,9 +9,9 @@ namespace kestrova {
 
 void InvocationOperation::finish() {
   const auto call = std::exchange(call_, nullptr);
-  if (isCancelled() || !call) return;
+  if (!call) return;
   try {
-    call();
+    call(isCancelled());
   } catch (const std::exception& error) {
     // A handler that guards nothing must not take the program with it.
     log(QStringLiteral("EXCEPTION operation : %1").arg(QString::fromUtf8(error.what())));
@@ -20,15 +20,19 @@ void InvocationOperation::finish() {
 
 OperationQueue::OperationQueue() : maxConcurrent_(std::max(1U, std::thread::hardware_concurrency())) {}
 
-OperationQueue::~OperationQueue() {
+OperationQueue::~OperationQueue() { close(); }
+
+void OperationQueue::close() {
   cancelAllOperations();
+  std::vector<std::thread> threads;
   {
     const MutexLock lock(mutex_);
     closing_ = true;
     waiting_.clear();
+    threads.swap(threads_);
   }
   changed_.notifyAll();
-  for (auto& thread : threads_) thread.join();
+  for (auto& thread : threads) thread.join();
 }
 
 void OperationQueue::addOperation(std::shared_ptr<InvocationOperation> operation) {

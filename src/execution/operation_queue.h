@@ -17,17 +17,27 @@ namespace kestrova {
 
 /// One call that an operation queue is to make. It comes into being without its call, so that the call's
 /// argument can refer to it; `init` then fills it in.
-class InvocationOperation {
+class InvocationOperation : public std::enable_shared_from_this<InvocationOperation> {
  public:
-  /// Sets the call `(target->*selector)(object)`. The operation owns the object until it has finished.
+  /// Sets the call `(target->*selector)(object)`. The operation owns the object until it has finished. An
+  /// operation that ends without running, as it was cancelled first, calls `skipped` instead, if there is
+  /// one.
   template <typename Target, typename Argument, typename Object>
-  void init(Target* target, void (Target::*selector)(Argument), Object object) {
-    call_ = [target, selector, object = std::move(object)] { (target->*selector)(object); };
+  void init(Target* target, void (Target::*selector)(Argument), Object object,
+            void (Target::*skipped)(Argument) = nullptr) {
+    call_ = [target, selector, skipped, object = std::move(object)](bool isCancelled) {
+      const auto method = isCancelled ? skipped : selector;
+      if (method != nullptr) (target->*method)(object);
+    };
   }
-  /// Sets the call of a stage of a run, which receives its own operation.
+  /// The same for a stage of a run, which receives its own operation.
   template <typename Target>
-  void init(Target* target, void (Target::*selector)(const InvocationOperation&)) {
-    call_ = [this, target, selector] { (target->*selector)(*this); };
+  void init(Target* target, void (Target::*selector)(const InvocationOperation&),
+            void (Target::*skipped)(const InvocationOperation&) = nullptr) {
+    call_ = [this, target, selector, skipped](bool isCancelled) {
+      const auto method = isCancelled ? skipped : selector;
+      if (method != nullptr) (target->*method)(*this);
+    };
   }
 
   /// Asks the operation to end; callable from any thread. One that runs must look for itself.
@@ -36,10 +46,10 @@ class InvocationOperation {
 
  private:
   friend class OperationQueue;
-  /// Makes the call, unless the operation was cancelled, and lets go of its argument.
+  /// Makes the call, which is another one when the operation was cancelled, and lets go of its argument.
   void finish();
 
-  std::function<void()> call_;
+  std::function<void(bool isCancelled)> call_;
   std::atomic<bool> cancelled_ = false;
 };
 
@@ -52,8 +62,7 @@ class InvocationOperation {
 /// no lock held.
 ///
 /// Every method may be called from any thread, an operation's or an observer's own included; only the
-/// destructor and `waitUntilIdle` must stand outside of both. Destroying a queue drops what has not started
-/// and waits for what runs.
+/// destructor, `close` and `waitUntilIdle` must stand outside of both. Destroying a queue closes it.
 class OperationQueue {
  public:
   using Observer = std::function<void(std::string_view keyPath, OperationQueue& object)>;
@@ -75,6 +84,10 @@ class OperationQueue {
   void setMaxConcurrentOperationCount(std::size_t count);
 
   void addObserver(std::string keyPath, Observer observer);
+
+  /// Cancels everything, drops what has not started, and returns when nothing runs any more. Nothing starts
+  /// afterwards.
+  void close();
 
   /// Returns when no operation runs, none can start, and the observers have been told of all that happened.
   void waitUntilIdle();

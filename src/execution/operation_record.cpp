@@ -4,7 +4,8 @@
 
 namespace kestrova {
 
-OperationRecord::OperationRecord(std::initializer_list<Entry> entries) {
+OperationRecord::OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned)
+    : planned_(std::move(planned)) {
   for (const Entry& entry : entries) {
     if (!entry.value) return;
     entries_.emplace_back(entry.key, *entry.value);
@@ -44,13 +45,23 @@ OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationO
   if (entry.orientation) orientation = *entry.orientation;
   const Value from = OperationRecord::FileUrl(entry.from);
   if (entry.handler == PlanEntry::Handler::copy) {
-    return {{"from", from}, {"to", to}, {"operation", operation}};
+    return OperationRecord({{"from", from}, {"to", to}, {"operation", operation}}, entry.planned);
   }
-  return {{"from", from},
-          {"to", to},
-          {"orientation", orientation},
-          {"resolution", entry.resolution},
-          {"operation", operation}};
+  return OperationRecord({{"from", from},
+                          {"to", to},
+                          {"orientation", orientation},
+                          {"resolution", entry.resolution},
+                          {"operation", operation}},
+                         entry.planned);
+}
+
+Verdict plannedVerdict(const OperationRecord& record) {
+  const PlannedSource planned = record.planned().value_or(PlannedSource());
+  return {.source = record.file("from").value_or(Path()),
+          .target = record.file("to"),
+          .sourceSize = planned.size,
+          .sourceModified = planned.modified,
+          .date = planned.date};
 }
 
 }  // namespace kestrova

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/verdict.h"
 #include "planning/plan_entry.h"
 #include "platform/file_manager.h"
 
@@ -35,8 +36,9 @@ class OperationRecord {
     std::optional<Value> value;
   };
 
-  /// Takes the entries in their order; the list ends at the first absent value.
-  OperationRecord(std::initializer_list<Entry> entries);
+  /// Takes the entries in their order; the list ends at the first absent value. What the plan knows of the
+  /// source is no entry, so that it is there however early the list ends.
+  OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned = {});
 
   std::size_t count() const { return entries_.size(); }
   std::optional<Path> file(std::string_view key) const;
@@ -45,16 +47,22 @@ class OperationRecord {
   std::shared_ptr<InvocationOperation> operation() const;
   /// Null when there is none.
   const Bytes* data() const;
+  /// Absent where nothing was planned.
+  const std::optional<PlannedSource>& planned() const { return planned_; }
 
  private:
   template <typename Type>
   const Type* find(std::string_view key) const;
 
   std::vector<std::pair<std::string_view, Value>> entries_;
+  std::optional<PlannedSource> planned_;
 };
 
 /// The record of a planned operation. A photo without an orientation gets a resize record of "from" and "to"
 /// alone, as the list ends there.
 OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationOperation>& operation);
+
+/// The verdict on a record's file, with all that was planned of it but no outcome.
+Verdict plannedVerdict(const OperationRecord& record);
 
 }  // namespace kestrova

@@ -23,7 +23,7 @@ enum class Outcome {
 struct OutcomeTraits {
   std::string_view word;   ///< in records
   bool isSettled = false;  ///< the file was to be organised, and is done with
-  bool isError = false;    ///< the verdict holds the system's words for what went wrong
+  bool isError = false;    ///< the file could not be dealt with as it should; the verdict says why
 };
 
 /// The table of outcomes. The compiler warns of an outcome without a line.

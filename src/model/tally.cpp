@@ -7,15 +7,15 @@ void Tally::add(const Verdict& verdict) {
   const Amount one{1, static_cast<std::int64_t>(verdict.sourceSize)};
   amounts_[verdict.outcome] += one;
   if (traitsOf(verdict.counted()).isSettled) settled_ += one;
-  if (traitsOf(verdict.outcome).isError)
-    failures_.push_back({verdict.source, verdict.outcome, verdict.error});
+  if (traitsOf(verdict.outcome).isError || !verdict.error.empty())
+    remarks_.push_back({verdict.source, verdict.outcome, verdict.error});
 }
 
 void Tally::clear() {
   const MutexLock lock(mutex_);
   amounts_.clear();
   settled_ = {};
-  failures_.clear();
+  remarks_.clear();
 }
 
 Amount Tally::of(Outcome outcome) const {
@@ -34,9 +34,9 @@ Amount Tally::settled() const {
   return settled_;
 }
 
-std::vector<Tally::Failure> Tally::failures() const {
+std::vector<Tally::Remark> Tally::remarks() const {
   const MutexLock lock(mutex_);
-  return failures_;
+  return remarks_;
 }
 
 }  // namespace kestrova

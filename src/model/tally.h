@@ -14,10 +14,11 @@ namespace kestrova {
 class Tally {
  public:
   using Amounts = std::map<Outcome, Amount>;
-  struct Failure {
+  /// What is to be said of one file.
+  struct Remark {
     Path source;
-    Outcome outcome = Outcome::failed;  ///< or unreadable
-    std::string error;                  ///< the system's words, in UTF-8
+    Outcome outcome = Outcome::failed;
+    std::string error;  ///< the verdict's
   };
 
   void add(const Verdict& verdict);
@@ -30,14 +31,14 @@ class Tally {
   Amounts amounts() const;
   /// All source files that were to be organised and whose fate is known; duplicates are not among them.
   Amount settled() const;
-  /// What could not be read or written, in the order of the verdicts.
-  std::vector<Failure> failures() const;
+  /// What could not be read, written or rewritten, in the order of the verdicts.
+  std::vector<Remark> remarks() const;
 
  private:
   mutable Mutex mutex_;
   Amounts amounts_ GUARDED_BY(mutex_);
   Amount settled_ GUARDED_BY(mutex_);
-  std::vector<Failure> failures_ GUARDED_BY(mutex_);
+  std::vector<Remark> remarks_ GUARDED_BY(mutex_);
 };
 
 }  // namespace kestrova

@@ -1,11 +1,21 @@
 #pragma once
 
+#include "model/naming_date.h"
 #include "platform/file_manager.h"
 
 #include <cstdint>
 #include <optional>
 
 namespace kestrova {
+
+/// What the plan knows of a source file: goes with its operation, to be compared with what is found then, and
+/// told in the verdict.
+struct PlannedSource {
+  std::uint64_t size = 0;               ///< bytes
+  std::optional<Date> modified = {};    ///< absent: neither could be read
+  std::optional<NamingDate> date = {};  ///< that it is named by
+  bool isNameTaken = false;             ///< another file of the run was given the target's name before
+};
 
 /// What is to be done with a file, as data: made while planning, turned into a record when it is queued.
 struct PlanEntry {
@@ -15,6 +25,7 @@ struct PlanEntry {
   std::optional<Path> to;
   std::optional<std::int64_t> orientation;
   std::int64_t resolution = 0;
+  PlannedSource planned = {};
 };
 
 }  // namespace kestrova

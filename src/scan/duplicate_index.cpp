@@ -9,8 +9,8 @@ const std::string* FileList::find(std::string_view key) const {
   return found == index_.end() ? nullptr : &found->second->path;
 }
 
-void FileList::add(std::string key, const Path& path) {
-  const Entry& entry = entries_.emplace_back(Entry{std::move(key), path.native()});
+void FileList::add(std::string key, const Path& path, std::uint64_t size) {
+  const Entry& entry = entries_.emplace_back(Entry{std::move(key), path.native(), size});
   index_.emplace(entry.key, &entry);
 }
 
@@ -36,7 +36,7 @@ Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std
   auto sizeKey = std::to_string(size);
   const std::string* first = fileList.find(sizeKey);
   if (first == nullptr) {
-    fileList.add(std::move(sizeKey), path);
+    fileList.add(std::move(sizeKey), path, size);
     return {Kind::newFile, {}, {}};
   }
   const auto& firstFingerprint = fingerprintOfFirst(hashList, *first, fingerprintOf);
@@ -44,8 +44,8 @@ Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std
   if (fingerprint == firstFingerprint) return {Kind::duplicate, std::move(fingerprint), *first};
   auto contentKey = fingerprint + sizeKey;
   if (const std::string* later = fileList.find(contentKey))
-    return {Kind::passedOver, std::move(fingerprint), *later};
-  fileList.add(std::move(contentKey), path);
+    return {Kind::sameContent, std::move(fingerprint), *later};
+  fileList.add(std::move(contentKey), path, size);
   return {Kind::sameFileSize, std::move(fingerprint), {}};
 }
 

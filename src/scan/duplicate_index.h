@@ -18,7 +18,10 @@ class FileList {
   struct Entry {
     std::string key;
     std::string path;
+    std::uint64_t size = 0;  ///< bytes
   };
+
+  using Iterator = std::deque<Entry>::const_iterator;
 
   FileList() = default;
   FileList(const FileList&) = delete;
@@ -27,13 +30,13 @@ class FileList {
   /// The path under a key, or null.
   const std::string* find(std::string_view key) const;
   /// Adds a file under a key that is not taken yet.
-  void add(std::string key, const Path& path);
+  void add(std::string key, const Path& path, std::uint64_t size);
   void clear();
 
   std::size_t size() const { return entries_.size(); }
   bool empty() const { return entries_.empty(); }
-  auto begin() const { return entries_.begin(); }
-  auto end() const { return entries_.end(); }
+  Iterator begin() const { return entries_.begin(); }
+  Iterator end() const { return entries_.end(); }
 
  private:
   std::deque<Entry> entries_;  // never moves an entry, so the index may point into it
@@ -49,11 +52,11 @@ struct Sighting {
     newFile,       ///< the first of its size
     duplicate,     ///< same content as the first file of its size
     sameFileSize,  ///< the first with its content among later files of its size
-    passedOver,    ///< same content as a later file of its size
+    sameContent,   ///< same content as a later file of its size
   };
   Kind kind = Kind::newFile;
   std::string fingerprint;  ///< empty for a new file
-  Path original;            ///< of a duplicate or a file passed over: the file that it equals
+  Path original;            ///< of a duplicate or a file of the same content: the file that it equals
 };
 
 /// Decides what a file is and enters it in the lists. A file of a size not seen before goes under its size in

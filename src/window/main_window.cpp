@@ -215,13 +215,13 @@ void MainWindow::bindRun() {
   connect(shortcut, &QShortcut::activated, ui_->buttonStart, &QPushButton::click);
 }
 
-// What the last run has left to know goes when another one begins, before its workers count anew.
+// What the last run left to be said goes when the next one begins, before its workers start to count.
 void MainWindow::start() {
   auto& manager = interface_.manager;
-  const auto queue = manager.processQueue;
-  if (!manager.isRunning()) tally_.clear();
+  const bool isToStart = !manager.isRunning();
+  if (isToStart) tally_.clear();
   manager.startProcess(interface_.buttonStart.get());
-  if (manager.processQueue != queue) display_->begin();
+  if (isToStart && manager.runState().isRunning()) display_->begin();
 }
 
 void MainWindow::openTarget() {

@@ -11,6 +11,28 @@ namespace {
 
 constexpr int tickMilliseconds = 500;
 
+/// Where the remainder of a run counts files of an outcome; null for what needs no word.
+std::int64_t RunRemainder::*placeOf(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::failed:
+    case Outcome::unreadable:
+      return &RunRemainder::failed;
+    case Outcome::nameTaken:
+      return &RunRemainder::nameTaken;
+    case Outcome::exists:
+      return &RunRemainder::alreadyThere;
+    case Outcome::copied:
+    case Outcome::resized:
+    case Outcome::rewritten:
+    case Outcome::duplicate:
+    case Outcome::sameContent:
+    case Outcome::small:
+    case Outcome::notReached:
+      return nullptr;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 RunDisplay::RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface,
@@ -37,40 +59,23 @@ void RunDisplay::refresh() {
   showTimeLeft(now);
   showShare(now);
   showNameTaken();
-  if (timer_.isActive() && isOver(now)) end(now);
-}
-
-// The title is the last thing that a run sets, but for one that finds nothing, which leaves it.
-bool RunDisplay::isOver(const RunProgress& progress) const {
-  const bool isReported = interface_.buttonStart->title() == QStringLiteral("Start");
-  return !progress.isRunning && (isReported || progress.found == 0);
-}
-
-// Planning holds the queue as well, but that is work.
-bool RunDisplay::isPaused() const {
-  return interface_.buttonStart->isEnabled() && interface_.manager.processQueue->isSuspended();
+  if (timer_.isActive() && now.run.phase == RunPhase::ended) end(now.run);
 }
 
 RunProgress RunDisplay::progress() const {
-  using Stage = RunProgress::Stage;
-  const ProgressIndicator& search = *interface_.sourceProgress;
-  const ProgressIndicator& bar = *interface_.processBar;
-  const auto stage = !search.isIndeterminate() ? Stage::none  // what the first search makes it, for good
-                     : !search.isHidden()      ? Stage::scanning
-                     : bar.isIndeterminate()   ? Stage::planning
-                                               : Stage::executing;
-  const bool running = interface_.manager.isRunning();
-  return {.stage = stage,
-          .found = interface_.manager.sTotalCount,
-          .done = static_cast<std::int64_t>(bar.doubleValue()),
-          .isRunning = running,
-          .isPaused = running && isPaused()};
+  const auto& manager = interface_.manager;
+  return {.run = manager.runState(),
+          .found = manager.sTotalCount,
+          .done = static_cast<std::int64_t>(interface_.processBar->doubleValue())};
 }
 
 void RunDisplay::showTimeLeft(const RunProgress& progress) {
-  if (progress.isPaused) timeLeft_.pause();
-  const bool isWorking = progress.isRunning && !progress.isPaused;
-  if (!isWorking || progress.stage != RunProgress::Stage::executing) return ui_.timeLeftText->clear();
+  const bool isWorking = progress.run.phase == RunPhase::executing && !progress.run.isPaused;
+  if (progress.run.isPaused) timeLeft_.pause();
+  if (!isWorking) {
+    ui_.timeLeftText->clear();
+    return;
+  }
   const auto& manager = interface_.manager;
   const Amount settled = tally_.settled();
   const auto left = timeLeft_.guess(workOf(settled.files, settled.bytes),
@@ -79,7 +84,7 @@ void RunDisplay::showTimeLeft(const RunProgress& progress) {
 }
 
 void RunDisplay::showShare(const RunProgress& progress) {
-  const auto percent = progress.isRunning ? progress.percent() : std::nullopt;
+  const auto percent = progress.percent();
   const auto share = percent ? std::optional(static_cast<double>(*percent) / 100) : std::nullopt;
   if (share == shownShare_) return;
   shownShare_ = share;
@@ -91,23 +96,23 @@ void RunDisplay::showNameTaken() {
   ui_.lblTargetExistCount->setVisible(interface_.manager.targetExistCount > 0);
 }
 
-RunRemainder RunDisplay::remainder(const RunProgress& progress) const {
-  const auto& manager = interface_.manager;
-  return {.foundNothing = progress.found == 0 && !manager.hasstopped,
-          .failed = tally_.of(Outcome::failed).files + tally_.of(Outcome::unreadable).files,
-          .nameTaken = tally_.of(Outcome::nameTaken).files,
-          .alreadyThere = tally_.of(Outcome::exists).files};
+RunRemainder RunDisplay::remainder(const RunState& run) const {
+  RunRemainder remainder{.foundNothing = run.end == RunEnd::nothingFound};
+  for (const auto& [outcome, amount] : tally_.amounts()) {
+    if (const auto place = placeOf(outcome)) remainder.*place += amount.files;
+  }
+  return remainder;
 }
 
-void RunDisplay::end(const RunProgress& progress) {
+void RunDisplay::end(const RunState& run) {
   timer_.stop();
-  const RunRemainder left = remainder(progress);
+  const RunRemainder left = remainder(run);
   showRemainder(left);
   const auto target = interface_.manager.targetPath.get();
   std::error_code ignored;
   const bool isThere = target && std::filesystem::is_directory(*target, ignored);
   ui_.buttonOpenTarget->setVisible(isThere && !left.foundNothing);
-  if (!window_.isActiveWindow() && !interface_.manager.hasstopped) notify(left);
+  if (!window_.isActiveWindow() && run.end != RunEnd::stopped) notify(left);
 }
 
 void RunDisplay::showRemainder(const RunRemainder& remainder) {

@@ -39,14 +39,12 @@ class RunDisplay : public QObject {
   void timerEvent(QTimerEvent* event) override;
 
  private:
-  bool isPaused() const;
-  bool isOver(const RunProgress& progress) const;
   RunProgress progress() const;
-  RunRemainder remainder(const RunProgress& progress) const;
+  RunRemainder remainder(const RunState& run) const;
   void showTimeLeft(const RunProgress& progress);
   void showShare(const RunProgress& progress);
   void showNameTaken();
-  void end(const RunProgress& progress);
+  void end(const RunState& run);
   void showRemainder(const RunRemainder& remainder);
   void notify(const RunRemainder& remainder);
 

@@ -8,8 +8,6 @@ namespace kestrova {
 
 namespace {
 
-using Stage = RunProgress::Stage;
-
 struct Run {
   Q_DECLARE_TR_FUNCTIONS(Run)
 };
@@ -23,23 +21,34 @@ QString activityText(const RunProgress& progress) {
   const auto percent = progress.percent();
   if (!percent) return Run::tr("Searching");
   const QString text = Run::tr("%1%").arg(number(*percent));
-  return progress.isPaused ? Run::tr("%1 (paused)").arg(text) : text;
+  return progress.run.isPaused ? Run::tr("%1 (paused)").arg(text) : text;
+}
+
+QString shareText(const RunProgress& progress) {
+  return Run::tr("%1 of %Ln file(s)", nullptr, plural(progress.found)).arg(number(progress.done));
 }
 
 }  // namespace
 
 QString progressText(const RunProgress& progress) {
-  if (progress.stage == Stage::none) return {};
-  const bool isSearching = progress.stage == Stage::scanning;
-  if (progress.found == 0 && !isSearching) return Run::tr("No photos or videos found");
-  if (progress.stage != Stage::executing)
-    return Run::tr("%Ln file(s) found", nullptr, plural(progress.found));
-  return Run::tr("%1 of %Ln file(s)", nullptr, plural(progress.found)).arg(number(progress.done));
+  switch (progress.run.phase) {
+    case RunPhase::idle:
+      return {};
+    case RunPhase::scanning:
+    case RunPhase::planning:
+      return Run::tr("%Ln file(s) found", nullptr, plural(progress.found));
+    case RunPhase::executing:
+      return shareText(progress);
+    case RunPhase::ended:
+      const bool hasNothing = progress.run.end == RunEnd::nothingFound;
+      return hasNothing ? Run::tr("No photos or videos found") : shareText(progress);
+  }
+  return {};
 }
 
 QString titleText(const RunProgress& progress) {
   const auto name = QStringLiteral("Kestrova");
-  return progress.isRunning ? activityText(progress) + QStringLiteral(" - ") + name : name;
+  return progress.run.isRunning() ? activityText(progress) + QStringLiteral(" - ") + name : name;
 }
 
 QString timeLeftText(std::chrono::seconds left) {

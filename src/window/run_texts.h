@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/run_state.h"
+
 #include <QString>
 #include <chrono>
 #include <cstdint>
@@ -9,16 +11,13 @@ namespace kestrova {
 
 /// How far a run is.
 struct RunProgress {
-  enum class Stage { none, scanning, planning, executing };
-  Stage stage = Stage::none;
+  RunState run;
   std::int64_t found = 0;  ///< files to organise
   std::int64_t done = 0;   ///< of these
-  bool isRunning = false;
-  bool isPaused = false;
 
   /// Whole percents done; nothing before the number of files is known.
   std::optional<std::int64_t> percent() const {
-    return stage == Stage::executing && found > 0 ? std::optional(100 * done / found) : std::nullopt;
+    return run.phase == RunPhase::executing && found > 0 ? std::optional(100 * done / found) : std::nullopt;
   }
 };
 

@@ -6,7 +6,6 @@ namespace kestrova::cli {
 
 namespace {
 
-using Stage = Standing::Stage;
 using std::chrono::seconds;
 using testing::HasSubstr;
 using testing::Not;
@@ -14,7 +13,8 @@ using testing::Not;
 constexpr std::int64_t megabyte = 1024 * 1024;
 
 Standing writing(std::int64_t done, std::int64_t found) {
-  return {Stage::writing, QStringLiteral("Copying"), {found, found * megabyte}, 0, {done, done * megabyte}};
+  return {
+      RunPhase::executing, QStringLiteral("Copying"), {found, found * megabyte}, 0, {done, done * megabyte}};
 }
 
 std::string line(const Standing& standing, std::optional<seconds> left = {}, int width = 200) {
@@ -24,7 +24,7 @@ std::string line(const Standing& standing, std::optional<seconds> left = {}, int
 }  // namespace
 
 TEST(CliProgress, CountsWhatAScanFinds) {
-  EXPECT_EQ(line({Stage::scanning, QStringLiteral("Analyzing source folders"), {12, 0}, 3, {}}),
+  EXPECT_EQ(line({RunPhase::scanning, QStringLiteral("Analyzing source folders"), {12, 0}, 3, {}}),
             "12 found, 3 duplicates  Analyzing source folders");
 }
 
@@ -45,11 +45,11 @@ TEST(CliProgress, SaysTheTimeLeftInFittingUnits) {
 }
 
 TEST(CliProgress, HasNothingToDoInAnEmptyRun) {
-  EXPECT_THAT(line({Stage::writing, {}, {}, 0, {}}), HasSubstr("  0%  0 of 0"));
+  EXPECT_THAT(line({RunPhase::executing, {}, {}, 0, {}}), HasSubstr("  0%  0 of 0"));
 }
 
 TEST(CliProgress, EscapesTheStatus) {
-  EXPECT_THAT(line({Stage::scanning, QStringLiteral("\x1b[2J"), {}, 0, {}}), Not(HasSubstr("\x1b")));
+  EXPECT_THAT(line({RunPhase::scanning, QStringLiteral("\x1b[2J"), {}, 0, {}}), Not(HasSubstr("\x1b")));
 }
 
 TEST(CliProgress, AddsLinesWhereThereIsNoTerminal) {

@@ -64,7 +64,7 @@ class CliRun : public testing::Test {
 
 TEST_F(CliRun, CompletesAndCountsEveryFile) {
   const Summary summary = organise();
-  EXPECT_EQ(summary.end, Summary::End::completed);
+  EXPECT_EQ(summary.end, RunEnd::completed);
   EXPECT_EQ(exitStatus(summary), 0);
   EXPECT_EQ(summary.written.total.files, 4);
   EXPECT_EQ(summary.written.total.bytes, 10);
@@ -74,7 +74,7 @@ TEST_F(CliRun, CompletesAndCountsEveryFile) {
 TEST_F(CliRun, EndsInErrorWhenAnOperationMeetsAnException) {
   files_->onStageCopy = atCall(2, fail);
   const Summary summary = organise();
-  EXPECT_EQ(summary.end, Summary::End::failed);
+  EXPECT_EQ(summary.end, RunEnd::error);
   EXPECT_EQ(exitStatus(summary), 1);
   EXPECT_EQ(summary.status, QStringLiteral("Error"));
   EXPECT_EQ(summary.written.total.files, 1);
@@ -85,7 +85,7 @@ TEST_F(CliRun, EndsInErrorWhenPlanningMeetsAnException) {
   for (const int call : {1, 4}) {
     files_->onAttributes = atCall(call, fail);
     const Summary summary = organise();
-    EXPECT_EQ(summary.end, Summary::End::failed);
+    EXPECT_EQ(summary.end, RunEnd::error);
     EXPECT_EQ(summary.status, QStringLiteral("EXCEPTION copyFiles : out of order"));
     EXPECT_THAT(test::filesBelow(out_), IsEmpty());
   }
@@ -102,13 +102,13 @@ TEST_F(CliRun, StopsWhilePlanning) {
   for (const int call : {1, 4}) {
     files_->onAttributes = atCall(call, ctrlC());
     const Summary summary = organise();
-    EXPECT_EQ(summary.end, Summary::End::stopped);
+    EXPECT_EQ(summary.end, RunEnd::stopped);
     EXPECT_EQ(summary.status, QStringLiteral("Stopped"));
     EXPECT_THAT(test::filesBelow(out_), IsEmpty());
   }
 }
 
-TEST_F(CliRun, FinishesTheFileInHandWhenStopped) {
+TEST_F(CliRun, FinishesTheCurrentFileWhenStopped) {
   files_->onStageCopy = atCall(2, ctrlC());
   const Summary summary = organise();
   EXPECT_EQ(exitStatus(summary), 130);

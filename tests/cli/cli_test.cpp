@@ -186,8 +186,9 @@ TEST(Cli, RefusesWrongUsage) {
       {{}, "no command is given: there is \"organise\""},
       {{"organise", folders.in}, "no target folder is given: --to FOLDER names it"},
       {{"organise", missing, "--to", folders.out}, '"' + missing + "\": No such file or directory"},
-      {{"organise", file, "--to", folders.out}, '"' + file.native() + "\": this source is no folder"},
-      {{"organise", folders.root.path(), "--to", file}, '"' + file.native() + "\": this target is no folder"},
+      {{"organise", file, "--to", folders.out}, '"' + file.native() + "\": this source is not a folder"},
+      {{"organise", folders.root.path(), "--to", file},
+       '"' + file.native() + "\": this target is not a folder"},
   }};
   for (const auto& [words, reason] : cases) {
     const auto result = run(words);
@@ -343,7 +344,7 @@ class CliStop : public testing::TestWithParam<int> {};
 
 }  // namespace
 
-TEST_P(CliStop, FinishesTheFileInHandAndGoesOnWithTheNextRun) {
+TEST_P(CliStop, FinishesTheCurrentFileAndGoesOnWithTheNextRun) {
   const Folders folders;
   writeManyFiles(folders.in);
   Process process(commandOf({"organise", folders.in, "--to", folders.out, "--folders=short", "--json"}),

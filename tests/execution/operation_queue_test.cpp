@@ -1,11 +1,5 @@
-#include "execution/operation_queue.h"
-
+#include "operation_queue_fixture.h"
 #include "support/headless_program.h"
-
-#include <atomic>
-#include <chrono>
-#include <random>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -13,53 +7,9 @@ namespace kestrova {
 
 namespace {
 
-/// What operations call: counts, and notes how many run at once.
-class Target {
- public:
-  void work(int number) {
-    const int running = ++running_;
-    int most = mostAtOnce.load();
-    while (running > most && !mostAtOnce.compare_exchange_weak(most, running)) {
-    }
-    {
-      const std::lock_guard lock(mutex_);
-      order_.push_back(number);
-    }
-    ++calls;
-    --running_;
-  }
-  void waitForRelease(int number) {
-    ++waiting;
-    while (!released) std::this_thread::yield();
-    work(number);
-  }
-  void raise(int) { throw std::runtime_error("on purpose"); }
-  std::vector<int> order() const {
-    const std::lock_guard lock(mutex_);
-    return order_;
-  }
-
-  std::atomic<int> calls = 0;
-  std::atomic<int> waiting = 0;
-  std::atomic<int> mostAtOnce = 0;
-  std::atomic<bool> released = false;
-
- private:
-  mutable std::mutex mutex_;
-  std::vector<int> order_;
-  std::atomic<int> running_ = 0;
-};
-
-std::shared_ptr<InvocationOperation> operationOn(Target& target, int number,
-                                                 void (Target::*selector)(int) = &Target::work) {
-  auto operation = std::make_shared<InvocationOperation>();
-  operation->init(&target, selector, number);
-  return operation;
-}
-
-void waitFor(const std::function<bool()>& condition) {
-  while (!condition()) std::this_thread::yield();
-}
+using test::operationOn;
+using test::waitFor;
+using Target = test::CountingTarget;
 
 }  // namespace
 
@@ -229,76 +179,35 @@ TEST(OperationQueue, LetsGoOfAnArgumentWhenItsOperationEnds) {
 }
 
 // Every operation ends exactly once, run or cancelled, whatever happens to the queue meanwhile.
-TEST(OperationQueue, LosesNothingWhenItIsSuspendedAndResumedAtRandomMoments) {
+TEST(OperationQueue, CallsTheOtherMethodOfAnOperationThatIsCancelledBeforeItStarts) {
+  Target target;
+  OperationQueue queue;
+  queue.setSuspended(true);
+  const auto operation = std::make_shared<InvocationOperation>();
+  operation->init(&target, &Target::raise, 7, &Target::work);
+  queue.addOperation(operation);
+  operation->cancel();
+  queue.setSuspended(false);
+  queue.waitUntilIdle();
+  EXPECT_EQ(target.order(), std::vector<int>{7});
+}
+
+TEST(OperationQueue, ClosedWaitsForWhatRunsAndStartsNothingMore) {
   Target target;
   OperationQueue queue;
   queue.setMaxConcurrentOperationCount(1);
-  std::atomic<int> ended = 0;
-  std::atomic<std::size_t> last = 0;
-  queue.addObserver("operations", [&](std::string_view, OperationQueue& object) {
-    ++ended;
-    last = object.operationCount();
+  queue.addOperation(operationOn(target, 1, &Target::waitForRelease));
+  waitFor([&] { return target.waiting == 1; });
+  queue.addOperation(operationOn(target, 2));
+  std::thread release([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    target.released = true;
   });
-  std::jthread disturber([&queue](const std::stop_token& stop) {
-    std::mt19937 random(1);
-    while (!stop.stop_requested()) {
-      queue.setSuspended(random() % 2 == 0);
-      std::this_thread::sleep_for(std::chrono::microseconds(random() % 50));
-    }
-    queue.setSuspended(false);
-  });
-  constexpr int count = 5000;
-  for (int i = 0; i < count; ++i) queue.addOperation(operationOn(target, i));
-  waitFor([&] { return target.calls >= count / 2; });
-  disturber.request_stop();
-  disturber.join();
-  queue.waitUntilIdle();
-  EXPECT_EQ(target.calls, count);
-  EXPECT_EQ(ended, 2 * count);
-  EXPECT_EQ(last, 0U);
-}
-
-TEST(OperationQueue, DrainsWhenItIsCancelledAtRandomMoments) {
-  std::mt19937 random(2);
-  for (int round = 0; round < 100; ++round) {
-    Target target;
-    OperationQueue queue;
-    queue.setMaxConcurrentOperationCount(1 + random() % 3);
-    std::atomic<int> changes = 0;
-    queue.addObserver("operations", [&](std::string_view, OperationQueue&) { ++changes; });
-    for (int i = 0; i < 200; ++i) queue.addOperation(operationOn(target, i));
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 200));
-    queue.setSuspended(true);
-    queue.cancelAllOperations();
-    const int finished = target.calls;
-    queue.setSuspended(false);
-    queue.waitUntilIdle();
-    EXPECT_EQ(queue.operationCount(), 0U);
-    EXPECT_EQ(changes, 400);
-    EXPECT_LE(target.calls, finished + 3);
-  }
-}
-
-TEST(OperationQueue, StaysConsistentUnderManyThreadsAtOnce) {
-  Target target;
-  OperationQueue queue;
-  {
-    std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-      threads.emplace_back([&] {
-        for (int i = 0; i < 500; ++i) {
-          queue.addOperation(operationOn(target, i));
-          if (i % 50 == 0) queue.setSuspended(i % 100 == 0);
-          if (i % 70 == 0) queue.setMaxConcurrentOperationCount(static_cast<std::size_t>(1 + i % 4));
-          queue.isSuspended();
-          queue.operationCount();
-        }
-      });
-    }
-  }
-  queue.setSuspended(false);
-  queue.waitUntilIdle();
-  EXPECT_EQ(target.calls, 2000);
+  queue.close();
+  EXPECT_EQ(target.order(), std::vector<int>{1});
+  queue.addOperation(operationOn(target, 3));
+  release.join();
+  EXPECT_EQ(target.calls, 1);
 }
 
 }  // namespace kestrova

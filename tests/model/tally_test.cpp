@@ -39,16 +39,18 @@ TEST(Tally, TakesAnUnreadableDuplicateForSetAside) {
   EXPECT_EQ(tally.of(Outcome::duplicate).files, 0);
 }
 
-TEST(Tally, KeepsWhatCouldNotBeReadOrWritten) {
+TEST(Tally, KeepsWhatCouldNotBeReadWrittenOrRewritten) {
   Tally tally;
   add(tally, Outcome::copied, 1);
+  tally.add({.outcome = Outcome::copied, .source = "0.jpg", .error = "does not decode"});
   tally.add({.outcome = Outcome::failed, .source = "a.jpg", .error = "full"});
   tally.add({.outcome = Outcome::unreadable, .source = "b.jpg", .error = "refused"});
-  const auto failures = tally.failures();
-  ASSERT_EQ(failures.size(), 2U);
-  EXPECT_EQ(failures[0].error, "full");
-  EXPECT_EQ(failures[1].source, Path("b.jpg"));
-  EXPECT_EQ(failures[1].outcome, Outcome::unreadable);
+  const auto remarks = tally.remarks();
+  ASSERT_EQ(remarks.size(), 3U);
+  EXPECT_EQ(remarks[0].outcome, Outcome::copied);
+  EXPECT_EQ(remarks[1].error, "full");
+  EXPECT_EQ(remarks[2].source, Path("b.jpg"));
+  EXPECT_EQ(remarks[2].outcome, Outcome::unreadable);
 }
 
 TEST(Tally, BeginsAnew) {
@@ -57,7 +59,7 @@ TEST(Tally, BeginsAnew) {
   tally.clear();
   EXPECT_EQ(tally.settled(), Amount());
   EXPECT_TRUE(tally.amounts().empty());
-  EXPECT_TRUE(tally.failures().empty());
+  EXPECT_TRUE(tally.remarks().empty());
 }
 
 }  // namespace

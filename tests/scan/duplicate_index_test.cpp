@@ -54,7 +54,7 @@ TEST_F(DuplicateIndex, PassesOverAFileThatEqualsALaterOneOfItsSize) {
   see("/a", 7, "A");
   see("/b", 7, "B");
   const Sighting third = see("/c", 7, "B");
-  EXPECT_EQ(third.kind, Kind::passedOver);
+  EXPECT_EQ(third.kind, Kind::sameContent);
   EXPECT_EQ(third.original, "/b");
   EXPECT_EQ(fileList.size(), 2U);
 }

@@ -41,7 +41,7 @@ class Layout : public WindowTest {
     }
     frame();
     widget<QLabel>("progressText")
-        .setText(progressText({RunProgress::Stage::executing, 1'234'567, 1'234'567}));
+        .setText(progressText({{.phase = RunPhase::executing}, 1'234'567, 1'234'567}));
     widget<QLabel>("timeLeftText").setText(timeLeftText(std::chrono::minutes(59)));
     widget<QLabel>("remainderText")
         .setText(remainderText({.failed = 123, .nameTaken = 12'345, .alreadyThere = 12'345}));
@@ -139,7 +139,7 @@ TEST_F(Layout, DoesNotMoveWhileARunGoesOn) {
   frame();
   const int before = widget<QWidget>("processBar").width();
   const QPoint start = widget<QWidget>("buttonStart").pos();
-  widget<QLabel>("progressText").setText(progressText({RunProgress::Stage::executing, 88'888, 1}));
+  widget<QLabel>("progressText").setText(progressText({{.phase = RunPhase::executing}, 88'888, 1}));
   widget<QLabel>("timeLeftText").setText(timeLeftText(std::chrono::minutes(5)));
   QTest::qWait(50);
   EXPECT_EQ(widget<QWidget>("processBar").width(), before);

@@ -8,7 +8,13 @@ namespace kestrova {
 
 namespace {
 
-using Stage = RunProgress::Stage;
+constexpr RunState idle;
+constexpr RunState scanning{.phase = RunPhase::scanning};
+constexpr RunState planning{.phase = RunPhase::planning};
+constexpr RunState executing{.phase = RunPhase::executing};
+constexpr RunState paused{.phase = RunPhase::executing, .isPaused = true};
+
+RunState ended(RunEnd end) { return {.phase = RunPhase::ended, .end = end}; }
 
 class ProgressText : public testing::Test {
  protected:
@@ -16,35 +22,37 @@ class ProgressText : public testing::Test {
   ~ProgressText() override { QLocale::setDefault(QLocale::system()); }
 };
 
-TEST_F(ProgressText, IsEmptyBeforeTheFirstRun) { EXPECT_EQ(progressText({}), QString()); }
+TEST_F(ProgressText, IsEmptyBeforeTheFirstRun) { EXPECT_EQ(progressText({idle}), QString()); }
 
 TEST_F(ProgressText, CountsWhatIsFound) {
-  EXPECT_EQ(progressText({Stage::scanning, 0}), QStringLiteral("0 files found"));
-  EXPECT_EQ(progressText({Stage::scanning, 1}), QStringLiteral("1 file found"));
-  EXPECT_EQ(progressText({Stage::planning, 5300}), QStringLiteral("5,300 files found"));
+  EXPECT_EQ(progressText({scanning, 0}), QStringLiteral("0 files found"));
+  EXPECT_EQ(progressText({scanning, 1}), QStringLiteral("1 file found"));
+  EXPECT_EQ(progressText({planning, 5300}), QStringLiteral("5,300 files found"));
 }
 
 TEST_F(ProgressText, NamesWhatIsDoneOfWhatWasFound) {
-  EXPECT_EQ(progressText({Stage::executing, 5300, 1240}), QStringLiteral("1,240 of 5,300 files"));
+  EXPECT_EQ(progressText({executing, 5300, 1240}), QStringLiteral("1,240 of 5,300 files"));
+}
+
+TEST_F(ProgressText, StaysWhenTheRunHasEnded) {
+  for (const auto end : {RunEnd::completed, RunEnd::stopped, RunEnd::outOfSpace, RunEnd::error})
+    EXPECT_EQ(progressText({ended(end), 12, 7}), QStringLiteral("7 of 12 files"));
 }
 
 TEST_F(ProgressText, CountsOneFileInTheSingular) {
-  EXPECT_EQ(progressText({Stage::executing, 1, 0}), QStringLiteral("0 of 1 file"));
+  EXPECT_EQ(progressText({executing, 1, 0}), QStringLiteral("0 of 1 file"));
 }
 
 TEST_F(ProgressText, SaysWhenNothingWasFound) {
-  EXPECT_EQ(progressText({Stage::executing, 0}), QStringLiteral("No photos or videos found"));
+  EXPECT_EQ(progressText({ended(RunEnd::nothingFound)}), QStringLiteral("No photos or videos found"));
 }
 
 TEST_F(ProgressText, StandsInTheTitleInShort) {
-  EXPECT_EQ(titleText({}), QStringLiteral("Kestrova"));
-  EXPECT_EQ(titleText({.stage = Stage::scanning, .isRunning = true}), QStringLiteral("Searching - Kestrova"));
-  EXPECT_EQ(titleText({.stage = Stage::executing, .found = 1000, .done = 429, .isRunning = true}),
-            QStringLiteral("42% - Kestrova"));
-  EXPECT_EQ(
-      titleText({.stage = Stage::executing, .found = 1000, .done = 429, .isRunning = true, .isPaused = true}),
-      QStringLiteral("42% (paused) - Kestrova"));
-  EXPECT_EQ(titleText({.stage = Stage::executing, .found = 10, .done = 10}), QStringLiteral("Kestrova"));
+  EXPECT_EQ(titleText({idle}), QStringLiteral("Kestrova"));
+  EXPECT_EQ(titleText({scanning}), QStringLiteral("Searching - Kestrova"));
+  EXPECT_EQ(titleText({executing, 1000, 429}), QStringLiteral("42% - Kestrova"));
+  EXPECT_EQ(titleText({paused, 1000, 429}), QStringLiteral("42% (paused) - Kestrova"));
+  EXPECT_EQ(titleText({ended(RunEnd::completed), 10, 10}), QStringLiteral("Kestrova"));
 }
 
 TEST_F(ProgressText, SaysTheTimeLeftAsOneSaysIt) {

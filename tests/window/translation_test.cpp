@@ -104,9 +104,8 @@ TEST(ShownText, IsTheControllersOwnInEnglish) {
 
 TEST(Plurals, AreRightInGerman) {
   const German german;
-  using Stage = RunProgress::Stage;
-  EXPECT_EQ(progressText({Stage::scanning, 1}), QStringLiteral("1 Datei gefunden"));
-  EXPECT_EQ(progressText({Stage::scanning, 2}), QStringLiteral("2 Dateien gefunden"));
+  EXPECT_EQ(progressText({{.phase = RunPhase::scanning}, 1}), QStringLiteral("1 Datei gefunden"));
+  EXPECT_EQ(progressText({{.phase = RunPhase::scanning}, 2}), QStringLiteral("2 Dateien gefunden"));
   EXPECT_EQ(timeLeftText(std::chrono::seconds(60)), QStringLiteral("Noch etwa 1 Minute"));
   EXPECT_EQ(timeLeftText(std::chrono::seconds(300)), QStringLiteral("Noch etwa 5 Minuten"));
   EXPECT_EQ(remainderText({.failed = 1}), QStringLiteral("1 Datei konnte nicht geschrieben werden."));

@@ -4,48 +4,36 @@
 #include "platform/log.h"
 #include "scan/media_classification.h"
 
+#include <cerrno>
 #include <exception>
 
 namespace kestrova {
-
-namespace {
-
-Outcome outcomeOf(const FileError& error) {
-  switch (error.kind) {
-    case FileError::Kind::alreadyExists:
-      return Outcome::nameTaken;
-    case FileError::Kind::unreadable:
-      return Outcome::unreadable;
-    case FileError::Kind::noSpace:
-    case FileError::Kind::notFound:
-    case FileError::Kind::other:
-      return Outcome::failed;
-  }
-  return Outcome::failed;
-}
-
-}  // namespace
 
 void OrganiseManager::copyOperation(const OperationRecord& record) {
   appStatus = 3;
   try {
     copyRecord(record);
   } catch (const std::exception& error) {
-    haltForException(QStringLiteral("EXCEPTION rotateOperation : "), error);
+    settleException(record, error);
+    // The text names another operation; it is what users search for.
+    haltForException(QStringLiteral("Error"),
+                     QStringLiteral("EXCEPTION rotateOperation : ") + QString::fromUtf8(error.what()));
   }
 }
 
 void OrganiseManager::copyRecord(const OperationRecord& record) {
   const auto operation = record.operation();
-  if (operation && operation->isCancelled()) return;
-  const Path from = record.file("from").value_or(Path());
+  if (operation && operation->isCancelled()) {
+    skipOperation(record);
+    return;
+  }
   const Path to = record.file("to").value_or(Path());
-  const QString extension = pathExtension(from);
+  const QString extension = pathExtension(record.file("from").value_or(Path()));
   const QString number = countText(tTotalCount + 1);
   if (isPhoto(extension)) setStatus(QStringLiteral("Copying Photo (%1) %2").arg(extension.toUpper(), number));
   if (isVideo(extension)) setStatus(QStringLiteral("Copying VIDEO ") + number);
   prepareFolderOf(to);
-  copyFile(from, to);
+  copyAsItIs(record);
   if (isLogging()) log(displayPath(to));
 }
 
@@ -60,48 +48,92 @@ void OrganiseManager::createFolder(const Path& file) {
 }
 
 void OrganiseManager::copyFile(const Path& from, const Path& to) {
-  const std::uint64_t size = sizeOfFile(from);
-  const auto copied = host_.files->copyItem(from, to);
-  if (copied) {
-    increaseTargetCount(pathExtension(to), size);
-    log(QStringLiteral("Copy successful"));
-    return announce({.outcome = Verdict::Outcome::copied,
-                     .source = from,
-                     .target = to,
-                     .sourceSize = size,
-                     .targetSize = size});
-  }
-  bookFailedCopy(copied.error());
-  announce({.outcome = outcomeOf(copied.error()),
-            .source = from,
-            .target = to,
-            .sourceSize = size,
-            .error = copied.error().message});
+  copyAsItIs({{"from", OperationRecord::FileUrl(from)}, {"to", OperationRecord::FileUrl(to)}});
 }
 
-void OrganiseManager::bookFailedCopy(const FileError& error) {
-  const int code = copyErrorCode(error);
-  if (code == existingFileCode) {
-    targetExistCount += 1;
-    post([this] { lblTargetExistCount->setStringValue(countText(targetExistCount)); });
+// The size that counts is the one before the copy.
+void OrganiseManager::copyAsItIs(const OperationRecord& record, const std::string& remark) {
+  Verdict verdict = verdictOn(record);
+  const auto copied = host_.files->copyItem(verdict.source, verdict.target.value_or(Path()),
+                                            [&] { return checkIsAsPlanned(record); });
+  if (copied) {
+    verdict.outcome = Outcome::copied;
+    verdict.error = remark;
+    noteTarget(verdict);
+    settle(verdict);
+    log(QStringLiteral("Copy successful"));
+  } else if (copyErrorCode(copied.error()) == existingFileCode) {
+    const bool isOfTheRun = record.planned() && record.planned()->isNameTaken;
+    verdict.outcome = isOfTheRun ? Outcome::nameTaken : Outcome::exists;
+    verdict.countedAs = Outcome::nameTaken;
+    settle(verdict);
     log(QStringLiteral("Item Exist"));
-  } else if (code == fullWhenCopying) {
-    endForFullVolume(QStringLiteral("There is not enough space at destination"));
+  } else {
+    settleFailure(verdict, copied.error());
+    if (copyErrorCode(copied.error()) == fullWhenCopying)
+      endForFullVolume(QStringLiteral("There is not enough space at destination"));
   }
+}
+
+void OrganiseManager::settleFailure(Verdict verdict, const FileError& error) {
+  const bool isUnreadable = error.kind == FileError::Kind::unreadable;
+  verdict.outcome = isUnreadable ? Outcome::unreadable : Outcome::failed;
+  verdict.error = error.message;
+  settle(verdict);
+}
+
+void OrganiseManager::settleException(const OperationRecord& record, const std::exception& error) {
+  Verdict verdict = plannedVerdict(record);
+  verdict.outcome = Outcome::failed;
+  verdict.error = error.what();
+  settle(verdict);
+}
+
+void OrganiseManager::skipOperation(const OperationRecord& record) {
+  Verdict verdict = plannedVerdict(record);
+  verdict.outcome = Outcome::notReached;
+  settle(verdict);
+}
+
+FileResult<void> OrganiseManager::checkIsAsPlanned(const OperationRecord& record) const {
+  const auto& planned = record.planned();
+  if (!planned || !planned->modified) return {};
+  const auto now = host_.files->attributesOfItem(record.file("from").value_or(Path()));
+  if (!now || (now->size == planned->size && now->modified == *planned->modified)) return {};
+  return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
+}
+
+// Where the plan knows nothing, the file is asked.
+Verdict OrganiseManager::verdictOn(const OperationRecord& record) const {
+  Verdict verdict = plannedVerdict(record);
+  if (verdict.sourceModified) return verdict;
+  if (const auto source = host_.files->attributesOfItem(verdict.source)) {
+    verdict.sourceSize = source->size;
+    verdict.sourceModified = source->modified;
+  }
+  return verdict;
+}
+
+void OrganiseManager::noteTarget(Verdict& verdict) const {
+  const auto target = host_.files->attributesOfItem(verdict.target.value_or(Path()));
+  if (!target) return;
+  verdict.targetSize = target->size;
+  verdict.targetModified = target->modified;
 }
 
 void OrganiseManager::endForFullVolume(const QString& logText) {
   log(logText);
+  endEarly(RunEnd::outOfSpace);
   processQueue->cancelAllOperations();
   post([this] { buttonStart->setTitle(QStringLiteral("Start")); });
   setStatus(QStringLiteral("Not enough space!"));
   haserror = true;
 }
 
-void OrganiseManager::haltForException(const QString& logText, const std::exception& error) {
-  setStatus(QStringLiteral("Error"));
-  log(logText + QString::fromUtf8(error.what()));
-  processQueue->setSuspended(true);
+void OrganiseManager::haltForException(const QString& status, const QString& logText) {
+  setStatus(status);
+  log(logText);
+  haltRun();
 }
 
 std::uint64_t OrganiseManager::sizeOfFile(const Path& path) const {

@@ -28,41 +28,48 @@ void OrganiseManager::rotateOperation(const OperationRecord& record) {
   try {
     rotateRecord(record);
   } catch (const std::exception& error) {
+    settleException(record, error);
     const auto text = QStringLiteral("EXCEPTION rotateOperation : ") + QString::fromUtf8(error.what());
-    setStatus(text);
-    log(text);
-    processQueue->setSuspended(true);
+    haltForException(text, text);
   }
 }
 
 void OrganiseManager::rotateRecord(const OperationRecord& record) {
-  const Path from = record.file("from").value_or(Path());
+  Verdict verdict = verdictOn(record);
   const Path to = record.file("to").value_or(Path());
-  setStatus(QStringLiteral("Rotating photo : ") + displayPath(from));
+  setStatus(QStringLiteral("Rotating photo : ") + displayPath(verdict.source));
   prepareFolderOf(to);
   log(QStringLiteral("ROTATING PHOTOOOOO!"));
-  const auto jpeg = asJpeg(host_.files->readFile(from));
-  const auto written = writeNew(jpeg ? &*jpeg : nullptr, to);
-  if (!written && writeErrorCode(written.error()) == fullWhenWriting)
-    endForFullVolume(QStringLiteral("No space left!!!!!"));
+  const auto jpeg = asJpeg(host_.files->readFile(verdict.source));
+  if (!jpeg) {
+    // Counted with the rewritten photos, though nothing is written.
+    verdict.countedAs = Outcome::rewritten;
+    settleFailure(verdict, {0, "the photo does not decode"});
+  } else if (const auto written = host_.files->writeData(*jpeg, to)) {
+    verdict.outcome = Outcome::rewritten;
+    verdict.targetSize = jpeg->size();
+    noteTarget(verdict);
+    settle(verdict);
+  } else {
+    settleFailure(verdict, written.error());
+    if (writeErrorCode(written.error()) == fullWhenWriting)
+      endForFullVolume(QStringLiteral("No space left!!!!!"));
+  }
   if (isLogging()) log(QString::fromStdString(fileUrlString(to)));
 }
 
-// A full volume pauses here, where turning a photo ends the run.
+// A full volume pauses here, where turning a photo ends the run. No bytes are no error: nothing is written,
+// and a photo of 0 bytes is counted.
 void OrganiseManager::writeDataOperation(const OperationRecord& record) {
-  const auto written = writeNew(record.data(), record.file("to").value_or(Path()));
-  if (!written && writeErrorCode(written.error()) == fullWhenWriting) {
+  const Path to = record.file("to").value_or(Path());
+  const Bytes* data = record.data();
+  const auto written = data == nullptr ? FileResult<void>() : host_.files->writeData(*data, to);
+  if (written) {
+    increaseRotateCount(pathExtension(to), data == nullptr ? 0 : data->size());
+  } else if (writeErrorCode(written.error()) == fullWhenWriting) {
     log(QStringLiteral("No space left!!!!!"));
-    processQueue->setSuspended(true);
+    pauseRun();
   }
-}
-
-// No bytes are no error: nothing is written, and a photo of 0 bytes is booked.
-FileResult<void> OrganiseManager::writeNew(const Bytes* data, const Path& to) {
-  FileResult<void> written;
-  if (data != nullptr) written = host_.files->writeData(*data, to);
-  if (written) increaseRotateCount(pathExtension(to), data == nullptr ? 0 : data->size());
-  return written;
 }
 
 }  // namespace kestrova

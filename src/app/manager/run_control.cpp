@@ -15,15 +15,42 @@ void OrganiseManager::startProcess(const Control*) {
 
 void OrganiseManager::pauseOrContinue() {
   if (processQueue->isSuspended()) {
-    processQueue->setSuspended(false);
+    runState_.update([](RunState& state) { state.forgetError(); });
+    resumeRun();
     post([this] { buttonStart->setTitle(QStringLiteral("Pause")); });
     return;
   }
-  processQueue->setSuspended(true);
+  pauseRun();
   post([this] {
     buttonStart->setTitle(QStringLiteral("Continue"));
     setStatus(QStringLiteral("Paused"));
   });
+}
+
+// The queue and what is known of it change together, so that neither can get ahead of the other.
+void OrganiseManager::pauseRun() {
+  runState_.update([this](RunState& state) {
+    state.isPaused = true;
+    processQueue->setSuspended(true);
+  });
+}
+
+void OrganiseManager::haltRun() {
+  runState_.update([this](RunState& state) {
+    state.halt();
+    processQueue->setSuspended(true);
+  });
+}
+
+void OrganiseManager::resumeRun() {
+  runState_.update([this](RunState& state) {
+    state.resume();
+    processQueue->setSuspended(false);
+  });
+}
+
+void OrganiseManager::enter(RunPhase phase) {
+  runState_.update([phase](RunState& state) { state.phase = phase; });
 }
 
 void OrganiseManager::startRun() {
@@ -33,6 +60,9 @@ void OrganiseManager::startRun() {
   hasstopped = false;
   starttime = host_.now();
   processQueue = std::make_shared<OperationQueue>();
+  processQueue->addObserver("operations",
+                            [this](std::string_view, const OperationQueue& queue) { noticeEnd(queue); });
+  runState_ = RunState{.phase = RunPhase::scanning};
   const auto scan = std::make_shared<InvocationOperation>();
   scan->init(this, &OrganiseManager::analyseSourceOperation);
   processQueue->addOperation(scan);
@@ -45,11 +75,29 @@ void OrganiseManager::startRun() {
 void OrganiseManager::stopProcess(const Control*) {
   if (!isRunning()) return;
   hasstopped = true;
+  endEarly(RunEnd::stopped);
   processQueue->cancelAllOperations();
   post([this] {
-    processQueue->setSuspended(false);
+    resumeRun();
     showEnded();
     sourceProgress->stopAnimation();
+  });
+}
+
+void OrganiseManager::endEarly(RunEnd end) {
+  runState_.update([end](RunState& state) { state.willEnd(end); });
+}
+
+// A run that ends before its operations were planned is not reported, but the front ends must know of its
+// end all the same.
+void OrganiseManager::noticeEnd(const OperationQueue& queue) {
+  const bool isReported = runState().phase == RunPhase::executing;
+  if (queue.operationCount() == 0 && !isReported) postEnd();
+}
+
+void OrganiseManager::postEnd() {
+  post([this, ended = processQueue.get()] {
+    if (ended == processQueue.get()) runState_.update([](RunState& state) { state.finish(); });
   });
 }
 
@@ -67,6 +115,7 @@ void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const Ope
   if (!haserror) setStatus(QStringLiteral("Completed"));
   if (hasstopped) setStatus(QStringLiteral("Stopped"));
   post([this] { showEnded(); });
+  postEnd();
   host_.power->release(assertionID);
 }
 

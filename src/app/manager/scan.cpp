@@ -12,10 +12,13 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
     log(QStringLiteral("CANCELLLED"));
     setStatus(QStringLiteral("Stopped"));
     host_.power->release(assertionID);
+    settleUnreached(fileList.begin());
     return;
   }
   if (end == WalkEnd::suspended) {
     log(QStringLiteral("SUSPENDED"));
+    settleUnreached(fileList.begin());
+    endEarly(RunEnd::stopped);
     return;
   }
   post([this] {
@@ -23,7 +26,14 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
     sourceProgress->setHidden(true);
     processBar->setHidden(false);
   });
-  if (!fileList.empty() && !operation.isCancelled() && !processQueue->isSuspended()) queuePlanner(operation);
+  if (fileList.empty()) {
+    endEarly(RunEnd::nothingFound);
+  } else if (operation.isCancelled() || processQueue->isSuspended()) {
+    settleUnreached(fileList.begin());
+    endEarly(RunEnd::stopped);
+  } else {
+    queuePlanner(operation);
+  }
 }
 
 void OrganiseManager::beginScan() {
@@ -94,43 +104,39 @@ void OrganiseManager::takeFile(const Path& path, std::uint64_t size) {
   const Sighting sighting = judgeFile(fileList, hashList, path, size, fingerprintOf);
   switch (sighting.kind) {
     case Kind::newFile:
-      return bookNew(path, size, "NEW : ");
+      return addNew(path, size, "NEW : ");
     case Kind::sameFileSize:
-      return bookNew(path, size, "SAME FILE SIZE : ");
+      return addNew(path, size, "SAME FILE SIZE : ");
     case Kind::duplicate:
-      return bookDuplicate(path, size, sighting);
-    case Kind::passedOver:
-      announce({.outcome = Verdict::Outcome::sameContent,
-                .source = path,
-                .sourceSize = size,
-                .original = sighting.original});
+      return addDuplicate(path, size, sighting);
+    case Kind::sameContent:
+      settle({.outcome = Outcome::sameContent,
+              .source = path,
+              .sourceSize = size,
+              .original = sighting.original});
   }
 }
 
-void OrganiseManager::bookNew(const Path& path, std::uint64_t size, const char* label) {
+void OrganiseManager::addNew(const Path& path, std::uint64_t size, const char* label) {
   increaseSourceCount(pathExtension(path), size);
   if (isLogging())
     log(QString::fromLatin1(label) + displayPath(path) + QStringLiteral(" : ") + QString::number(size));
 }
 
-void OrganiseManager::bookDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting) {
+void OrganiseManager::addDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting) {
   if (isLogging()) {
     const auto fingerprint = QString::fromStdString(sighting.fingerprint);
     log(QStringLiteral("DUPLICATE -----> ") + displayPath(path) +
         QStringLiteral(" : %1 : %2").arg(fingerprint).arg(size));
   }
-  increaseSourceDuplicate(pathExtension(path), size);
   duplicateList.push_back(path.native());
-  announce({.outcome = Verdict::Outcome::duplicate,
-            .source = path,
-            .sourceSize = size,
-            .original = sighting.original});
+  settle({.outcome = Outcome::duplicate, .source = path, .sourceSize = size, .original = sighting.original});
 }
 
 // A Stop that comes while the planner is being added must reach it too.
 void OrganiseManager::queuePlanner(const InvocationOperation& operation) {
   const auto planner = std::make_shared<InvocationOperation>();
-  planner->init(this, &OrganiseManager::analyseAndDecideOperation);
+  planner->init(this, &OrganiseManager::analyseAndDecideOperation, &OrganiseManager::skipPlanning);
   processQueue->addOperation(planner);
   if (operation.isCancelled()) planner->cancel();
 }

@@ -1,62 +1,147 @@
 #include "app/organise_manager.h"
 #include "model/size_text.h"
 #include "platform/log.h"
+#include "scan/media_classification.h"
 
 namespace kestrova {
 
 namespace {
 
-void book(Counter& files, Counter& bytes, std::uint64_t size) {
-  files += 1;
-  bytes += static_cast<std::int64_t>(size);
-}
+using Manager = OrganiseManager;
 
-void show(const Outlet<TextField>& filesLabel, const Outlet<TextField>& bytesLabel, std::int64_t files,
-          std::int64_t bytes) {
-  filesLabel->setStringValue(countText(files));
-  bytesLabel->setStringValue(sizeText(bytes));
+/// How many files there are of a kind, of how many bytes together, and the labels that say so.
+struct Row {
+  Counter Manager::*files;
+  Counter Manager::*bytes;
+  Outlet<TextField> Manager::*filesLabel;
+  Outlet<TextField> Manager::*bytesLabel;
+};
+
+constexpr Row foundPhotos{&Manager::sPhotoCount, &Manager::sPhotoSize, &Manager::lblPhotoCount,
+                          &Manager::lblPhotoSize};
+constexpr Row foundVideos{&Manager::sVideoCount, &Manager::sVideoSize, &Manager::lblVideoCount,
+                          &Manager::lblVideoSize};
+constexpr Row found{&Manager::sTotalCount, &Manager::sTotalSize, &Manager::lblTotalCount,
+                    &Manager::lblTotalSize};
+constexpr Row duplicates{&Manager::sDuplicateCount, &Manager::sDuplicateSize, &Manager::lblDuplicateCount,
+                         &Manager::lblDuplicateSize};
+constexpr Row copiedPhotos{&Manager::tPhotoCount, &Manager::tPhotoSize, &Manager::trgPhotoCount,
+                           &Manager::trgPhotoSize};
+constexpr Row copiedVideos{&Manager::tVideoCount, &Manager::tVideoSize, &Manager::trgVideoCount,
+                           &Manager::trgVideoSize};
+constexpr Row rewritten{&Manager::tRotatedCount, &Manager::tRotatedSize, &Manager::trgRotatedCount,
+                        &Manager::trgRotatedSize};
+constexpr Row written{&Manager::tTotalCount, &Manager::tTotalSize, &Manager::trgTotalCount,
+                      &Manager::trgTotalSize};
+constexpr Row already{&Manager::tAlreadyCount, &Manager::tAlreadySize, &Manager::trgExistCount,
+                      &Manager::trgExistSize};
+constexpr Row filtered{&Manager::tFilteredCount, &Manager::tFilteredSize, &Manager::trgFilteredCount,
+                       &Manager::trgFilteredSize};
+
+/// What one block shows.
+struct RowGroup {
+  std::array<const Row*, 3> rows{};
+  bool movesBar = false;
+};
+
+/// In the order of OrganiseManager::Rows.
+constexpr std::array rowGroupTable{
+    RowGroup{.rows = {&foundPhotos, &foundVideos, &found}},
+    RowGroup{.rows = {&duplicates}},
+    RowGroup{.rows = {&copiedPhotos}},
+    RowGroup{.rows = {&copiedVideos}},
+    RowGroup{.rows = {&written}, .movesBar = true},
+    RowGroup{.rows = {&rewritten, &written}, .movesBar = true},
+    RowGroup{.rows = {&already}, .movesBar = true},
+    RowGroup{.rows = {&filtered}, .movesBar = true},
+};
+
+void raise(Manager& manager, const Row& row, std::uint64_t size) {
+  manager.*row.files += 1;
+  manager.*row.bytes += static_cast<std::int64_t>(size);
 }
 
 }  // namespace
 
+void OrganiseManager::settle(const Verdict& verdict) {
+  count(verdict);
+  if (verdictListener) verdictListener(verdict);
+}
+
+void OrganiseManager::count(const Verdict& verdict) {
+  const QString from = pathExtension(verdict.source);
+  const QString to = pathExtension(verdict.target.value_or(Path()));
+  switch (verdict.counted()) {
+    case Outcome::copied:
+      increaseTargetCount(to, verdict.sourceSize);
+      break;
+    case Outcome::resized:
+    case Outcome::rewritten:
+      increaseRotateCount(to, verdict.targetSize.value_or(0));
+      break;
+    case Outcome::duplicate:
+      increaseSourceDuplicate(from, verdict.sourceSize);
+      break;
+    case Outcome::small:
+      increaseFilteredPhoto(from, verdict.sourceSize);
+      break;
+    case Outcome::exists:
+      increaseTargetAlready(to, verdict.sourceSize);
+      break;
+    case Outcome::nameTaken:
+      countExisting();
+      break;
+    case Outcome::sameContent:
+    case Outcome::failed:
+    case Outcome::unreadable:
+    case Outcome::notReached:
+      break;
+  }
+}
+
 void OrganiseManager::increaseSourceCount(const QString& extension, std::uint64_t size) {
-  if (isPhoto(extension)) book(sPhotoCount, sPhotoSize, size);
-  if (isVideo(extension)) book(sVideoCount, sVideoSize, size);
+  if (isPhoto(extension)) raise(*this, foundPhotos, size);
+  if (isVideo(extension)) raise(*this, foundVideos, size);
   sTotalCount = sPhotoCount + sVideoCount;
   sTotalSize = sPhotoSize + sVideoSize;
   showSourceLabels();
 }
 
 void OrganiseManager::increaseSourceDuplicate(const QString&, std::uint64_t size) {
-  book(sDuplicateCount, sDuplicateSize, size);
-  postRefresh(duplicatesPending_, &OrganiseManager::showDuplicates);
+  raise(*this, duplicates, size);
+  refresh(Rows::duplicates);
 }
 
 void OrganiseManager::increaseTargetCount(const QString& extension, std::uint64_t size) {
   const bool photo = isPhoto(extension);
   const bool video = isVideo(extension);
-  if (photo) book(tPhotoCount, tPhotoSize, size);
-  if (video) book(tVideoCount, tVideoSize, size);
+  if (photo) raise(*this, copiedPhotos, size);
+  if (video) raise(*this, copiedVideos, size);
   updateTargetTotals();
-  if (photo) postRefresh(photosPending_, &OrganiseManager::showTargetPhotos);
-  if (video) postRefresh(videosPending_, &OrganiseManager::showTargetVideos);
-  postRefresh(totalsPending_, &OrganiseManager::showTargetTotals);
+  if (photo) refresh(Rows::copiedPhotos);
+  if (video) refresh(Rows::copiedVideos);
+  refresh(Rows::written);
 }
 
 void OrganiseManager::increaseRotateCount(const QString&, std::uint64_t size) {
-  book(tRotatedCount, tRotatedSize, size);
+  raise(*this, rewritten, size);
   updateTargetTotals();
-  postRefresh(rotatedPending_, &OrganiseManager::showRotated);
+  refresh(Rows::rewritten);
 }
 
 void OrganiseManager::increaseTargetAlready(const QString&, std::uint64_t size) {
-  book(tAlreadyCount, tAlreadySize, size);
-  postRefresh(alreadyPending_, &OrganiseManager::showAlready);
+  raise(*this, already, size);
+  refresh(Rows::already);
 }
 
 void OrganiseManager::increaseFilteredPhoto(const QString&, std::uint64_t size) {
-  book(tFilteredCount, tFilteredSize, size);
-  postRefresh(filteredPending_, &OrganiseManager::showFiltered);
+  raise(*this, filtered, size);
+  refresh(Rows::filtered);
+}
+
+void OrganiseManager::countExisting() {
+  targetExistCount += 1;
+  post([this] { lblTargetExistCount->setStringValue(countText(targetExistCount)); });
 }
 
 void OrganiseManager::updateTargetTotals() {
@@ -64,47 +149,33 @@ void OrganiseManager::updateTargetTotals() {
   tTotalSize = tPhotoSize + tVideoSize + tRotatedSize;
 }
 
-void OrganiseManager::showSourceLabels() {
-  postRefresh(sourcesPending_, &OrganiseManager::showSourceCounters);
-}
+void OrganiseManager::showSourceLabels() { refresh(Rows::found); }
 
 void OrganiseManager::showSourceLabelsTimer() {
   log(QStringLiteral("Timer"));
   showSourceLabels();
 }
 
-void OrganiseManager::showSourceCounters() {
-  show(lblPhotoCount, lblPhotoSize, sPhotoCount, sPhotoSize);
-  show(lblVideoCount, lblVideoSize, sVideoCount, sVideoSize);
-  show(lblTotalCount, lblTotalSize, sTotalCount, sTotalSize);
+// The exchanges order the counters with the flag: a block that finds another one pending leaves its counters
+// to it.
+void OrganiseManager::refresh(Rows rows) {
+  auto& pending = refreshPending_.at(static_cast<std::size_t>(rows));
+  if (pending.exchange(true)) return;
+  post([this, &pending, rows] {
+    pending.exchange(false);
+    show(rows);
+  });
 }
 
-void OrganiseManager::showDuplicates() {
-  show(lblDuplicateCount, lblDuplicateSize, sDuplicateCount, sDuplicateSize);
-}
-
-void OrganiseManager::showTargetPhotos() { show(trgPhotoCount, trgPhotoSize, tPhotoCount, tPhotoSize); }
-
-void OrganiseManager::showTargetVideos() { show(trgVideoCount, trgVideoSize, tVideoCount, tVideoSize); }
-
-void OrganiseManager::showTargetTotals() {
-  show(trgTotalCount, trgTotalSize, tTotalCount, tTotalSize);
-  showProgress();
-}
-
-void OrganiseManager::showRotated() {
-  show(trgRotatedCount, trgRotatedSize, tRotatedCount, tRotatedSize);
-  showTargetTotals();
-}
-
-void OrganiseManager::showAlready() {
-  show(trgExistCount, trgExistSize, tAlreadyCount, tAlreadySize);
-  showProgress();
-}
-
-void OrganiseManager::showFiltered() {
-  show(trgFilteredCount, trgFilteredSize, tFilteredCount, tFilteredSize);
-  showProgress();
+void OrganiseManager::show(Rows rows) {
+  static_assert(rowGroupTable.size() == rowGroups);
+  const RowGroup& group = rowGroupTable.at(static_cast<std::size_t>(rows));
+  for (const Row* row : group.rows) {
+    if (row == nullptr) continue;
+    (this->*row->filesLabel)->setStringValue(countText(this->*row->files));
+    (this->*row->bytesLabel)->setStringValue(sizeText(this->*row->bytes));
+  }
+  if (group.movesBar) showProgress();
 }
 
 void OrganiseManager::showProgress() {

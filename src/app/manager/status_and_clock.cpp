@@ -16,20 +16,6 @@ void OrganiseManager::post(std::function<void()> block) {
   });
 }
 
-// The exchanges order the counters with the flag: a block that finds another one pending leaves its counters
-// to it.
-void OrganiseManager::postRefresh(RefreshPending& pending, Method show) {
-  if (pending.exchange(true)) return;
-  post([this, &pending, show] {
-    pending.exchange(false);
-    (this->*show)();
-  });
-}
-
-void OrganiseManager::announce(const Verdict& verdict) const {
-  if (verdictListener) verdictListener(verdict);
-}
-
 void OrganiseManager::setStatus(const QString& text) {
   post([this, text] { lblStatus->setStringValue(text); });
 }

@@ -515,7 +515,7 @@
         <translation>Zielordner öff&amp;nen</translation>
     </message>
     <message>
-        <source>End the run after the file in hand. What is written stays.</source>
+        <source>End the run after the current file. What is written stays.</source>
         <translation>Den Vorgang nach der laufenden Datei abbrechen. Was geschrieben ist, bleibt.</translation>
     </message>
     <message>

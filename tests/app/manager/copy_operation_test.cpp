@@ -35,7 +35,7 @@ class CopyOperation : public testing::Test {
 
 }  // namespace
 
-TEST_F(CopyOperation, CreatesTheFolderCopiesTheFileAndBooksIt) {
+TEST_F(CopyOperation, CreatesTheFolderCopiesTheFileAndCountsIt) {
   copy(photo, to);
   EXPECT_EQ(test::readFile(to), test::readFile(photo));
   EXPECT_EQ(manager().tPhotoCount, 1);
@@ -104,7 +104,7 @@ TEST_F(CopyOperation, DoesNotTakeTheCodeOfTheWritingPathsForAFullVolume) {
   EXPECT_EQ(program.status(), QStringLiteral("Copying Photo (JPG) 1"));
 }
 
-TEST_F(CopyOperation, PassesOverAnyOtherErrorButAnnouncesIt) {
+TEST_F(CopyOperation, GoesOnAfterAnyOtherErrorAndAnnouncesIt) {
   fail(EIO);
   std::vector<Verdict> verdicts;
   manager().verdictListener = [&](const Verdict& verdict) { verdicts.push_back(verdict); };
@@ -136,7 +136,7 @@ TEST_F(CopyOperation, LogsAFolderThatCannotBeCreatedAndGoesOn) {
   EXPECT_FALSE(manager().haserror);
 }
 
-TEST_F(CopyOperation, BooksTheSizeThatTheSourceHadBeforeIt) {
+TEST_F(CopyOperation, CountsTheSizeThatTheSourceHadBeforeIt) {
   files->onAttributes = [](const Path&) { return FileError{EACCES, "refused"}; };
   copy(photo, to);
   EXPECT_EQ(manager().tPhotoCount, 1);

@@ -61,7 +61,7 @@ TEST_F(RotateOperation, LeavesAnExistingTargetUnchangedAndCountsNothing) {
   EXPECT_FALSE(manager().haserror);
 }
 
-TEST_F(RotateOperation, BooksAPhotoOf0BytesWhenItDoesNotDecode) {
+TEST_F(RotateOperation, CountsAPhotoOf0BytesWhenItDoesNotDecode) {
   rotate(writeFile(program.source / "a.jpg", "no photo"));
   EXPECT_FALSE(std::filesystem::exists(to));
   EXPECT_EQ(manager().tRotatedCount, 1);
@@ -78,7 +78,7 @@ TEST_F(RotateOperation, OnAFullVolumeEndsTheRun) {
   EXPECT_FALSE(manager().processQueue->isSuspended());
 }
 
-TEST_F(RotateOperation, PassesOverAnyOtherFailureInSilence) {
+TEST_F(RotateOperation, IgnoresAnyOtherFailure) {
   failToStage(512);
   rotate(writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto({}))));
   EXPECT_FALSE(manager().haserror);
@@ -95,7 +95,7 @@ TEST_F(RotateOperation, ShowsAnExceptionInFullAndHaltsTheRun) {
   EXPECT_TRUE(manager().processQueue->isSuspended());
 }
 
-TEST_F(WriteDataOperation, WritesTheBytesAndBooksThem) {
+TEST_F(WriteDataOperation, WritesTheBytesAndCountsThem) {
   writeData(program.target / "a.jpg", Bytes{1, 2, 3});
   EXPECT_EQ(test::readFile(program.target / "a.jpg"), "\1\2\3");
   EXPECT_EQ(manager().tRotatedCount, 1);
@@ -111,7 +111,7 @@ TEST_F(WriteDataOperation, WritesNothingIntoAFolderThatDoesNotExist) {
   EXPECT_TRUE(program.log.lines().isEmpty());
 }
 
-TEST_F(WriteDataOperation, WithoutDataBooksAPhotoOf0BytesAndWritesNoFile) {
+TEST_F(WriteDataOperation, WithoutDataCountsAPhotoOf0BytesAndWritesNoFile) {
   writeData(program.target / "a.jpg", std::nullopt);
   EXPECT_FALSE(std::filesystem::exists(program.target / "a.jpg"));
   EXPECT_EQ(manager().tRotatedCount, 1);

@@ -6,11 +6,11 @@ namespace {
 
 using test::writePhoto;
 
-class RunEnd : public test::RunTest {};
+class EndOfARun : public test::RunTest {};
 
 }  // namespace
 
-TEST_F(RunEnd, CompletesARun) {
+TEST_F(EndOfARun, CompletesARun) {
   program.run();
   EXPECT_EQ(program.status(), QStringLiteral("Completed"));
   EXPECT_EQ(startTitle(), QStringLiteral("Start"));
@@ -24,7 +24,7 @@ TEST_F(RunEnd, CompletesARun) {
   EXPECT_TRUE(manager().starttime.has_value());
 }
 
-TEST_F(RunEnd, CompletesEveryRunOnceWithItsOwnAssertion) {
+TEST_F(EndOfARun, CompletesEveryRunOnceWithItsOwnAssertion) {
   for (int run = 1; run <= 3; ++run) program.run();
   EXPECT_EQ(program.log.count(QStringLiteral("queue has completed")), 3);
   EXPECT_EQ(program.power->released(), (std::vector<std::uint32_t>{101, 102, 103}));
@@ -32,7 +32,7 @@ TEST_F(RunEnd, CompletesEveryRunOnceWithItsOwnAssertion) {
   EXPECT_EQ(manager().tTotalCount, 0);
 }
 
-TEST_F(RunEnd, StopsTheBarEvenWhenNothingElseHas) {
+TEST_F(EndOfARun, StopsTheBarEvenWhenNothingElseHas) {
   startAndHoldFirstCopy();
   controls().processBar->startAnimation();
   copying.open();
@@ -40,7 +40,7 @@ TEST_F(RunEnd, StopsTheBarEvenWhenNothingElseHas) {
   EXPECT_FALSE(controls().processBar->isAnimating());
 }
 
-TEST_F(RunEnd, RemembersWhenTheLastRunWasStarted) {
+TEST_F(EndOfARun, RemembersWhenTheLastRunWasStarted) {
   Date now{.seconds = 3600};
   program.clock = [&now] { return now; };
   program.run();
@@ -50,7 +50,7 @@ TEST_F(RunEnd, RemembersWhenTheLastRunWasStarted) {
   EXPECT_EQ(manager().starttime, now);
 }
 
-TEST_F(RunEnd, TakesUpAStoppedRunWhereItEnded) {
+TEST_F(EndOfARun, TakesUpAStoppedRunWhereItEnded) {
   startAndHoldFirstCopy();
   program.press(controls().buttonStop);
   copying.open();
@@ -63,7 +63,7 @@ TEST_F(RunEnd, TakesUpAStoppedRunWhereItEnded) {
   EXPECT_FALSE(manager().hasstopped);
 }
 
-TEST_F(RunEnd, KeepsTheErrorTextWhenTheVolumeIsFull) {
+TEST_F(EndOfARun, KeepsTheErrorTextWhenTheVolumeIsFull) {
   int copies = 0;
   files->onStageCopy = [&copies](const Path&, const Path&) -> std::optional<FileError> {
     if (++copies == 2) return FileError{ENOSPC, "full"};
@@ -84,7 +84,7 @@ TEST_F(RunEnd, KeepsTheErrorTextWhenTheVolumeIsFull) {
   EXPECT_FALSE(manager().haserror);
 }
 
-TEST_F(RunEnd, ShowsStoppedEvenAfterAnError) {
+TEST_F(EndOfARun, ShowsStoppedEvenAfterAnError) {
   files->onStageCopy = [this](const Path&, const Path&) -> std::optional<FileError> {
     copying.pass();
     return FileError{ENOSPC, "full"};
@@ -101,7 +101,7 @@ TEST_F(RunEnd, ShowsStoppedEvenAfterAnError) {
   EXPECT_EQ(program.status(), QStringLiteral("Stopped"));
 }
 
-TEST_F(RunEnd, PausesByItselfWhenAnOperationRaisesAndCanContinue) {
+TEST_F(EndOfARun, PausesByItselfWhenAnOperationRaisesAndCanContinue) {
   int copies = 0;
   files->onStageCopy = [&copies](const Path&, const Path&) -> std::optional<FileError> {
     if (++copies == 2) throw std::runtime_error("on purpose");
@@ -119,7 +119,7 @@ TEST_F(RunEnd, PausesByItselfWhenAnOperationRaisesAndCanContinue) {
   EXPECT_EQ(program.status(), QStringLiteral("Completed"));
 }
 
-TEST_F(RunEnd, LeavesTheButtonsOfAScanThatFoundNothing) {
+TEST_F(EndOfARun, LeavesTheButtonsOfAScanThatFoundNothing) {
   std::filesystem::remove_all(program.source);
   program.run();
   EXPECT_EQ(startTitle(), QStringLiteral("Pause"));
@@ -134,7 +134,7 @@ TEST_F(RunEnd, LeavesTheButtonsOfAScanThatFoundNothing) {
   EXPECT_FALSE(manager().hasstopped);
 }
 
-TEST_F(RunEnd, StartsAfreshAfterAScanThatWasSuspended) {
+TEST_F(EndOfARun, StartsAfreshAfterAScanThatWasSuspended) {
   writePhoto(program.source / "e2.jpg", 1000 + 'a', 'z');
   writePhoto(program.source / "f.jpg", 1000 + 'a', 'y');
   startAndHoldScan();
@@ -151,7 +151,7 @@ TEST_F(RunEnd, StartsAfreshAfterAScanThatWasSuspended) {
   EXPECT_EQ(program.status(), QStringLiteral("Completed"));
 }
 
-TEST_F(RunEnd, IgnoresWhatAnotherQueueOrKeyReports) {
+TEST_F(EndOfARun, IgnoresWhatAnotherQueueOrKeyReports) {
   program.run();
   const OperationQueue other;
   manager().observeValueForKeyPath("operations", other);
@@ -159,7 +159,7 @@ TEST_F(RunEnd, IgnoresWhatAnotherQueueOrKeyReports) {
   EXPECT_EQ(program.log.count(QStringLiteral("queue has completed")), 1);
 }
 
-TEST_F(RunEnd, UsesTheTargetOfTheMomentWhenItPlans) {
+TEST_F(EndOfARun, UsesTheTargetOfTheMomentWhenItPlans) {
   startAndHoldPlanning();
   manager().setTarget(program.folder / "other");
   manager().deleteSource();
@@ -168,7 +168,7 @@ TEST_F(RunEnd, UsesTheTargetOfTheMomentWhenItPlans) {
   EXPECT_EQ(test::filesBelow(program.folder / "other").size(), 5U);
 }
 
-TEST_F(RunEnd, EndsWhenTheProgramEndsInTheMiddleOfARun) {
+TEST_F(EndOfARun, EndsWhenTheProgramEndsInTheMiddleOfARun) {
   startAndHoldFirstCopy();
   copying.open();
   program.interface.reset();
@@ -177,7 +177,7 @@ TEST_F(RunEnd, EndsWhenTheProgramEndsInTheMiddleOfARun) {
     EXPECT_GT(std::filesystem::file_size(program.target / file), 1000U);
 }
 
-TEST_F(RunEnd, OrganisesTheTargetInsideASourceWithoutHarm) {
+TEST_F(EndOfARun, OrganisesTheTargetInsideASourceWithoutHarm) {
   manager().addSource(program.folder.path());
   manager().setTarget(program.target);
   program.press(controls().buttonStart);

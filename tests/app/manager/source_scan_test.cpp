@@ -242,7 +242,6 @@ TEST_F(SourceScan, EndsWithoutPlanningWhenItIsStopped) {
   EXPECT_EQ(program.status(), QStringLiteral("Stopped"));
   EXPECT_EQ(program.power->released(), std::vector<std::uint32_t>{101});
   EXPECT_EQ(manager().processQueue->operationCount(), 0U);
-  EXPECT_FALSE(program.interface->sourceProgress->isHidden());
 }
 
 TEST_F(SourceScan, EndsWithoutPlanningWhenTheQueueIsSuspended) {
@@ -250,8 +249,8 @@ TEST_F(SourceScan, EndsWithoutPlanningWhenTheQueueIsSuspended) {
   program.chooseFolders();
   manager().processQueue = std::make_shared<OperationQueue>();
   manager().processQueue->setSuspended(true);
-  const InvocationOperation operation;
-  manager().analyseSourceOperation(operation);
+  const auto operation = std::make_shared<InvocationOperation>();
+  manager().analyseSourceOperation(*operation);
   program.settle();
   EXPECT_TRUE(program.log.holds(QStringLiteral("SUSPENDED")));
   EXPECT_EQ(program.status(), QStringLiteral("Analyzing source folders"));
