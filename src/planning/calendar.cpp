@@ -32,9 +32,10 @@ struct ShiftedInstant {
   std::int64_t years = 0;    ///< that were taken off
 };
 
-/// Takes whole cycles off an instant for which the system's calendar may have no year.
+/// Takes whole cycles off an instant for which the system's calendar may have no year. The years from 1 to
+/// 9999 stay in every time zone.
 ShiftedInstant withinTheCalendar(std::int64_t instant) {
-  if (instant >= startOfYear(1) && instant < startOfYear(10000)) return {.seconds = instant};
+  if (instant >= startOfYear(0) && instant < startOfYear(10001)) return {.seconds = instant};
   const std::int64_t rest = instant % secondsOfCycle;
   const std::int64_t cycles = instant / secondsOfCycle;
   if (rest < 0) return {.seconds = rest + secondsOfCycle, .years = (cycles - 1) * yearsOfCycle};

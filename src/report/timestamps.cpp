@@ -2,15 +2,21 @@
 
 namespace kestrova::report {
 
-// Times of all years that files can have do not fit into 64 bits of nanoseconds.
+namespace {
+
+constexpr std::int32_t nanosecondsOfSecond = 1'000'000'000;
+constexpr std::size_t digitsOfNanoseconds = 9;
+
+}  // namespace
+
+// Digit by digit: a file's time may be more nanoseconds away from 1970 than 64 bits can count.
 std::string nanosecondsText(const Date& date) {
-  constexpr std::int64_t perSecond = 1'000'000'000;
-  const bool isNegative = date.seconds < 0;
-  const std::int64_t seconds = isNegative ? -(date.seconds + (date.nanoseconds > 0 ? 1 : 0)) : date.seconds;
-  const std::int64_t rest = isNegative && date.nanoseconds > 0 ? perSecond - date.nanoseconds : date.nanoseconds;
-  std::string digits = std::to_string(rest);
-  if (seconds != 0) digits = std::to_string(seconds) + std::string(9 - digits.size(), '0') + digits;
-  return (isNegative ? "-" : "") + digits;
+  const bool roundsUp = date.seconds < 0 && date.nanoseconds > 0;
+  const std::int64_t seconds = roundsUp ? date.seconds + 1 : date.seconds;
+  const std::int32_t rest = roundsUp ? nanosecondsOfSecond - date.nanoseconds : date.nanoseconds;
+  const std::string digits = std::to_string(rest);
+  if (seconds == 0) return (date.seconds < 0 ? "-" : "") + digits;
+  return std::to_string(seconds) + std::string(digitsOfNanoseconds - digits.size(), '0') + digits;
 }
 
 }  // namespace kestrova::report

@@ -1,6 +1,7 @@
 #include "report/timestamps.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace kestrova::report {
 
@@ -17,6 +18,10 @@ TEST(Timestamps, AreNegativeBefore1970) {
   EXPECT_EQ(nanosecondsText({-1, 0}), "-1000000000");
   EXPECT_EQ(nanosecondsText({-1, 999'999'999}), "-1");
   EXPECT_EQ(nanosecondsText({-2, 1}), "-1999999999");
+}
+
+TEST(Timestamps, CountBackToTheFirstInstantThatASystemCanName) {
+  EXPECT_EQ(nanosecondsText({std::numeric_limits<std::int64_t>::min(), 0}), "-9223372036854775808000000000");
 }
 
 }  // namespace
