@@ -1,5 +1,7 @@
 #include "app/main_interface.h"
 
+#include "model/options.h"
+
 #include <QCoreApplication>
 
 namespace kestrova {
@@ -9,6 +11,13 @@ namespace {
 struct Items {
   Q_DECLARE_TR_FUNCTIONS(Items)
 };
+
+template <typename Table>
+QStringList labelsOf(const Table& table) {
+  QStringList labels;
+  for (const OptionRow& row : table) labels << Items::tr(row.label);
+  return labels;
+}
 
 }  // namespace
 
@@ -25,14 +34,10 @@ MainInterface::MainInterface(Host host) : manager(std::move(host)) {
 MainInterface::~MainInterface() = default;
 
 void MainInterface::layOut() {
-  comboCopy->setItems({Items::tr("Photos and videos"), Items::tr("Photos only"), Items::tr("Videos only")});
-  comboPhotoFormats->setItems(
-      {Items::tr("JPEG"), Items::tr("JPEG and TIFF"), Items::tr("JPEG, TIFF and PNG")});
-  // Samples of folder names, which are English in every language.
-  comboFolderFormat->setItems({QStringLiteral("2014/05/21-May-2014 Wednesday"),
-                               QStringLiteral("2014/05/21-May Wednesday"), QStringLiteral("2014/05/21")});
-  comboResolution->setItems(
-      {Items::tr("Original size"), Items::tr("720P (1280 x 720)"), Items::tr("1080P (1920 x 1080)")});
+  comboCopy->setItems(labelsOf(mediaTable));
+  comboPhotoFormats->setItems(labelsOf(photoFormatsTable));
+  comboFolderFormat->setItems(labelsOf(folderFormatTable));
+  comboResolution->setItems(labelsOf(resolutionTable));
   chkRotate->setState(CheckBox::on);
   buttonStart->setTitle(QStringLiteral("Start"));
   buttonStop->setTitle(QStringLiteral("Stop"));

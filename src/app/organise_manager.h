@@ -241,7 +241,8 @@ class OrganiseManager {
   FileFacts factsOf(const Path& file) const;
   void leaveOut(const Path& file, std::uint64_t size);
   Date dateOf(const Path& file, const ImageMetadata& metadata) const;
-  std::optional<Path> targetOf(const Path& file, const FileFacts& facts, Date date, int folderFormat) const;
+  std::optional<Path> targetOf(const Path& file, const FileFacts& facts, Date date,
+                               FolderFormat format) const;
   void queueEntry(const PlanEntry& entry, const InvocationOperation& planner);
   void endPlanning();
 

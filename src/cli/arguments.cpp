@@ -6,6 +6,8 @@
 #include <array>
 #include <optional>
 #include <set>
+#include <type_traits>
+#include <utility>
 
 namespace kestrova::cli {
 
@@ -15,16 +17,22 @@ using Step = tl::expected<void, std::string>;
 
 struct Choice {
   std::string_view name;
-  int Arguments::*field;
-  std::array<std::string_view, 3> values;  // in the order of the indices
+  std::array<std::string_view, 3> words;  // in the order of the option's table
+  void (*choose)(Arguments& arguments, std::int64_t index);
 };
 
+template <auto field>
+constexpr Choice choiceOf(std::string_view name) {
+  using Option = std::remove_reference_t<decltype(std::declval<Arguments>().*field)>;
+  const auto& [first, second, third] = tableOf(Option());
+  return {name, {first.word, second.word, third.word}, [](Arguments& arguments, std::int64_t index) {
+            arguments.*field = optionAt<Option>(index);
+          }};
+}
+
 constexpr std::array choices{
-    Choice{"--media", &Arguments::media, {"all", "photos", "videos"}},
-    Choice{"--photo-formats", &Arguments::photoFormats, {"jpeg", "jpeg+tiff", "jpeg+tiff+png"}},
-    Choice{"--folders", &Arguments::folders, {"long", "medium", "short"}},
-    Choice{"--size", &Arguments::size, {"original", "720p", "1080p"}},
-};
+    choiceOf<&Arguments::media>("--media"), choiceOf<&Arguments::photoFormats>("--photo-formats"),
+    choiceOf<&Arguments::folders>("--folders"), choiceOf<&Arguments::size>("--size")};
 
 struct Flag {
   std::string_view name;
@@ -59,7 +67,7 @@ tl::unexpected<std::string> error(const Texts&... texts) {
 std::string quoted(std::string_view bytes) { return '"' + printableText(bytes).toStdString() + '"'; }
 
 std::string allowed(const Choice& choice) {
-  const auto& [first, second, third] = choice.values;
+  const auto& [first, second, third] = choice.words;
   return std::string(first).append(", ").append(second).append(" or ").append(third);
 }
 
@@ -149,11 +157,11 @@ class Parser {
 
   Step takeChoice(const Choice& choice, Value value) {
     if (!value) return error(choice.name, " needs a value: ", allowed(choice));
-    const auto found = std::find(choice.values.begin(), choice.values.end(), *value);
-    if (found == choice.values.end()) {
+    const auto found = std::find(choice.words.begin(), choice.words.end(), *value);
+    if (found == choice.words.end()) {
       return error("unknown value ", quoted(*value), " for ", choice.name, ": it takes ", allowed(choice));
     }
-    arguments_.*choice.field = static_cast<int>(found - choice.values.begin());
+    choice.choose(arguments_, found - choice.words.begin());
     return {};
   }
 

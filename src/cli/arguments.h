@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/options.h"
 #include "platform/file_manager.h"
 
 #include <span>
@@ -11,16 +12,16 @@
 
 namespace kestrova::cli {
 
-/// What the command line asks for. The numbers are the indices of the window's choices.
+/// What the command line asks for.
 struct Arguments {
   enum class Command { organise, help, version };
   Command command = Command::organise;
   std::vector<Path> sources;  ///< absolute
   Path target;                ///< absolute
-  int media = 0;              ///< 0 photos and videos, 1 photos, 2 videos
-  int photoFormats = 0;       ///< 0 JPEG, 1 and TIFF, 2 and PNG
-  int folders = 0;            ///< 0 long, 1 medium, 2 short
-  int size = 0;               ///< 0 original, 1 720P, 2 1080P
+  Media media = Media::photosAndVideos;
+  PhotoFormats photoFormats = PhotoFormats::jpeg;
+  FolderFormat folders = FolderFormat::longName;
+  Resolution size = Resolution::original;
   bool upright = true;
   bool skipSmallPhotos = false;
   bool skipSmallVideos = false;

@@ -31,10 +31,10 @@ Host hostWith(std::shared_ptr<FileManager> files) {
 }
 
 void applyOptions(MainInterface& interface, const Arguments& arguments) {
-  interface.comboCopy->chooseItem(arguments.media);
-  interface.comboPhotoFormats->chooseItem(arguments.photoFormats);
-  interface.comboFolderFormat->chooseItem(arguments.folders);
-  interface.comboResolution->chooseItem(arguments.size);
+  interface.comboCopy->chooseItem(indexOf(arguments.media));
+  interface.comboPhotoFormats->chooseItem(indexOf(arguments.photoFormats));
+  interface.comboFolderFormat->chooseItem(indexOf(arguments.folders));
+  interface.comboResolution->chooseItem(indexOf(arguments.size));
   interface.chkRotate->setState(arguments.upright);
   interface.chkFilterSmallPhotos->setState(arguments.skipSmallPhotos);
   interface.chkFilterSmallVideos->setState(arguments.skipSmallVideos);

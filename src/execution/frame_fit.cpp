@@ -10,12 +10,6 @@ double inSinglePrecision(double value) { return static_cast<double>(static_cast<
 
 }  // namespace
 
-std::optional<PictureSize> frameOf(std::int64_t resolution) {
-  if (resolution == 1) return PictureSize{1280, 720};
-  if (resolution == 2) return PictureSize{1920, 1080};
-  return std::nullopt;
-}
-
 PictureSize fitIntoFrame(PictureSize picture, PictureSize frame) {
   const auto [width, height] = picture;
   if (static_cast<float>(width / height) > widestByHeight) {

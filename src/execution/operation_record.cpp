@@ -50,7 +50,7 @@ OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationO
   return OperationRecord({{"from", from},
                           {"to", to},
                           {"orientation", orientation},
-                          {"resolution", entry.resolution},
+                          {"resolution", indexOf(entry.resolution)},
                           {"operation", operation}},
                          entry.planned);
 }

@@ -25,9 +25,9 @@ std::int64_t wholePixels(double side) { return std::max<std::int64_t>(1, std::ll
 
 imaging::RewriteRequest requestFor(const PictureSize& picture, const RewriteWishes& wishes) {
   imaging::RewriteRequest request{.size = {}, .upright = wishes.upright};
-  const auto frame = frameOf(wishes.resolution);
-  if (!frame) return request;
-  const PictureSize fitted = fitIntoFrame(picture, *frame);
+  const auto* row = rowOf(wishes.resolution);
+  if (row == nullptr || !row->frame) return request;
+  const PictureSize fitted = fitIntoFrame(picture, *row->frame);
   if (fitted != picture) request.size = PixelSize{wholePixels(fitted.width), wholePixels(fitted.height)};
   return request;
 }

@@ -2,15 +2,14 @@
 
 #include "execution/frame_fit.h"
 #include "imaging/photo_rewrite.h"
+#include "model/options.h"
 #include "platform/bytes.h"
-
-#include <cstdint>
 
 namespace kestrova {
 
 /// What is wanted of a photo.
 struct RewriteWishes {
-  std::int64_t resolution = 0;  ///< as `frameOf` knows it; any other keeps the size
+  Resolution resolution = Resolution::original;  ///< one without a frame keeps the size
   bool upright = false;
   bool leavesOutSmall = false;
 };

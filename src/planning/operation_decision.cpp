@@ -15,7 +15,8 @@ bool isSmallPicture(const ImageMetadata& metadata, const PlanningOptions& option
 
 PlanEntry::Handler chooseHandler(const FileFacts& file, const ImageMetadata& metadata,
                                  const PlanningOptions& options) {
-  const bool isToShrink = options.resolution > 0 && file.isPhoto;
+  const auto* resolution = rowOf(options.resolution);
+  const bool isToShrink = file.isPhoto && resolution != nullptr && resolution->frame;
   const bool isToTurn = options.rotate && metadata.orientation.value_or(1) != 1;
   return isToShrink || isToTurn ? PlanEntry::Handler::resize : PlanEntry::Handler::copy;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/options.h"
 #include "planning/image_metadata.h"
 #include "planning/plan_entry.h"
 #include "planning/target_naming.h"
@@ -13,8 +14,8 @@ struct PlanningOptions {
   bool filterSmallPhotos = false;
   bool filterSmallVideos = false;
   bool rotate = false;
-  int folderFormat = 0;  ///< 0 long, 1 medium, 2 short
-  int resolution = 0;    ///< 0 keeps the size, 1 is 720P, 2 is 1080P, -1 none chosen
+  FolderFormat folderFormat = FolderFormat::longName;
+  Resolution resolution = Resolution::original;
 };
 
 /// A source file as planning sees it. A file may count as a photo and as a video at once.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/naming_date.h"
+#include "model/options.h"
 #include "platform/file_manager.h"
 
 #include <cstdint>
@@ -22,9 +23,9 @@ struct PlanEntry {
   enum class Handler { copy, resize };
   Handler handler = Handler::copy;
   Path from;
-  std::optional<Path> to;
-  std::optional<std::int64_t> orientation;
-  std::int64_t resolution = 0;
+  std::optional<Path> to = {};
+  std::optional<std::int64_t> orientation = {};
+  Resolution resolution = Resolution::original;
   PlannedSource planned = {};
 };
 

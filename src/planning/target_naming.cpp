@@ -17,9 +17,9 @@ std::string formatted(const char* format, Values... values) {
 
 long long yearOf(const DateParts& date) { return date.year; }
 
-std::string lastComponent(int folderFormat, const DateParts& date, const std::string& month,
+std::string lastComponent(FolderFormat format, const DateParts& date, const std::string& month,
                           const std::string& day) {
-  if (folderFormat == 0) {
+  if (format == FolderFormat::longName) {
     return formatted("%02d-%s-%04lld %s", date.day, month.c_str(), yearOf(date), day.c_str());
   }
   return formatted("%02d-%s %s", date.day, month.c_str(), day.c_str());
@@ -49,15 +49,14 @@ NameTable englishDays() {
   return {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
 }
 
-std::optional<Path> targetFolder(const Path& target, int folderFormat, const DateParts& date,
+std::optional<Path> targetFolder(const Path& target, FolderFormat format, const DateParts& date,
                                  const NameTable& months, const NameTable& days) {
-  if (folderFormat < 0 || folderFormat > 2) return std::nullopt;
+  if (format == FolderFormat::none) return std::nullopt;
   const Path year = target / formatted("%04lld", yearOf(date));
   const std::string month = formatted("%02d", date.month);
-  if (folderFormat == 2) return year / month / formatted("%02d", date.day);
-  const std::string last =
-      lastComponent(folderFormat, date, months.at(static_cast<std::size_t>(date.month - 1)),
-                    days.at(static_cast<std::size_t>(date.weekday - 1)));
+  if (format == FolderFormat::shortName) return year / month / formatted("%02d", date.day);
+  const std::string last = lastComponent(format, date, months.at(static_cast<std::size_t>(date.month - 1)),
+                                         days.at(static_cast<std::size_t>(date.weekday - 1)));
   return year / removingPercentEncoding(month) / removingPercentEncoding(last);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/media_kind.h"
+#include "model/options.h"
 #include "planning/calendar.h"
 #include "platform/file_manager.h"
 
@@ -17,9 +18,8 @@ using NameTable = std::vector<std::string>;
 NameTable englishMonths();
 NameTable englishDays();
 
-/// The dated folder below `target` by the folder format (0 long, 1 medium, 2 short); nothing for any other
-/// format.
-std::optional<Path> targetFolder(const Path& target, int folderFormat, const DateParts& date,
+/// The dated folder below `target`; nothing where no folder format is chosen.
+std::optional<Path> targetFolder(const Path& target, FolderFormat format, const DateParts& date,
                                  const NameTable& months, const NameTable& days);
 
 /// Kind, time and size (bytes) as a file name in upper case: PHOTO_20140521134502_2345678.JPG

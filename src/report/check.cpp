@@ -19,9 +19,8 @@ namespace fs = std::filesystem;
 
 /// Everything that can be organised, whatever a run was set to take.
 ExtensionFilter allMedia() {
-  constexpr int allFormats = 2;
-  constexpr int photosAndVideos = 0;
-  return ExtensionFilter(mediaFilter(photosAndVideos, photoExtensions(allFormats), videoExtensions()));
+  return ExtensionFilter(
+      mediaFilter(Media::photosAndVideos, photoExtensions(PhotoFormats::jpegTiffPng), videoExtensions()));
 }
 
 struct SourceFile {

@@ -24,17 +24,9 @@ QString fromBytes(std::string_view bytes) {
 
 }  // namespace
 
-QString photoExtensions(int photoFormats) {
-  switch (photoFormats) {
-    case 0:
-      return QStringLiteral("(,jpg,jpeg,)");
-    case 1:
-      return QStringLiteral("(,jpg,jpeg,tiff,tif,)");
-    case 2:
-      return QStringLiteral("(,jpg,jpeg,tiff,tif,png,)");
-    default:
-      return {};
-  }
+QString photoExtensions(PhotoFormats formats) {
+  const auto* row = rowOf(formats);
+  return row == nullptr ? QString() : QString::fromUtf16(row->extensions);
 }
 
 QString videoExtensions() { return QStringLiteral("(,avi,mov,divx,mp4,mpg,m4v,flv,mkv,)"); }
@@ -43,17 +35,18 @@ bool listHoldsExtension(const QString& list, const QString& extension) {
   return PKStringAdditions::containsString(list.toLower(), u',' + extension.toLower() + u',');
 }
 
-QString mediaFilter(int media, const QString& extensionImages, const QString& extensionVideo) {
+QString mediaFilter(Media media, const QString& extensionImages, const QString& extensionVideo) {
   switch (media) {
-    case 0:
+    case Media::photosAndVideos:
       return (extensionImages + u',' + extensionVideo).toLower();
-    case 1:
+    case Media::photos:
       return extensionImages.toLower();
-    case 2:
+    case Media::videos:
       return extensionVideo.toLower();
-    default:
-      return QStringLiteral("avi,jpg,mov");
+    case Media::none:
+      break;
   }
+  return QStringLiteral("avi,jpg,mov");
 }
 
 std::string_view extensionOfName(std::string_view fileName) {

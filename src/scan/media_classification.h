@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/options.h"
 #include "platform/file_manager.h"
 
 #include <QString>
@@ -12,16 +13,16 @@ namespace kestrova {
 /// brackets:
 /// "(,jpg,jpeg,)". The commas make each extension match whole; the brackets mean nothing.
 
-/// The photo list of a choice of photo formats (0 JPEG, 1 and TIFF, 2 and PNG); empty for any other index.
-QString photoExtensions(int photoFormats);
+/// The photo list of a choice of photo formats; empty where none is chosen.
+QString photoExtensions(PhotoFormats formats);
 QString videoExtensions();
 
 /// Whether the list holds the extension (given without its dot, in any case).
 bool listHoldsExtension(const QString& list, const QString& extension);
 
-/// The list of what a scan takes, by the choice of media: 0 photos and videos, 1 photos only, 2 videos only.
-/// Any other index gives "avi,jpg,mov", in which only jpg has a comma on each side.
-QString mediaFilter(int media, const QString& extensionImages, const QString& extensionVideo);
+/// The list of what a scan takes. Where nothing is chosen it is "avi,jpg,mov", in which only jpg has a comma
+/// on each side.
+QString mediaFilter(Media media, const QString& extensionImages, const QString& extensionVideo);
 
 /// What follows the last dot of a file's name; empty without a dot, or when that dot is the name's first or
 /// last byte.

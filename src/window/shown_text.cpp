@@ -1,5 +1,7 @@
 #include "window/shown_text.h"
 
+#include "model/options.h"
+
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <array>
@@ -22,9 +24,9 @@ constexpr std::array texts{
     QT_TRANSLATE_NOOP("Controller", "Deciding operations %1"),
     QT_TRANSLATE_NOOP("Controller", "Copying Photo (%1) %2"),
     QT_TRANSLATE_NOOP("Controller", "Copying VIDEO %1"),
-    QT_TRANSLATE_NOOP("Controller", "Rotating photo %1"),
-    QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 720P"),
-    QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 1080P"),
+    rowOf(Resolution::original)->status,
+    rowOf(Resolution::fit720p)->status,
+    rowOf(Resolution::fit1080p)->status,
     QT_TRANSLATE_NOOP("Controller", "Paused"),
     QT_TRANSLATE_NOOP("Controller", "Completed"),
     QT_TRANSLATE_NOOP("Controller", "Stopped"),

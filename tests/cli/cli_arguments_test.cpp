@@ -36,10 +36,10 @@ TEST(CliArguments, TakesSourcesAndTarget) {
 TEST(CliArguments, StartFromTheWindowsDefaults) {
   const auto arguments = parseWith({});
   ASSERT_TRUE(arguments) << arguments.error();
-  EXPECT_EQ(arguments->media, 0);
-  EXPECT_EQ(arguments->photoFormats, 0);
-  EXPECT_EQ(arguments->folders, 0);
-  EXPECT_EQ(arguments->size, 0);
+  EXPECT_EQ(arguments->media, Media::photosAndVideos);
+  EXPECT_EQ(arguments->photoFormats, PhotoFormats::jpeg);
+  EXPECT_EQ(arguments->folders, FolderFormat::longName);
+  EXPECT_EQ(arguments->size, Resolution::original);
   EXPECT_TRUE(arguments->upright);
   EXPECT_FALSE(arguments->skipSmallPhotos || arguments->skipSmallVideos);
   EXPECT_FALSE(arguments->json || arguments->quiet || arguments->log);
@@ -50,10 +50,10 @@ TEST(CliArguments, TakeEveryOption) {
                                     "medium", "--size", "1080p", "--no-upright", "--skip-small-photos",
                                     "--skip-small-videos", "--json", "--quiet", "--log"});
   ASSERT_TRUE(arguments) << arguments.error();
-  EXPECT_EQ(arguments->media, 2);
-  EXPECT_EQ(arguments->photoFormats, 2);
-  EXPECT_EQ(arguments->folders, 1);
-  EXPECT_EQ(arguments->size, 2);
+  EXPECT_EQ(arguments->media, Media::videos);
+  EXPECT_EQ(arguments->photoFormats, PhotoFormats::jpegTiffPng);
+  EXPECT_EQ(arguments->folders, FolderFormat::mediumName);
+  EXPECT_EQ(arguments->size, Resolution::fit1080p);
   EXPECT_FALSE(arguments->upright);
   EXPECT_TRUE(arguments->skipSmallPhotos && arguments->skipSmallVideos);
   EXPECT_TRUE(arguments->json && arguments->quiet && arguments->log);
@@ -62,7 +62,7 @@ TEST(CliArguments, TakeEveryOption) {
 TEST(CliArguments, TakeValuesAfterAnEqualsSign) {
   const auto arguments = parse({"--media=photos", "organise", "--to=/out=1", "/in"});
   ASSERT_TRUE(arguments) << arguments.error();
-  EXPECT_EQ(arguments->media, 1);
+  EXPECT_EQ(arguments->media, Media::photos);
   EXPECT_EQ(arguments->target, Path("/out=1"));
 }
 
@@ -150,6 +150,21 @@ TEST(CliArguments, NameEveryOptionInTheHelp) {
         "--skip-small-photos", "--skip-small-videos", "--json", "--quiet", "--log", "--help", "--version"}) {
     EXPECT_THAT(std::string(helpText()), HasSubstr(option));
   }
+}
+
+TEST(CliHelp, NamesEveryWordOfEveryOption) {
+  const auto words = [](const auto& table) {
+    return std::string(table[0].word)
+        .append(1, '|')
+        .append(table[1].word)
+        .append(1, '|')
+        .append(table[2].word);
+  };
+  const std::string help(helpText());
+  EXPECT_THAT(help, HasSubstr("--media " + words(mediaTable)));
+  EXPECT_THAT(help, HasSubstr("--photo-formats " + words(photoFormatsTable)));
+  EXPECT_THAT(help, HasSubstr("--folders " + words(folderFormatTable)));
+  EXPECT_THAT(help, HasSubstr("--size " + words(resolutionTable)));
 }
 
 }  // namespace kestrova::cli

@@ -8,7 +8,13 @@ namespace kestrova {
 
 namespace {
 
-PlanEntry entryOf(PlanEntry::Handler handler) { return {handler, "/from.jpg", Path("/to.JPG"), 6, 2}; }
+PlanEntry entryOf(PlanEntry::Handler handler) {
+  return {.handler = handler,
+          .from = "/from.jpg",
+          .to = Path("/to.JPG"),
+          .orientation = 6,
+          .resolution = Resolution::fit1080p};
+}
 
 }  // namespace
 
@@ -42,13 +48,13 @@ TEST(OperationRecord, OfAResizeWithoutOrientationHoldsOnlyFromAndTo) {
 
 TEST(OperationRecord, CarriesResolutionMinusOneWhenNoneIsChosen) {
   auto entry = entryOf(PlanEntry::Handler::resize);
-  entry.resolution = -1;
+  entry.resolution = Resolution::none;
   EXPECT_EQ(recordOf(entry, std::make_shared<InvocationOperation>()).number("resolution"), -1);
 }
 
 TEST(OperationRecord, CarriesResolution0ForAPhotoThatKeepsItsSize) {
   auto entry = entryOf(PlanEntry::Handler::resize);
-  entry.resolution = 0;
+  entry.resolution = Resolution::original;
   const auto operation = std::make_shared<InvocationOperation>();
   const auto record = recordOf(entry, operation);
   EXPECT_EQ(record.count(), 5U);

@@ -58,12 +58,12 @@ TEST(OperationDecision, DoesNotFilterAPhotoWithAnUnknownSide) {
 }
 
 TEST(OperationDecision, HandsAPhotoToResizingWhenItIsToShrink) {
-  EXPECT_EQ(chooseHandler(photo(1), {}, {.resolution = 1}), Handler::resize);
-  EXPECT_EQ(chooseHandler(photo(1), {}, {.resolution = 0}), Handler::copy);
+  EXPECT_EQ(chooseHandler(photo(1), {}, {.resolution = Resolution::fit720p}), Handler::resize);
+  EXPECT_EQ(chooseHandler(photo(1), {}, {.resolution = Resolution::original}), Handler::copy);
 }
 
 TEST(OperationDecision, CopiesAVideoWhateverTheResolution) {
-  EXPECT_EQ(chooseHandler(video(1), {}, {.rotate = true, .resolution = 2}), Handler::copy);
+  EXPECT_EQ(chooseHandler(video(1), {}, {.rotate = true, .resolution = Resolution::fit1080p}), Handler::copy);
 }
 
 TEST(OperationDecision, HandsATurnedPhotoToResizingOnlyWhenItIsToStandUpright) {
@@ -74,8 +74,10 @@ TEST(OperationDecision, HandsATurnedPhotoToResizingOnlyWhenItIsToStandUpright) {
 }
 
 TEST(OperationDecision, KeepsTheSizeWhenNoResolutionIsChosen) {
-  EXPECT_EQ(chooseHandler(photo(1), turned(1), {.rotate = true, .resolution = -1}), Handler::copy);
-  EXPECT_EQ(chooseHandler(photo(1), turned(8), {.rotate = true, .resolution = -1}), Handler::resize);
+  EXPECT_EQ(chooseHandler(photo(1), turned(1), {.rotate = true, .resolution = Resolution::none}),
+            Handler::copy);
+  EXPECT_EQ(chooseHandler(photo(1), turned(8), {.rotate = true, .resolution = Resolution::none}),
+            Handler::resize);
 }
 
 TEST(OperationDecision, NamesAFileOfBothKindsAsAVideo) {

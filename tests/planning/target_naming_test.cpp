@@ -10,16 +10,16 @@ namespace {
 
 const DateParts wednesday{2014, 5, 21, 13, 45, 2, 4};
 
-std::optional<Path> folder(int format, const DateParts& date = wednesday) {
+std::optional<Path> folder(FolderFormat format, const DateParts& date = wednesday) {
   return targetFolder("/t", format, date, englishMonths(), englishDays());
 }
 
 }  // namespace
 
 TEST(TargetNaming, NamesTheFolderByTheChosenFormat) {
-  EXPECT_EQ(folder(0), Path("/t/2014/05/21-May-2014 Wednesday"));
-  EXPECT_EQ(folder(1), Path("/t/2014/05/21-May Wednesday"));
-  EXPECT_EQ(folder(2), Path("/t/2014/05/21"));
+  EXPECT_EQ(folder(FolderFormat::longName), Path("/t/2014/05/21-May-2014 Wednesday"));
+  EXPECT_EQ(folder(FolderFormat::mediumName), Path("/t/2014/05/21-May Wednesday"));
+  EXPECT_EQ(folder(FolderFormat::shortName), Path("/t/2014/05/21"));
 }
 
 TEST(TargetNaming, ResolvesPercentEscapesInTheNamesOfMonthsAndDays) {
@@ -27,30 +27,30 @@ TEST(TargetNaming, ResolvesPercentEscapesInTheNamesOfMonthsAndDays) {
   auto days = englishDays();
   months.at(4) = "M%61y";
   days.at(3) = "Wednes%20day";
-  EXPECT_EQ(targetFolder("/t", 0, wednesday, months, days), Path("/t/2014/05/21-May-2014 Wednes day"));
-  EXPECT_EQ(targetFolder("/t", 1, wednesday, months, days), Path("/t/2014/05/21-May Wednes day"));
+  EXPECT_EQ(targetFolder("/t", FolderFormat::longName, wednesday, months, days),
+            Path("/t/2014/05/21-May-2014 Wednes day"));
+  EXPECT_EQ(targetFolder("/t", FolderFormat::mediumName, wednesday, months, days),
+            Path("/t/2014/05/21-May Wednes day"));
 }
 
-TEST(TargetNaming, HasNoFolderForAnyOtherFormat) {
-  EXPECT_FALSE(folder(-1).has_value());
-  EXPECT_FALSE(folder(3).has_value());
-}
+TEST(TargetNaming, HasNoFolderWhereNoFormatIsChosen) { EXPECT_FALSE(folder(FolderFormat::none).has_value()); }
 
 TEST(TargetNaming, CallsMonth5MayAndWeekday1Sunday) {
   EXPECT_EQ(englishMonths().at(4), "May");
   EXPECT_EQ(englishDays().at(0), "Sunday");
-  EXPECT_EQ(folder(0, {2015, 12, 27, 0, 0, 0, 1}), Path("/t/2015/12/27-December-2015 Sunday"));
+  EXPECT_EQ(folder(FolderFormat::longName, {2015, 12, 27, 0, 0, 0, 1}),
+            Path("/t/2015/12/27-December-2015 Sunday"));
 }
 
 TEST(TargetNaming, PadsEveryNumberOfADate) {
-  EXPECT_EQ(folder(2, {987, 1, 2, 3, 4, 5, 1}), Path("/t/0987/01/02"));
+  EXPECT_EQ(folder(FolderFormat::shortName, {987, 1, 2, 3, 4, 5, 1}), Path("/t/0987/01/02"));
   EXPECT_EQ(targetFileName(MediaKind::photo, {2015, 1, 1, 0, 0, 0, 5}, 7, QStringLiteral("jpg")),
             "PHOTO_20150101000000_7.JPG");
 }
 
 TEST(TargetNaming, WritesAYearOfMoreThanFourDigitsInFull) {
   const DateParts last{292277026596, 12, 4, 15, 30, 7, 1};
-  EXPECT_EQ(folder(0, last), Path("/t/292277026596/12/04-December-292277026596 Sunday"));
+  EXPECT_EQ(folder(FolderFormat::longName, last), Path("/t/292277026596/12/04-December-292277026596 Sunday"));
   EXPECT_EQ(targetFileName(MediaKind::photo, last, 7, QStringLiteral("jpg")),
             "PHOTO_2922770265961204153007_7.JPG");
 }
@@ -78,7 +78,7 @@ TEST(TargetNaming, WritesASizeBeyond32BitsInFull) {
 }
 
 TEST(TargetNaming, KeepsATargetFolderThatIsNoText) {
-  EXPECT_EQ(targetFolder("/t\xff%20", 2, wednesday, englishMonths(), englishDays()),
+  EXPECT_EQ(targetFolder("/t\xff%20", FolderFormat::shortName, wednesday, englishMonths(), englishDays()),
             Path("/t\xff%20/2014/05/21"));
 }
 

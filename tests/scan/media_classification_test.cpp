@@ -8,25 +8,25 @@ namespace kestrova {
 
 namespace {
 
-bool isInList(int formats, const char* extension) {
+bool isInList(PhotoFormats formats, const char* extension) {
   return listHoldsExtension(photoExtensions(formats), QString::fromUtf8(extension));
 }
 
 }  // namespace
 
 TEST(MediaClassification, TakesAPhotoExtensionInAnyCase) {
-  EXPECT_TRUE(isInList(0, "JPG"));
-  EXPECT_TRUE(isInList(0, "jpg"));
-  EXPECT_TRUE(isInList(0, "Jpeg"));
+  EXPECT_TRUE(isInList(PhotoFormats::jpeg, "JPG"));
+  EXPECT_TRUE(isInList(PhotoFormats::jpeg, "jpg"));
+  EXPECT_TRUE(isInList(PhotoFormats::jpeg, "Jpeg"));
 }
 
 TEST(MediaClassification, TakesTifOnlyWithJpegAndTiffAndPngOnlyWithAllThree) {
-  EXPECT_FALSE(isInList(0, "tif"));
-  EXPECT_TRUE(isInList(1, "tif"));
-  EXPECT_TRUE(isInList(2, "tif"));
-  EXPECT_FALSE(isInList(0, "png"));
-  EXPECT_FALSE(isInList(1, "png"));
-  EXPECT_TRUE(isInList(2, "png"));
+  EXPECT_FALSE(isInList(PhotoFormats::jpeg, "tif"));
+  EXPECT_TRUE(isInList(PhotoFormats::jpegTiff, "tif"));
+  EXPECT_TRUE(isInList(PhotoFormats::jpegTiffPng, "tif"));
+  EXPECT_FALSE(isInList(PhotoFormats::jpeg, "png"));
+  EXPECT_FALSE(isInList(PhotoFormats::jpegTiff, "png"));
+  EXPECT_TRUE(isInList(PhotoFormats::jpegTiffPng, "png"));
 }
 
 TEST(MediaClassification, TakesMovAndMkvAsVideosButNotMp3) {
@@ -36,27 +36,29 @@ TEST(MediaClassification, TakesMovAndMkvAsVideosButNotMp3) {
 }
 
 TEST(MediaClassification, TakesAnEmptyExtensionAsNeither) {
-  EXPECT_FALSE(isInList(2, ""));
+  EXPECT_FALSE(isInList(PhotoFormats::jpegTiffPng, ""));
   EXPECT_FALSE(listHoldsExtension(videoExtensions(), QString()));
 }
 
-TEST(MediaClassification, MatchesAnExtensionWholeAndNotItsEnd) { EXPECT_FALSE(isInList(0, "pg")); }
+TEST(MediaClassification, MatchesAnExtensionWholeAndNotItsEnd) {
+  EXPECT_FALSE(isInList(PhotoFormats::jpeg, "pg"));
+}
 
-TEST(MediaClassification, HasNoListForAnUnknownChoiceOfFormats) {
-  EXPECT_TRUE(photoExtensions(-1).isEmpty());
-  EXPECT_TRUE(photoExtensions(3).isEmpty());
+TEST(MediaClassification, HasNoListWhereNoFormatsAreChosen) {
+  EXPECT_TRUE(photoExtensions(PhotoFormats::none).isEmpty());
 }
 
 TEST(MediaClassification, FiltersByTheChoiceOfMedia) {
-  const QString photos = photoExtensions(0);
+  const QString photos = photoExtensions(PhotoFormats::jpeg);
   const QString videos = videoExtensions();
-  EXPECT_EQ(mediaFilter(0, photos, videos), photos + u',' + videos);
-  EXPECT_EQ(mediaFilter(1, photos, videos), photos);
-  EXPECT_EQ(mediaFilter(2, photos, videos), videos);
+  EXPECT_EQ(mediaFilter(Media::photosAndVideos, photos, videos), photos + u',' + videos);
+  EXPECT_EQ(mediaFilter(Media::photos, photos, videos), photos);
+  EXPECT_EQ(mediaFilter(Media::videos, photos, videos), videos);
 }
 
 TEST(MediaClassification, PassesOnlyJpgWhenNoMediaAreChosen) {
-  const ExtensionFilter filter(mediaFilter(-1, photoExtensions(0), videoExtensions()));
+  const ExtensionFilter filter(
+      mediaFilter(Media::none, photoExtensions(PhotoFormats::jpeg), videoExtensions()));
   EXPECT_TRUE(filter.accepts("a.jpg"));
   EXPECT_TRUE(filter.accepts("a.JPG"));
   EXPECT_FALSE(filter.accepts("a.avi"));
@@ -75,7 +77,8 @@ TEST(MediaClassification, ReadsAnExtensionAfterTheLastDotOfAName) {
 }
 
 TEST(MediaClassification, AgreesWithTheListTestForEveryKindOfName) {
-  const QString list = mediaFilter(0, photoExtensions(2), videoExtensions());
+  const QString list =
+      mediaFilter(Media::photosAndVideos, photoExtensions(PhotoFormats::jpegTiffPng), videoExtensions());
   const ExtensionFilter filter(list);
   for (const char* extension : {"jpg", "JPEG", "mKv", "pg", "j", "jpg,jpeg", "(", ")", "m\xe2\x84\xaav",
                                 "\xff", "p ng", "averyveryverylongextensionthatisplain", "jpg\n"}) {

@@ -98,8 +98,8 @@ PlanningOptions OrganiseManager::planningOptions() const {
   return {.filterSmallPhotos = chkFilterSmallPhotos->state() == CheckBox::on,
           .filterSmallVideos = chkFilterSmallVideos->state() == CheckBox::on,
           .rotate = chkRotate->state() == CheckBox::on,
-          .folderFormat = comboFolderFormat->indexOfSelectedItem(),
-          .resolution = comboResolution->indexOfSelectedItem()};
+          .folderFormat = optionAt<FolderFormat>(comboFolderFormat->indexOfSelectedItem()),
+          .resolution = optionAt<Resolution>(comboResolution->indexOfSelectedItem())};
 }
 
 FileFacts OrganiseManager::factsOf(const Path& file) const {
@@ -126,11 +126,11 @@ Date OrganiseManager::dateOf(const Path& file, const ImageMetadata& metadata) co
 }
 
 std::optional<Path> OrganiseManager::targetOf(const Path& file, const FileFacts& facts, Date date,
-                                              int folderFormat) const {
+                                              FolderFormat format) const {
   const auto target = targetPath.get();
   if (!target) return std::nullopt;
   const DateParts parts = splitDate(date);
-  auto folder = targetFolder(*target, folderFormat, parts, months, days);
+  auto folder = targetFolder(*target, format, parts, months, days);
   if (!folder) return std::nullopt;
   return *folder / targetFileName(mediaKindOf(facts), parts, facts.size, pathExtension(file));
 }

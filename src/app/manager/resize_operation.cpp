@@ -11,15 +11,10 @@ namespace kestrova {
 
 namespace {
 
-QString statusText(std::int64_t resolution, std::int64_t number) {
-  if (resolution == 0) return QStringLiteral("Rotating photo ") + countText(number);
-  if (resolution == 1) return QStringLiteral("Resizing photo %1 for 720P").arg(countText(number));
-  if (resolution == 2) return QStringLiteral("Resizing photo %1 for 1080P").arg(countText(number));
-  return {};
-}
-
 // A record that ends before its resolution keeps the size.
-std::int64_t resolutionOf(const OperationRecord& record) { return record.number("resolution").value_or(0); }
+Resolution resolutionOf(const OperationRecord& record) {
+  return optionAt<Resolution>(record.number("resolution").value_or(0));
+}
 
 tl::expected<Bytes, imaging::RewriteError> readPhoto(const FileManager& files, const Verdict& verdict) {
   if (verdict.sourceSize > std::uint64_t{imaging::maxWorkingBytes})
@@ -48,8 +43,8 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
     skipOperation(record);
     return;
   }
-  const QString status = statusText(resolutionOf(record), tRotatedCount + 1);
-  if (!status.isEmpty()) setStatus(status);
+  if (const auto* row = rowOf(resolutionOf(record)))
+    setStatus(QString::fromLatin1(row->status).arg(countText(tRotatedCount + 1)));
   prepareFolderOf(record.file("to").value_or(Path()));
   if (isLogging())
     log(QStringLiteral("RESIZING PHOTOOOOO! : ") + displayPath(record.file("from").value_or(Path())));

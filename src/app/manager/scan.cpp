@@ -78,8 +78,8 @@ void OrganiseManager::clearLabels() {
 }
 
 OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation& operation) {
-  const ExtensionFilter filter(
-      mediaFilter(comboCopy->indexOfSelectedItem(), extensionImages.get(), extensionVideo.get()));
+  const ExtensionFilter filter(mediaFilter(optionAt<Media>(comboCopy->indexOfSelectedItem()),
+                                           extensionImages.get(), extensionVideo.get()));
   WalkEnd end = WalkEnd::complete;
   FolderWalk walk;
   walk.wants = [&filter](std::string_view name) { return filter.accepts(name); };

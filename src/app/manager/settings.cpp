@@ -10,8 +10,6 @@ namespace kestrova {
 
 namespace {
 
-constexpr int lastIndex = 2;  // every combo box has three items
-
 QByteArray archived(const QStringList& urls) {
   QByteArray data;
   QDataStream stream(&data, QIODevice::WriteOnly);
@@ -27,8 +25,12 @@ QStringList urlsOf(const Paths& paths) {
   return urls;
 }
 
-int validIndex(std::optional<std::int64_t> stored) {
-  return stored && *stored >= 0 && *stored <= lastIndex ? static_cast<int>(*stored) : 0;
+/// Selects the stored choice, or the first where none that the list has is stored.
+template <typename Option>
+void restoreChoice(const UserDefaults& defaults, const Outlet<ComboBox>& combo, const QString& key) {
+  const auto stored = optionAt<Option>(defaults.integer(key).value_or(0));
+  combo->selectItemAtIndex(stored == Option::none ? 0 : indexOf(stored));
+  combo->setObjectValue(combo->objectValueOfSelectedItem());
 }
 
 void restoreState(UserDefaults& defaults, const Outlet<CheckBox>& checkBox, const QString& key) {
@@ -65,17 +67,13 @@ void OrganiseManager::loadSettings() {
   days = englishDays();
   sourcePathList = std::vector<Path>();
 
-  const auto restore = [&defaults](const Outlet<ComboBox>& combo, const QString& key) {
-    combo->selectItemAtIndex(validIndex(defaults.integer(key)));
-    combo->setObjectValue(combo->objectValueOfSelectedItem());
-  };
-  restore(comboCopy, QStringLiteral("selectedCopy"));
-  restore(comboFolderFormat, QStringLiteral("selectedFolderFormat"));
+  restoreChoice<Media>(defaults, comboCopy, QStringLiteral("selectedCopy"));
+  restoreChoice<FolderFormat>(defaults, comboFolderFormat, QStringLiteral("selectedFolderFormat"));
   if (!defaults.integer(QStringLiteral("selectedFolderFormat"))) {
     comboFolderFormat->setObjectValue(comboCopy->objectValueOfSelectedItem());
   }
-  restore(comboResolution, QStringLiteral("selectedResolution"));
-  restore(comboPhotoFormats, QStringLiteral("selectedPhotoFormats"));
+  restoreChoice<Resolution>(defaults, comboResolution, QStringLiteral("selectedResolution"));
+  restoreChoice<PhotoFormats>(defaults, comboPhotoFormats, QStringLiteral("selectedPhotoFormats"));
   restoreState(defaults, chkRotate, QStringLiteral("selectedRotate"));
   restoreState(defaults, chkFilterSmallPhotos, QStringLiteral("selectedFilterPhoto"));
   restoreState(defaults, chkFilterSmallVideos, QStringLiteral("selectedFilterVideo"));
@@ -83,8 +81,8 @@ void OrganiseManager::loadSettings() {
   // The stored value decides here, as a 32-bit number, not the combo box.
   const auto formats =
       static_cast<std::int32_t>(defaults.integer(QStringLiteral("selectedPhotoFormats")).value_or(0));
-  const QString extensions = photoExtensions(formats);
-  extensionImages = extensions.isEmpty() ? photoExtensions(0) : extensions;
+  const QString extensions = photoExtensions(optionAt<PhotoFormats>(formats));
+  extensionImages = extensions.isEmpty() ? photoExtensions(PhotoFormats::jpeg) : extensions;
   extensionVideo = videoExtensions();
   loadingSettings = false;
   buttonStop->setEnabled(false);
@@ -93,7 +91,8 @@ void OrganiseManager::loadSettings() {
 void OrganiseManager::comboBoxSelectionDidChange() {
   if (loadingSettings) return;
   saveSettings();
-  const QString extensions = photoExtensions(comboPhotoFormats->indexOfSelectedItem());
+  const QString extensions =
+      photoExtensions(optionAt<PhotoFormats>(comboPhotoFormats->indexOfSelectedItem()));
   if (!extensions.isEmpty()) extensionImages = extensions;
 }
 

@@ -17,7 +17,8 @@ class CopyOperation : public testing::Test {
   CopyOperation() { manager().processQueue = std::make_shared<OperationQueue>(); }
 
   void copy(const Path& from, const Path& target) {
-    manager().copyOperation(recordOf({PlanEntry::Handler::copy, from, target, {}, 0}, operation));
+    manager().copyOperation(
+        recordOf({.handler = PlanEntry::Handler::copy, .from = from, .to = target}, operation));
     program.settle();
   }
   void fail(int code) {

@@ -22,10 +22,14 @@ class ResizeOperation : public testing::Test {
   Path write(const SamplePhoto& photo) {
     return writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto(photo)));
   }
-  void resize(const Path& from, std::int64_t resolution, std::optional<std::int64_t> orientation = 1) {
+  void resize(const Path& from, Resolution resolution, std::optional<std::int64_t> orientation = 1) {
     manager().verdictListener = [this](const Verdict& verdict) { verdicts.push_back(verdict); };
-    manager().resizeOperation(
-        recordOf({PlanEntry::Handler::resize, from, to, orientation, resolution}, operation));
+    manager().resizeOperation(recordOf({.handler = PlanEntry::Handler::resize,
+                                        .from = from,
+                                        .to = to,
+                                        .orientation = orientation,
+                                        .resolution = resolution},
+                                       operation));
     program.settle();
   }
   imaging::ImageSize written() {
@@ -55,7 +59,7 @@ class ResizeOperation : public testing::Test {
 }  // namespace
 
 TEST_F(ResizeOperation, FitsAPhotoInto720P) {
-  resize(write({.width = 2000, .height = 1500}), 1);
+  resize(write({.width = 2000, .height = 1500}), Resolution::fit720p);
   expectSize(960, 720);
   EXPECT_EQ(program.status(), QStringLiteral("Resizing photo 1 for 720P"));
   EXPECT_EQ(manager().tRotatedCount, 1);
@@ -67,51 +71,51 @@ TEST_F(ResizeOperation, FitsAPhotoInto720P) {
 
 TEST_F(ResizeOperation, FitsAPhotoInto1080P) {
   manager().tRotatedCount = 7;
-  resize(write({.width = 2400, .height = 1200}), 2);
+  resize(write({.width = 2400, .height = 1200}), Resolution::fit1080p);
   expectSize(1920, 960);
   EXPECT_EQ(program.status(), QStringLiteral("Resizing photo 8 for 1080P"));
 }
 
 TEST_F(ResizeOperation, RewritesAPhotoThatFitsWithoutEnlargingIt) {
-  resize(write({.width = 1000, .height = 700}), 1);
+  resize(write({.width = 1000, .height = 700}), Resolution::fit720p);
   expectSize(1000, 700);
   EXPECT_EQ(verdicts.at(0).outcome, Verdict::Outcome::rewritten);
 }
 
 TEST_F(ResizeOperation, KeepsTheSizeForResolution0) {
-  resize(write({.width = 1600, .height = 1200}), 0);
+  resize(write({.width = 1600, .height = 1200}), Resolution::original);
   expectSize(1600, 1200);
   EXPECT_EQ(program.status(), QStringLiteral("Rotating photo 1"));
 }
 
 TEST_F(ResizeOperation, KeepsTheSizeForARecordThatEndsBeforeItsResolution) {
-  resize(write({.width = 1600, .height = 1200}), 1, std::nullopt);
+  resize(write({.width = 1600, .height = 1200}), Resolution::fit720p, std::nullopt);
   expectSize(1600, 1200);
   EXPECT_EQ(program.status(), QStringLiteral("Rotating photo 1"));
 }
 
 TEST_F(ResizeOperation, KeepsTheSizeWithoutAWordWhenNoResolutionIsChosen) {
-  resize(write({.width = 1600, .height = 1200, .orientation = 6}), -1, 6);
+  resize(write({.width = 1600, .height = 1200, .orientation = 6}), Resolution::none, 6);
   expectSize(1200, 1600);
   EXPECT_TRUE(program.statusTexts().isEmpty());
 }
 
 TEST_F(ResizeOperation, TurnsAPhotoUprightAndSetsItsTag) {
-  resize(write({.width = 1600, .height = 1200, .orientation = 6}), 1, 6);
+  resize(write({.width = 1600, .height = 1200, .orientation = 6}), Resolution::fit720p, 6);
   expectSize(540, 720);
   EXPECT_EQ(written().orientation, 1);
 }
 
 TEST_F(ResizeOperation, KeepsPixelsAndTagAsStoredWhenPhotosAreNotTurned) {
   controls().chkRotate->performClick();
-  resize(write({.width = 1600, .height = 1200, .orientation = 6}), 1, 6);
+  resize(write({.width = 1600, .height = 1200, .orientation = 6}), Resolution::fit720p, 6);
   expectSize(960, 720);
   EXPECT_EQ(written().orientation, 6);
 }
 
 TEST_F(ResizeOperation, LogsTheDecodedSize) {
   const Path from = write({.width = 640, .height = 480});
-  resize(from, 1);
+  resize(from, Resolution::fit720p);
   EXPECT_TRUE(
       program.log.holds(QStringLiteral("RESIZING PHOTOOOOO! : ") + QString::fromStdString(from.native())));
   EXPECT_TRUE(program.log.holds(QStringLiteral("Width from NSBitmapImageRep: 640.000000")));
@@ -121,7 +125,7 @@ TEST_F(ResizeOperation, LogsTheDecodedSize) {
 TEST_F(ResizeOperation, LeavesOutAPhotoWithASideBelow400WhenAsked) {
   controls().chkFilterSmallPhotos->performClick();
   const Path from = write({.width = 399, .height = 3000});
-  resize(from, 1);
+  resize(from, Resolution::fit720p);
   EXPECT_FALSE(std::filesystem::exists(to));
   EXPECT_EQ(manager().tFilteredCount, 1);
   EXPECT_EQ(manager().tFilteredSize, static_cast<std::int64_t>(std::filesystem::file_size(from)));
@@ -130,13 +134,13 @@ TEST_F(ResizeOperation, LeavesOutAPhotoWithASideBelow400WhenAsked) {
 
 TEST_F(ResizeOperation, TakesAPhotoOf400By400WithTheFilterOn) {
   controls().chkFilterSmallPhotos->performClick();
-  resize(write({.width = 400, .height = 400}), 1);
+  resize(write({.width = 400, .height = 400}), Resolution::fit720p);
   expectSize(400, 400);
 }
 
 TEST_F(ResizeOperation, CopiesAFileThatDoesNotDecode) {
   const Path from = writeFile(program.source / "a.jpg", "no photo at all");
-  resize(from, 1);
+  resize(from, Resolution::fit720p);
   expectCopied(from);
   EXPECT_TRUE(program.log.holds(QStringLiteral("Width from NSBitmapImageRep: 0.000000")));
 }
@@ -145,7 +149,7 @@ TEST_F(ResizeOperation, CopiesAPhotoThatIsCutOff) {
   Bytes photo = test::jpegPhoto({.width = 1600, .height = 1200});
   photo.resize(photo.size() / 2);
   const Path from = writeFile(program.source / "a.jpg", ByteView(photo));
-  resize(from, 1);
+  resize(from, Resolution::fit720p);
   expectCopied(from);
 }
 
@@ -154,26 +158,26 @@ TEST_F(ResizeOperation, CopiesASmallPhotoThatIsCutOffEvenWithTheFilterOn) {
   Bytes photo = test::jpegPhoto({.width = 300, .height = 300});
   photo.resize(photo.size() / 2);
   const Path from = writeFile(program.source / "a.jpg", ByteView(photo));
-  resize(from, 1);
+  resize(from, Resolution::fit720p);
   expectCopied(from);
 }
 
 TEST_F(ResizeOperation, CountsAnExistingTargetOfACopiedFile) {
   writeFile(to, "mine");
-  resize(writeFile(program.source / "a.jpg", "no photo"), 1);
+  resize(writeFile(program.source / "a.jpg", "no photo"), Resolution::fit720p);
   EXPECT_EQ(test::readFile(to), "mine");
   EXPECT_EQ(manager().targetExistCount, 1);
 }
 
 TEST_F(ResizeOperation, ReplacesWhatStandsUnderItsName) {
   writeFile(to, "old");
-  resize(write({.width = 640, .height = 480}), 1);
+  resize(write({.width = 640, .height = 480}), Resolution::fit720p);
   expectSize(640, 480);
 }
 
 TEST_F(ResizeOperation, ThatIsCancelledDoesNothingButSetTheStage) {
   operation->cancel();
-  resize(write({}), 1);
+  resize(write({}), Resolution::fit720p);
   EXPECT_EQ(manager().appStatus, 3);
   EXPECT_FALSE(std::filesystem::exists(to.parent_path()));
   EXPECT_TRUE(program.statusTexts().isEmpty());
@@ -182,7 +186,7 @@ TEST_F(ResizeOperation, ThatIsCancelledDoesNothingButSetTheStage) {
 TEST_F(ResizeOperation, TakesAnyFailureToWriteForAFullVolume) {
   files->onStageData = [](ByteView, const Path&) { return FileError{EACCES, "refused"}; };
   controls().buttonStart->setTitle(QStringLiteral("Pause"));
-  resize(write({.width = 640, .height = 480}), 1);
+  resize(write({.width = 640, .height = 480}), Resolution::fit720p);
   EXPECT_TRUE(program.log.holds(QStringLiteral("No space left!!!!!")));
   EXPECT_EQ(program.status(), QStringLiteral("Not enough space!"));
   EXPECT_EQ(controls().buttonStart->title(), QStringLiteral("Start"));
@@ -195,7 +199,7 @@ TEST_F(ResizeOperation, ThatRaisesAnExceptionHaltsTheRun) {
   files->onStageData = [](ByteView, const Path&) -> std::optional<FileError> {
     throw std::runtime_error("on purpose");
   };
-  resize(write({}), 1);
+  resize(write({}), Resolution::fit720p);
   EXPECT_EQ(program.status(), QStringLiteral("Error"));
   EXPECT_TRUE(program.log.holds(QStringLiteral("EXCEPTION resizeOperation : on purpose")));
   EXPECT_TRUE(manager().processQueue->isSuspended());
@@ -207,7 +211,7 @@ TEST_F(ResizeOperation, LogsACancelAndAPauseThatCameWhileItCopied) {
     manager().processQueue->setSuspended(true);
     return std::nullopt;
   };
-  resize(writeFile(program.source / "a.jpg", "no photo"), 1);
+  resize(writeFile(program.source / "a.jpg", "no photo"), Resolution::fit720p);
   EXPECT_TRUE(program.log.holds(QStringLiteral("CANCELLLED")));
   EXPECT_TRUE(program.log.holds(QStringLiteral("SUSPENDED : 0")));
 }
@@ -215,7 +219,7 @@ TEST_F(ResizeOperation, LogsACancelAndAPauseThatCameWhileItCopied) {
 TEST_F(ResizeOperation, WritesThePhotosContentTypeWhateverItsNameSays) {
   const Path from =
       writeFile(program.source / "a.jpg", ByteView(test::pngPhoto({.width = 1600, .height = 1200})));
-  resize(from, 1);
+  resize(from, Resolution::fit720p);
   expectSize(960, 720);
   EXPECT_EQ(test::readFile(to).substr(1, 3), "PNG");
 }

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "model/picture_size.h"
+
+#include <QtGlobal>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace kestrova {
+
+// What the user chooses from lists. Each option has one table with all that the program says of it. A value
+// is its index in that table, in the list that the user sees and in the settings; `none` is a list without a
+// selection.
+
+enum class Media { photosAndVideos, photos, videos, none = -1 };
+enum class PhotoFormats { jpeg, jpegTiff, jpegTiffPng, none = -1 };
+enum class FolderFormat { longName, mediumName, shortName, none = -1 };
+enum class Resolution { original, fit720p, fit1080p, none = -1 };
+
+struct OptionRow {
+  const char* label;      ///< in the list: English, to be translated in the context "Items"
+  std::string_view word;  ///< on the command line
+};
+
+inline constexpr std::array mediaTable{
+    OptionRow{QT_TRANSLATE_NOOP("Items", "Photos and videos"), "all"},
+    OptionRow{QT_TRANSLATE_NOOP("Items", "Photos only"), "photos"},
+    OptionRow{QT_TRANSLATE_NOOP("Items", "Videos only"), "videos"},
+};
+
+struct PhotoFormatsRow : OptionRow {
+  const char16_t* extensions;  ///< of the files that count as photos, between commas
+};
+
+inline constexpr std::array photoFormatsTable{
+    PhotoFormatsRow{{QT_TRANSLATE_NOOP("Items", "JPEG"), "jpeg"}, u"(,jpg,jpeg,)"},
+    PhotoFormatsRow{{QT_TRANSLATE_NOOP("Items", "JPEG and TIFF"), "jpeg+tiff"}, u"(,jpg,jpeg,tiff,tif,)"},
+    PhotoFormatsRow{{QT_TRANSLATE_NOOP("Items", "JPEG, TIFF and PNG"), "jpeg+tiff+png"},
+                    u"(,jpg,jpeg,tiff,tif,png,)"},
+};
+
+// Samples of folder names, which are English in every language.
+inline constexpr std::array folderFormatTable{
+    OptionRow{"2014/05/21-May-2014 Wednesday", "long"},
+    OptionRow{"2014/05/21-May Wednesday", "medium"},
+    OptionRow{"2014/05/21", "short"},
+};
+
+struct ResolutionRow : OptionRow {
+  std::optional<PictureSize> frame;  ///< which photos must fit into, in pixels
+  const char* status;                ///< while photos are rewritten; %1 is the number of the photo
+};
+
+inline constexpr std::array resolutionTable{
+    ResolutionRow{{QT_TRANSLATE_NOOP("Items", "Original size"), "original"},
+                  std::nullopt,
+                  QT_TRANSLATE_NOOP("Controller", "Rotating photo %1")},
+    ResolutionRow{{QT_TRANSLATE_NOOP("Items", "720P (1280 x 720)"), "720p"},
+                  PictureSize{1280, 720},
+                  QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 720P")},
+    ResolutionRow{{QT_TRANSLATE_NOOP("Items", "1080P (1920 x 1080)"), "1080p"},
+                  PictureSize{1920, 1080},
+                  QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 1080P")},
+};
+
+constexpr const auto& tableOf(Media) { return mediaTable; }
+constexpr const auto& tableOf(PhotoFormats) { return photoFormatsTable; }
+constexpr const auto& tableOf(FolderFormat) { return folderFormatTable; }
+constexpr const auto& tableOf(Resolution) { return resolutionTable; }
+
+/// The option of an index; `none` for an index outside the table.
+template <typename Option>
+constexpr Option optionAt(std::int64_t index) {
+  const auto size = static_cast<std::int64_t>(tableOf(Option()).size());
+  return index >= 0 && index < size ? static_cast<Option>(index) : Option::none;
+}
+
+template <typename Option>
+constexpr int indexOf(Option option) {
+  return static_cast<int>(option);
+}
+
+/// What the table says of an option; null for `none`.
+template <typename Option>
+constexpr auto rowOf(Option option) {
+  const auto& table = tableOf(option);
+  return option == Option::none ? nullptr : &table[static_cast<std::size_t>(option)];
+}
+
+}  // namespace kestrova
