@@ -1,11 +1,15 @@
 #include "platform/exclusive_rename.h"
 
+#include "platform/file_descriptor.h"
 #include "platform/file_error.h"
 #include "platform/file_system.h"
 
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,10 +17,26 @@ namespace kestrova {
 
 namespace {
 
+constexpr std::chrono::milliseconds lockInterval(1);
+constexpr std::chrono::milliseconds lockPatience(10'000);  // a lock is held for the time of one renaming
+
 bool isUnknownThere(const FileResult<void>& result) {
   if (result) return false;
   const int code = result.error().code;
   return code == EINVAL || code == ENOSYS || code == ENOTSUP || code == EOPNOTSUPP || code == EPERM;
+}
+
+/// Waits until no other thread or process holds the folder's lock, and holds it for as long as the descriptor
+/// is open. Systems that keep no locks for this folder give a descriptor that protects nothing.
+FileResult<FileDescriptor> lockFolder(int folder) {
+  FileDescriptor opened(
+      uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (!opened) return failure();
+  for (auto waited = lockPatience.zero(); waited < lockPatience; waited += lockInterval) {
+    if (::flock(opened.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return opened;
+    std::this_thread::sleep_for(lockInterval);
+  }
+  return failure(EBUSY);
 }
 
 }  // namespace
@@ -35,10 +55,12 @@ FileResult<void> linkThenUnlink(int folder, const char* from, const char* to) {
 }
 
 FileResult<void> renameWhereFree(int folder, const char* from, const char* to) {
+  const auto lock = lockFolder(folder);
+  if (!lock) return tl::make_unexpected(lock.error());
   struct stat status = {};
   if (::fstatat(folder, to, &status, AT_SYMLINK_NOFOLLOW) == 0) return failure(EEXIST);
   if (errno != ENOENT) return failure();
-  return succeeded(::renameat(folder, from, folder, to));
+  return succeeded(uninterrupted([&] { return ::renameat(folder, from, folder, to); }));
 }
 
 }  // namespace kestrova

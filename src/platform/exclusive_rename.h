@@ -13,7 +13,8 @@ FileResult<void> renameWithoutReplacing(int folder, const char* from, const char
 /// The way for file systems with hard links. A crash in between leaves both names, never none.
 FileResult<void> linkThenUnlink(int folder, const char* from, const char* to);
 
-/// The last resort, for file systems that know neither: a file that another program creates in the same
+/// The last resort, for file systems that know neither. Other runs, of this process or another one, wait
+/// their turn for the folder (EBUSY when it does not come); a file that any other program creates in the same
 /// instant would be replaced.
 FileResult<void> renameWhereFree(int folder, const char* from, const char* to);
 

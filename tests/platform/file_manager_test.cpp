@@ -1,7 +1,5 @@
 #include "platform/file_manager.h"
 
-#include "platform/exclusive_rename.h"
-#include "platform/long_path.h"
 #include "support/failing_file_manager.h"
 #include "support/temporary_folder.h"
 #include "support/without_privileges.h"
@@ -442,23 +440,6 @@ TEST(FileManager, ReadsNothingOfWhatIsNoReadableFile) {
   if (!test::canLosePrivileges()) GTEST_SKIP() << "root may read everything here";
   EXPECT_FALSE(files->readPrefix(root / "closed", 10));
   EXPECT_EQ(files->readFile(root / "closed").error().code, EACCES);
-}
-
-TEST(ExclusiveRename, RenamesAndRefusesTakenNamesInEachOfItsWays) {
-  const TemporaryFolder root;
-  const FileDescriptor folder = openPlace(root.path()).value();
-  writeFile(root / "taken", "old");
-  fs::create_symlink("nowhere", root / "link");
-  for (const auto rename : {renameWithoutReplacing, linkThenUnlink, renameWhereFree}) {
-    writeFile(root / "from", "new");
-    EXPECT_EQ(codeOf(rename(folder.get(), "from", "taken")), EEXIST);
-    EXPECT_EQ(codeOf(rename(folder.get(), "from", "link")), EEXIST);
-    EXPECT_EQ(codeOf(rename(folder.get(), "from", "to")), 0);
-    EXPECT_EQ(readFile(root / "taken"), "old");
-    EXPECT_EQ(readFile(root / "to"), "new");
-    EXPECT_FALSE(fs::exists(root / "from"));
-    fs::remove(root / "to");
-  }
 }
 
 TEST(FailingFileManager, FailsWhereItsHooksSaySo) {
