@@ -45,6 +45,12 @@ TEST(OperationDecision, FiltersByKind) {
   EXPECT_FALSE(isSmallFile(photo(0), {}));
 }
 
+TEST(OperationDecision, FiltersAFileOfBothKindsByEitherRule) {
+  EXPECT_TRUE(isSmallFile({1000000, true, true}, bothFilters));
+  EXPECT_FALSE(isSmallFile({1000000, true, true}, {.filterSmallPhotos = true}));
+  EXPECT_TRUE(isSmallFile({19999, true, true}, {.filterSmallPhotos = true}));
+}
+
 TEST(OperationDecision, FiltersAPhotoWithASideBelow400Pixels) {
   EXPECT_TRUE(isSmallPicture(picture(4000, 399), bothFilters));
   EXPECT_TRUE(isSmallPicture(picture(399, 4000), bothFilters));

@@ -53,7 +53,22 @@ TEST_F(CopyOperation, NumbersItsStatusAfterWhatWasWritten) {
   copy(photo, to);
   EXPECT_EQ(program.status(), QStringLiteral("Copying Photo (JPG) 42"));
   copy(writePhoto(program.source / "b.mkv", 10), program.target / "B.MKV");
-  EXPECT_EQ(program.status().left(14), QStringLiteral("Copying VIDEO "));
+  EXPECT_EQ(program.status(), QStringLiteral("Copying VIDEO 2"));
+}
+
+TEST_F(CopyOperation, AnnouncesAFileOfBothKindsAsAPhotoAndThenAsAVideo) {
+  manager().extensionImages = QStringLiteral("(,mov,)");
+  copy(writePhoto(program.source / "a.mov", 10), program.target / "A.MOV");
+  EXPECT_EQ(program.statusTexts(),
+            QStringList({QStringLiteral("Copying Photo (MOV) 1"), QStringLiteral("Copying VIDEO 1")}));
+}
+
+TEST_F(CopyOperation, AnnouncesTheSourcesKindAndCountsTheTargets) {
+  copy(photo, program.target / "A.MOV");
+  EXPECT_EQ(program.status(), QStringLiteral("Copying Photo (JPG) 1"));
+  EXPECT_EQ(manager().tPhotoCount, 0);
+  EXPECT_EQ(manager().tVideoCount, 1);
+  EXPECT_EQ(manager().tVideoSize, 1000);
 }
 
 TEST_F(CopyOperation, ThatIsCancelledLeavesNothingBehindButTheStage) {
@@ -135,6 +150,21 @@ TEST_F(CopyOperation, LogsAFolderThatCannotBeCreatedAndGoesOn) {
   EXPECT_EQ(program.log.count(QStringLiteral("Error creating directory path: ")), 1);
   EXPECT_EQ(manager().tTotalCount, 0);
   EXPECT_FALSE(manager().haserror);
+}
+
+TEST_F(CopyOperation, AsksForTheSourcesSizeBeforeItCopies) {
+  std::atomic<bool> isCopying = false;
+  files->onStageCopy = [&](const Path&, const Path&) -> std::optional<FileError> {
+    isCopying = true;
+    return std::nullopt;
+  };
+  files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
+    if (path == photo && isCopying) return FileError{EACCES, "refused"};
+    return std::nullopt;
+  };
+  copy(photo, to);
+  EXPECT_EQ(manager().tPhotoCount, 1);
+  EXPECT_EQ(manager().tPhotoSize, 1000);
 }
 
 TEST_F(CopyOperation, CountsTheSizeThatTheSourceHadBeforeIt) {

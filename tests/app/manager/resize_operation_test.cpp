@@ -132,6 +132,27 @@ TEST_F(ResizeOperation, LeavesOutAPhotoWithASideBelow400WhenAsked) {
   EXPECT_EQ(verdicts.at(0).outcome, Verdict::Outcome::small);
 }
 
+TEST_F(ResizeOperation, LeavesOutAPhotoForItsHeightAlone) {
+  controls().chkFilterSmallPhotos->performClick();
+  resize(write({.width = 3000, .height = 399}), 0);
+  EXPECT_FALSE(std::filesystem::exists(to));
+  EXPECT_EQ(manager().tFilteredCount, 1);
+}
+
+TEST_F(ResizeOperation, LeavesOutNothingForAFilterThatIsNeitherOnNorOff) {
+  controls().chkFilterSmallPhotos->setState(CheckBox::mixed);
+  resize(write({.width = 90, .height = 60}), 0);
+  expectSize(90, 60);
+  EXPECT_EQ(manager().tFilteredCount, 0);
+}
+
+TEST_F(ResizeOperation, KeepsPixelsAndTagAsStoredWhenTurningIsNeitherOnNorOff) {
+  controls().chkRotate->setState(CheckBox::mixed);
+  resize(write({.width = 640, .height = 480, .orientation = 6}), 0, 6);
+  expectSize(640, 480);
+  EXPECT_EQ(written().orientation, 6);
+}
+
 TEST_F(ResizeOperation, TakesAPhotoOf400By400WithTheFilterOn) {
   controls().chkFilterSmallPhotos->performClick();
   resize(write({.width = 400, .height = 400}), Resolution::fit720p);
@@ -209,11 +230,12 @@ TEST_F(ResizeOperation, LogsACancelAndAPauseThatCameWhileItCopied) {
   files->onStageCopy = [this](const Path&, const Path&) -> std::optional<FileError> {
     operation->cancel();
     manager().processQueue->setSuspended(true);
+    for (int i = 0; i < 3; ++i) manager().processQueue->addOperation(std::make_shared<InvocationOperation>());
     return std::nullopt;
   };
   resize(writeFile(program.source / "a.jpg", "no photo"), Resolution::fit720p);
   EXPECT_TRUE(program.log.holds(QStringLiteral("CANCELLLED")));
-  EXPECT_TRUE(program.log.holds(QStringLiteral("SUSPENDED : 0")));
+  EXPECT_TRUE(program.log.holds(QStringLiteral("SUSPENDED : 3")));
 }
 
 TEST_F(ResizeOperation, WritesThePhotosContentTypeWhateverItsNameSays) {

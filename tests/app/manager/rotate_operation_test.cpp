@@ -26,6 +26,11 @@ class RotateOperation : public testing::Test {
     manager().writeDataOperation({{"to", OperationRecord::FileUrl(target)}, {"data", value}});
     program.settle();
   }
+  static std::shared_ptr<InvocationOperation> cancelledOperation() {
+    auto operation = std::make_shared<InvocationOperation>();
+    operation->cancel();
+    return operation;
+  }
   void failToStage(int code) {
     files->onStageData = [code](ByteView, const Path&) { return FileError{code, "on purpose"}; };
   }
@@ -93,6 +98,34 @@ TEST_F(RotateOperation, ShowsAnExceptionInFullAndHaltsTheRun) {
   EXPECT_EQ(program.status(), QStringLiteral("EXCEPTION rotateOperation : on purpose"));
   EXPECT_TRUE(program.log.holds(QStringLiteral("EXCEPTION rotateOperation : on purpose")));
   EXPECT_TRUE(manager().processQueue->isSuspended());
+}
+
+TEST_F(RotateOperation, HeedsNoCancellation) {
+  const Path from = writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto({})));
+  const auto operation = cancelledOperation();
+  manager().rotateOperation({{"from", OperationRecord::FileUrl(from)},
+                             {"to", OperationRecord::FileUrl(to)},
+                             {"operation", operation}});
+  EXPECT_TRUE(std::filesystem::exists(to));
+  EXPECT_EQ(manager().tRotatedCount, 1);
+}
+
+TEST_F(WriteDataOperation, HeedsNoCancellation) {
+  const auto operation = cancelledOperation();
+  manager().writeDataOperation({{"to", OperationRecord::FileUrl(program.target / "a.jpg")},
+                                {"data", Bytes{1}},
+                                {"operation", operation}});
+  EXPECT_TRUE(std::filesystem::exists(program.target / "a.jpg"));
+  EXPECT_EQ(manager().tRotatedCount, 1);
+}
+
+TEST_F(WriteDataOperation, LeavesAnExceptionToTheQueue) {
+  files->onStageData = [](ByteView, const Path&) -> std::optional<FileError> {
+    throw std::runtime_error("on purpose");
+  };
+  EXPECT_THROW(writeData(program.target / "a.jpg", Bytes{1}), std::runtime_error);
+  EXPECT_FALSE(manager().processQueue->isSuspended());
+  EXPECT_EQ(manager().tRotatedCount, 0);
 }
 
 TEST_F(WriteDataOperation, WritesTheBytesAndCountsThem) {

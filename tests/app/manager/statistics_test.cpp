@@ -63,6 +63,9 @@ TEST_F(Statistics, CountAFileOfBothKindsTwice) {
   EXPECT_EQ(manager().sTotalCount, 2);
   EXPECT_EQ(manager().sTotalSize, 20);
   EXPECT_EQ(manager().tTotalCount, 2);
+  program.settle();
+  EXPECT_EQ(controls().trgPhotoCount->stringValue(), QStringLiteral("1"));
+  EXPECT_EQ(controls().trgVideoCount->stringValue(), QStringLiteral("1"));
 }
 
 TEST_F(Statistics, CountDuplicatesApart) {
@@ -84,6 +87,7 @@ TEST_F(Statistics, AddUpToTheProgressOfARun) {
   EXPECT_EQ(controls().trgTotalCount->stringValue(), QStringLiteral("2"));
   EXPECT_EQ(controls().trgTotalSize->stringValue(), QStringLiteral("2.00 MB"));
   EXPECT_EQ(controls().trgPhotoCount->stringValue(), QStringLiteral("1"));
+  EXPECT_EQ(controls().trgPhotoSize->stringValue(), QStringLiteral("1.00 MB"));
   EXPECT_EQ(controls().trgRotatedCount->stringValue(), QStringLiteral("1"));
   EXPECT_EQ(controls().trgRotatedSize->stringValue(), QStringLiteral("1.00 MB"));
   EXPECT_EQ(controls().trgExistCount->stringValue(), QStringLiteral("2"));
