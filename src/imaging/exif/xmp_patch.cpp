@@ -2,51 +2,69 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestrova::imaging {
 
 namespace {
 
-bool isLetter(std::uint8_t byte, char letter) { return byte == static_cast<std::uint8_t>(letter); }
+/// A property that gets another whole number, wherever it stands.
+struct Restatement {
+  std::string_view property;
+  std::int64_t number;
+};
 
-bool isBlank(std::uint8_t byte) { return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r'; }
-
-/// What stands between a name and its value: =" in an attribute, > in an element.
-bool isSign(std::uint8_t byte) {
-  return byte == '=' || byte == '"' || byte == '\'' || byte == '>' || isBlank(byte);
+std::vector<Restatement> restatementsOf(const MetadataEdit& edit) {
+  std::vector<Restatement> restatements;
+  if (const auto& size = edit.exif.pixelSize) {
+    restatements = {{"tiff:ImageWidth", size->width},
+                    {"tiff:ImageLength", size->height},
+                    {"exif:PixelXDimension", size->width},
+                    {"exif:PixelYDimension", size->height}};
+  }
+  if (edit.turnPreview) restatements.push_back({"tiff:Orientation", 1});
+  return restatements;
 }
 
-bool endsValue(std::uint8_t byte) { return byte == '"' || byte == '\'' || byte == '<' || isBlank(byte); }
-
-/// Gives a property of a whole number another value, wherever it stands.
-void setNumber(Bytes& packet, std::string_view property, std::int64_t number) {
-  const std::string text = std::to_string(number);
-  for (std::size_t position = 0;;) {
-    const auto rest = std::span(packet).subspan(position);
-    const auto found = std::search(rest.begin(), rest.end(), property.begin(), property.end(), isLetter);
-    if (found == rest.end()) return;
-    const auto foundEnd = found + static_cast<std::ptrdiff_t>(property.size());
-    const auto begin = std::find_if_not(foundEnd, rest.end(), isSign);
-    const auto end = std::find_if(begin, rest.end(), [](auto byte) { return byte < '0' || byte > '9'; });
-    position = static_cast<std::size_t>(foundEnd - rest.begin()) + position;
-    if (begin == foundEnd || begin == end || end == rest.end() || !endsValue(*end)) continue;
-    const auto first = packet.begin() + (&*begin - packet.data());
-    packet.insert(packet.erase(first, first + (end - begin)), text.begin(), text.end());
-  }
+/// The digits that follow a property's name: after =" in an attribute, after > in an element. Empty when
+/// something else follows.
+std::string_view numberAfter(std::string_view packet, std::size_t nameEnd) {
+  constexpr std::string_view beforeValue = "=\"'> \t\r\n";
+  constexpr std::string_view afterValue = "\"'< \t\r\n";
+  const std::size_t begin = packet.find_first_not_of(beforeValue, nameEnd);
+  if (begin == nameEnd || begin == std::string_view::npos) return {};
+  const std::size_t end = packet.find_first_not_of("0123456789", begin);
+  if (end == begin || end == std::string_view::npos) return {};
+  const bool isWhole = afterValue.find(packet[end]) != std::string_view::npos;
+  return isWhole ? packet.substr(begin, end - begin) : std::string_view();
 }
 
 }  // namespace
 
 void editXmp(Bytes& packet, const MetadataEdit& edit) {
-  if (const auto& size = edit.exif.pixelSize) {
-    for (const auto* name : {"tiff:ImageWidth", "exif:PixelXDimension"}) setNumber(packet, name, size->width);
-    for (const auto* name : {"tiff:ImageLength", "exif:PixelYDimension"})
-      setNumber(packet, name, size->height);
+  const std::vector<Restatement> restatements = restatementsOf(edit);
+  const std::string_view text(reinterpret_cast<const char*>(packet.data()), packet.size());
+  Bytes result;
+  std::size_t copied = 0;
+  constexpr std::size_t prefix = std::string_view("tiff").size();
+  for (auto colon = text.find(':', prefix); colon != text.npos; colon = text.find(':', colon + 1)) {
+    const std::string_view name = text.substr(colon - prefix);
+    const auto restatement = std::ranges::find_if(
+        restatements, [&](const Restatement& each) { return name.starts_with(each.property); });
+    if (restatement == restatements.end()) continue;
+    const std::string_view old = numberAfter(text, colon - prefix + restatement->property.size());
+    if (old.empty()) continue;
+    const std::string number = std::to_string(restatement->number);
+    const auto begin = static_cast<std::size_t>(old.data() - text.data());
+    result.insert(result.end(), packet.data() + copied, packet.data() + begin);
+    result.insert(result.end(), number.begin(), number.end());
+    copied = begin + old.size();
   }
-  if (edit.turnPreview) setNumber(packet, "tiff:Orientation", 1);
+  if (copied == 0) return;
+  result.insert(result.end(), packet.data() + copied, packet.data() + packet.size());
+  packet = std::move(result);
 }
 
 }  // namespace kestrova::imaging
