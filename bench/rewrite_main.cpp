@@ -64,7 +64,8 @@ PixelSize fitted(const PixelSize& size, const PixelSize& box) {
   return {scaled(size.width), scaled(size.height)};
 }
 
-tl::expected<Bytes, imaging::RewriteError> rewrite(const Bytes& file, const Options& options) {
+tl::expected<imaging::RewrittenPhoto, imaging::RewriteError> rewrite(const Bytes& file,
+                                                                     const Options& options) {
   const auto photo = imaging::measurePhoto(file);
   if (!photo) return tl::unexpected(photo.error());
   imaging::RewriteRequest request{std::nullopt, options.upright};
@@ -87,7 +88,8 @@ bool rewriteFile(const fs::path& path, const Options& options) {
     return false;
   }
   std::ofstream output(options.paths.front() / path.filename(), std::ios::binary);
-  output.write(reinterpret_cast<const char*>(result->data()), static_cast<std::streamsize>(result->size()));
+  output.write(reinterpret_cast<const char*>(result->bytes.data()),
+               static_cast<std::streamsize>(result->bytes.size()));
   return output.good();
 }
 

@@ -42,11 +42,11 @@ tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const
 
   // What keeps its pixels is decoded all the same: that shows whether a small photo is one.
   const auto request = rewriting.isLeftOut ? imaging::RewriteRequest() : requestFor(rewriting.size, wishes);
-  auto bytes = imaging::rewritePhoto(photo, *measured, request);
-  if (!bytes) return tl::unexpected(bytes.error());
+  auto rewritten = imaging::rewritePhoto(photo, *measured, request);
+  if (!rewritten) return tl::unexpected(rewritten.error());
   if (rewriting.isLeftOut) return rewriting;
   rewriting.isResized = request.size.has_value();
-  rewriting.bytes = std::move(*bytes);
+  rewriting.photo = std::move(*rewritten);
   return rewriting;
 }
 

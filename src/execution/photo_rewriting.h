@@ -17,9 +17,9 @@ struct RewriteWishes {
 /// What a photo becomes.
 struct Rewriting {
   PictureSize size;        ///< of the source, as it is seen
-  bool isLeftOut = false;  ///< it is small: there are no bytes
+  bool isLeftOut = false;  ///< it is small: there is no new photo
   bool isResized = false;
-  Bytes bytes;  ///< the new file
+  imaging::RewrittenPhoto photo;
 };
 
 /// Measures a photo, filters it, then rewrites it. An error, with its reason, is whatever does not decode

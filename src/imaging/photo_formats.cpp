@@ -17,10 +17,25 @@ namespace {
 /// A TIFF file is its own Exif block.
 ByteView wholeFile(ByteView file) noexcept { return file; }
 
+/// Measures a file of one picture.
+template <PixelSize (*sizeOf)(ByteView), PhotoProperties (*propertiesOf)(ByteView) noexcept>
+ImageSize measureOne(ByteView file) {
+  const PixelSize size = sizeOf(file);
+  return {.stored = size, .page = size, .orientation = propertiesOf(file).orientation.value_or(1)};
+}
+
+/// Rewrites a file of one picture.
+template <Bytes (*rewrite)(ByteView, const RewritePlan&, const MetadataEdit&)>
+RewrittenPhoto rewriteOne(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
+  return {.bytes = rewrite(file, plan, edit)};
+}
+
 constexpr std::array formats{
-    PhotoFormat{ImageType::jpeg, beginsLikeJpeg, readJpegProperties, jpegExifBlock, jpegSize, rewriteJpeg},
-    PhotoFormat{ImageType::png, beginsLikePng, readPngProperties, pngExifBlock, pngSize, rewritePng},
-    PhotoFormat{ImageType::tiff, beginsLikeTiff, readTiffProperties, wholeFile, tiffSize, rewriteTiff},
+    PhotoFormat{ImageType::jpeg, beginsLikeJpeg, readJpegProperties, jpegExifBlock,
+                measureOne<jpegSize, readJpegProperties>, rewriteOne<rewriteJpeg>},
+    PhotoFormat{ImageType::png, beginsLikePng, readPngProperties, pngExifBlock,
+                measureOne<pngSize, readPngProperties>, rewriteOne<rewritePng>},
+    PhotoFormat{ImageType::tiff, beginsLikeTiff, readTiffProperties, wholeFile, measureTiff, rewriteTiff},
 };
 
 }  // namespace

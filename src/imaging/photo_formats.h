@@ -20,10 +20,10 @@ struct PhotoFormat {
   PhotoProperties (*properties)(ByteView prefix) noexcept;
   /// The first Exif block: a TIFF structure; empty when there is none.
   ByteView (*exifBlock)(ByteView file) noexcept;
-  /// As the pixels are stored. Throws ImageError.
-  PixelSize (*size)(ByteView file);
+  /// Reads the headers. Throws ImageError.
+  ImageSize (*measure)(ByteView file);
   /// Throws ImageError when the file does not decode whole and without a warning.
-  Bytes (*rewrite)(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
+  RewrittenPhoto (*rewrite)(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 };
 
 /// The format of a file by its content; null when it is none that can be read and written.

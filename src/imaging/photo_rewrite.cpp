@@ -17,14 +17,14 @@ MetadataEdit metadataEdit(const RewritePlan& plan) {
 MeasuredPhoto measure(ByteView file) {
   const PhotoFormat* format = formatOf(file);
   if (format == nullptr) throw ImageError("neither JPEG nor PNG nor TIFF");
-  const ImageSize size{.stored = format->size(file),
-                       .orientation = format->properties(file).orientation.value_or(1)};
+  const ImageSize size = format->measure(file);
   requireAffordable(size.stored.width, size.stored.height);
   return {format, size};
 }
 
-Bytes rewrite(ByteView file, const MeasuredPhoto& photo, const RewriteRequest& request) {
+RewrittenPhoto rewrite(ByteView file, const MeasuredPhoto& photo, const RewriteRequest& request) {
   const RewritePlan plan = planRewrite(photo.size, request);
+  requireAffordable(plan.source.width, plan.source.height);
   requireAffordable(plan.scaled.width, plan.scaled.height);
   return photo.format->rewrite(file, plan, metadataEdit(plan));
 }
@@ -47,8 +47,8 @@ tl::expected<MeasuredPhoto, RewriteError> measurePhoto(ByteView file) {
   return asValue([&] { return measure(file); });
 }
 
-tl::expected<Bytes, RewriteError> rewritePhoto(ByteView file, const MeasuredPhoto& photo,
-                                               const RewriteRequest& request) {
+tl::expected<RewrittenPhoto, RewriteError> rewritePhoto(ByteView file, const MeasuredPhoto& photo,
+                                                        const RewriteRequest& request) {
   return asValue([&] { return rewrite(file, photo, request); });
 }
 

@@ -28,7 +28,9 @@ inline tl::expected<Bytes, imaging::RewriteError> rewritten(ByteView file,
                                                             const imaging::RewriteRequest& request) {
   const auto photo = imaging::measurePhoto(file);
   if (!photo) return tl::unexpected(photo.error());
-  return imaging::rewritePhoto(file, *photo, request);
+  const auto result = imaging::rewritePhoto(file, *photo, request);
+  if (!result) return tl::unexpected(result.error());
+  return result->bytes;
 }
 
 /// The same; a failure of the test, and no bytes, when it is refused.

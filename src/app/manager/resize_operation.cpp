@@ -77,13 +77,14 @@ void OrganiseManager::writePhoto(const OperationRecord& record, const Rewriting&
     settleFailure(verdict, unchanged.error());
     return;
   }
-  const auto written = host_.files->writeDataReplacing(rewriting.bytes, record.file("to").value_or(Path()));
+  const auto written = host_.files->writeDataReplacing(rewriting.photo.bytes, record.file("to").value_or(Path()));
   if (!written) {
     settleFailure(verdict, written.error());
     endForFullVolume(QStringLiteral("No space left!!!!!"));
     return;
   }
   verdict.outcome = rewriting.isResized ? Outcome::resized : Outcome::rewritten;
+  verdict.pagesLeftOut = rewriting.photo.pagesLeftOut;
   noteTarget(verdict);
   settle(verdict);
 }

@@ -3,6 +3,7 @@
 #include "imaging/base/image_error.h"
 #include "imaging/base/image_size.h"
 #include "imaging/base/reorientation.h"
+#include "platform/bytes.h"
 
 #include <cstdint>
 #include <optional>
@@ -41,8 +42,17 @@ inline void requireAffordable(const RewritePlan& plan, std::int64_t bytesPerPixe
 inline RewritePlan planRewrite(const ImageSize& photo, const RewriteRequest& request) {
   const Reorientation reorientation =
       request.upright ? reorientationFrom(photo.orientation) : Reorientation{};
-  const PixelSize scaled = request.size ? reoriented(*request.size, reorientation) : photo.stored;
-  return {photo.stored, scaled, reorientation, request.upright};
+  const PixelSize scaled = request.size ? reoriented(*request.size, reorientation) : photo.page;
+  return {.source = photo.page,
+          .scaled = scaled,
+          .reorientation = reorientation,
+          .resetOrientation = request.upright};
 }
+
+/// What became of it.
+struct RewrittenPhoto {
+  Bytes bytes;           ///< the file
+  int pagesLeftOut = 0;  ///< of a TIFF whose pixels changed: all but one
+};
 
 }  // namespace kestrova::imaging

@@ -43,30 +43,32 @@ void readExifDirectory(const TiffReader& tiff, std::uint64_t directory, ExifValu
   });
 }
 
-void readFirstDirectory(const TiffReader& tiff, ExifValues& values) noexcept {
-  constexpr std::int64_t largestOrientation = 8;
-  tiff.visitEntries(tiff.firstDirectory(), [&](const TiffReader::Entry& entry) {
-    switch (entry.tag) {
-      case tag::imageWidth:
-        takeNumber(values.properties.pixelWidth, tiff.integer(entry));
-        break;
-      case tag::imageLength:
-        takeNumber(values.properties.pixelHeight, tiff.integer(entry));
-        break;
-      case tag::orientation:
-        takeNumber(values.properties.orientation, tiff.integer(entry), largestOrientation);
-        break;
-      default:
-        break;
-    }
-  });
-}
-
 }  // namespace
 
 void takeNumber(std::optional<std::int64_t>& into, std::optional<std::int64_t> number,
                 std::int64_t largest) noexcept {
   if (!into && number && *number >= 1 && *number <= largest) into = number;
+}
+
+PhotoProperties readDirectory(const TiffReader& tiff, std::uint64_t directory) noexcept {
+  PhotoProperties properties;
+  constexpr std::int64_t largestOrientation = 8;
+  tiff.visitEntries(directory, [&](const TiffReader::Entry& entry) {
+    switch (entry.tag) {
+      case tag::imageWidth:
+        takeNumber(properties.pixelWidth, tiff.integer(entry));
+        break;
+      case tag::imageLength:
+        takeNumber(properties.pixelHeight, tiff.integer(entry));
+        break;
+      case tag::orientation:
+        takeNumber(properties.orientation, tiff.integer(entry), largestOrientation);
+        break;
+      default:
+        break;
+    }
+  });
+  return properties;
 }
 
 std::uint64_t exifDirectoryOf(const TiffReader& tiff) noexcept {
@@ -81,7 +83,7 @@ ExifValues readExif(ByteView block) noexcept {
   ExifValues values;
   const std::optional<TiffReader> tiff = TiffReader::open(block);
   if (!tiff) return values;
-  readFirstDirectory(*tiff, values);
+  values.properties = readDirectory(*tiff, tiff->firstDirectory());
   readExifDirectory(*tiff, exifDirectoryOf(*tiff), values);
   return values;
 }

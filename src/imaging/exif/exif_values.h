@@ -21,6 +21,9 @@ struct ExifValues {
 /// anything. Allocates nothing.
 ExifValues readExif(ByteView block) noexcept;
 
+/// Orientation and size (ImageWidth and ImageLength) of one directory.
+PhotoProperties readDirectory(const TiffReader& tiff, std::uint64_t directory) noexcept;
+
 /// Where the Exif directory stands; 0 when the first directory names none.
 std::uint64_t exifDirectoryOf(const TiffReader& tiff) noexcept;
 

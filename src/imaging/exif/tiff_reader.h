@@ -35,6 +35,8 @@ class TiffReader {
   /// Where a directory says which one is next; nothing when that would lie outside the block.
   std::optional<std::uint64_t> nextDirectoryField(std::uint64_t directory) const noexcept;
 
+  /// How many entries a directory says it has. Nothing for one that would lie in the header or past the end.
+  std::optional<std::uint64_t> entryCount(std::uint64_t directory) const noexcept;
   /// Calls `visit` with every entry that is there as a whole, in order, at most as often as the directory
   /// says.
   template <typename Visit>
@@ -65,8 +67,6 @@ class TiffReader {
 
   std::uint64_t countSize() const noexcept { return isBig_ ? 8 : 2; }
   std::uint64_t entrySize() const noexcept { return isBig_ ? 20 : 12; }
-  /// Nothing for a directory that would lie in the header or past the end.
-  std::optional<std::uint64_t> entryCount(std::uint64_t directory) const noexcept;
   std::optional<Entry> entryAt(std::uint64_t position) const noexcept;
 
   ByteReader reader_;

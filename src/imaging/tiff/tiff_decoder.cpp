@@ -26,18 +26,16 @@ std::uint8_t bitsAt(const std::uint8_t* packed, std::size_t index, int bits) {
   return static_cast<std::uint8_t>(packed[position / 8] >> shift & ((1 << bits) - 1));
 }
 
-/// Whether the first directory says it; libtiff does not tell that from a default.
-bool states(ByteView file, std::uint16_t tag) {
-  bool found = false;
+/// Whether the directory says it; libtiff does not tell that from a default.
+bool states(ByteView file, std::uint64_t directory, std::uint16_t tag) {
   const auto reader = TiffReader::open(file);
-  if (reader)
-    reader->visitEntries(reader->firstDirectory(), [&](const auto& entry) { found |= entry.tag == tag; });
-  return found;
+  return reader && reader->find(directory, tag);
 }
 
 }  // namespace
 
-TiffDecoder::TiffDecoder(ByteView file) : file_(file), tiff_(file) {
+TiffDecoder::TiffDecoder(ByteView file, std::uint64_t directory)
+    : file_(file), directory_(directory), tiff_(file, directory) {
   readFormat();
   requireSupported();
   if (format_.photometric == PHOTOMETRIC_PALETTE) readColorMap();
@@ -55,7 +53,8 @@ void TiffDecoder::readFormat() {
   format_.photometric = tiff_.number16(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
   format_.compression = tiff_.number16(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
   TIFFGetField(tiff_.get(), TIFFTAG_PREDICTOR, &format_.predictor);
-  if (states(file_, TIFFTAG_PLANARCONFIG)) format_.planarConfiguration = tiff_.number16(TIFFTAG_PLANARCONFIG);
+  if (states(file_, directory_, TIFFTAG_PLANARCONFIG))
+    format_.planarConfiguration = tiff_.number16(TIFFTAG_PLANARCONFIG);
   TIFFGetField(tiff_.get(), TIFFTAG_XRESOLUTION, &format_.resolution[0]);
   TIFFGetField(tiff_.get(), TIFFTAG_YRESOLUTION, &format_.resolution[1]);
   readExtraSamples();
@@ -88,8 +87,7 @@ void TiffDecoder::requireSupported() {
       tiff_.number16(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT) == SAMPLEFORMAT_UINT &&
       (format_.photometric != PHOTOMETRIC_YCBCR || (isJpeg && format_.samplesPerPixel == 3)) &&
       (format_.photometric != PHOTOMETRIC_PALETTE ||
-       (format_.samplesPerPixel == 1 && format_.bitsPerSample <= 8)) &&
-      (tiff_.number32(TIFFTAG_SUBFILETYPE) & FILETYPE_REDUCEDIMAGE) == 0;
+       (format_.samplesPerPixel == 1 && format_.bitsPerSample <= 8));
   if (!supported) throw ImageError("pixels of a kind that is not written");
   requireAffordable(format_.size.width, format_.size.height, format_.pixelBytes());
 }
@@ -123,7 +121,7 @@ void TiffDecoder::decodeStrips(const TakeRow& take) {
   // Each plane has a handle of its own, so that each one is read from its top to its end.
   std::vector<std::unique_ptr<TiffHandle>> others;
   for (int plane = 1; plane < format_.planes(); ++plane)
-    others.push_back(std::make_unique<TiffHandle>(file_));
+    others.push_back(std::make_unique<TiffHandle>(file_, directory_));
   const auto needed = static_cast<std::size_t>(
       (format_.size.width * format_.samplesPerPlane() * format_.bitsPerSample + 7) / 8);
   const auto rowBytes = static_cast<std::size_t>(TIFFScanlineSize64(tiff_.get()));

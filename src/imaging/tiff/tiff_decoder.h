@@ -8,12 +8,12 @@
 
 namespace kestrova::imaging {
 
-/// Decodes the first picture of a TIFF row by row, however it is cut into strips, tiles and planes.
+/// Decodes one page of a TIFF row by row, however it is cut into strips, tiles and planes.
 class TiffDecoder {
  public:
-  /// Reads the directory; throws ImageError when the pixels are of a kind that cannot be written again. The
-  /// file has to outlive the decoder.
-  explicit TiffDecoder(ByteView file);
+  /// Reads the page's directory; throws ImageError when the pixels are of a kind that cannot be written
+  /// again. The file has to outlive the decoder.
+  TiffDecoder(ByteView file, std::uint64_t directory);
 
   const TiffFormat& format() const { return format_; }
 
@@ -35,6 +35,7 @@ class TiffDecoder {
   void spread(const std::uint8_t* packed, std::int64_t pixels, int plane, std::uint8_t* row) const;
 
   ByteView file_;
+  std::uint64_t directory_;
   TiffHandle tiff_;
   TiffFormat format_;
 };

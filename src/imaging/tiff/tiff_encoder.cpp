@@ -96,7 +96,10 @@ void encodeRows(TiffHandle& tiff, const TiffPicture& picture) {
 /// What the source says of its resolution and its colours, which Exiv2 takes for a matter of the pixels.
 void copyLook(TIFF* from, TIFF* to) {
   std::uint32_t kind = 0;
-  if (TIFFGetField(from, TIFFTAG_SUBFILETYPE, &kind) == 1) TIFFSetField(to, TIFFTAG_SUBFILETYPE, kind);
+  if (TIFFGetField(from, TIFFTAG_SUBFILETYPE, &kind) == 1) {
+    constexpr std::uint32_t reduced = FILETYPE_REDUCEDIMAGE;  // the only picture is not a version of another
+    TIFFSetField(to, TIFFTAG_SUBFILETYPE, kind & ~reduced);
+  }
   for (const int tag : {TIFFTAG_RESOLUTIONUNIT, TIFFTAG_INKSET, TIFFTAG_SAMPLEFORMAT, TIFFTAG_FILLORDER}) {
     std::uint16_t number = 0;
     if (TIFFGetField(from, static_cast<std::uint32_t>(tag), &number) == 1)
@@ -128,14 +131,14 @@ void setResolution(TIFF* tiff, const TiffFormat& format) {
 
 }  // namespace
 
-Bytes encodeTiff(const TiffPicture& picture, ByteView source) {
+Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory) {
   const TiffFormat& format = picture.format;
   TiffHandle tiff(format.bigEndian);
   const std::uint16_t compression = writableCompression(format);
   setFormat(tiff.get(), format, compression);
   setCodec(tiff.get(), format, compression);
   setResolution(tiff.get(), format);
-  copyLook(TiffHandle(source).get(), tiff.get());
+  copyLook(TiffHandle(source, directory).get(), tiff.get());
   tiff.check();
   encodeRows(tiff, picture);
   // libtiff wants to be told; what the source leaves to the default stays unsaid.

@@ -4,8 +4,8 @@
 
 namespace kestrova::imaging {
 
-/// Encodes a picture in strips, in the compression of its format if that can be written, with what the first
-/// directory of `source` says of resolution and colours. Throws ImageError.
-Bytes encodeTiff(const TiffPicture& picture, ByteView source);
+/// Encodes a picture in strips, in the compression of its format if that can be written, with what a page
+/// of `source` says of resolution and colours. Throws ImageError.
+Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory);
 
 }  // namespace kestrova::imaging

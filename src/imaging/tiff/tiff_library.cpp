@@ -16,6 +16,10 @@ namespace kestrova::imaging {
 
 TiffHandle::TiffHandle(ByteView file) : file_(file) { open("r"); }
 
+TiffHandle::TiffHandle(ByteView file, std::uint64_t directory) : TiffHandle(file) {
+  if (directory != TIFFCurrentDirOffset(tiff_)) check(TIFFSetSubDirectory(tiff_, directory) == 1);
+}
+
 TiffHandle::TiffHandle(bool bigEndian) : writing_(true) { open(bigEndian ? "wb" : "wl"); }
 
 TiffHandle::~TiffHandle() {

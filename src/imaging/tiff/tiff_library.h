@@ -17,9 +17,11 @@ namespace kestrova::imaging {
 /// thrown as ImageError by `check`; its warnings about tags are not about pixels and count for nothing.
 class TiffHandle {
  public:
-  /// Opens for reading, at the first directory; throws where there is none. The file has to outlive the
-  /// handle.
+  /// Opens for reading, at the first directory; throws ImageError where there is none. The file has to
+  /// outlive the handle.
   explicit TiffHandle(ByteView file);
+  /// At the directory that stands there.
+  TiffHandle(ByteView file, std::uint64_t directory);
   /// Opens for writing a file of that byte order.
   explicit TiffHandle(bool bigEndian);
   ~TiffHandle();

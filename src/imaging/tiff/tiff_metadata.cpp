@@ -52,22 +52,7 @@ Bytes bytesOf(const Exiv2::Exifdatum& tag) {
   return bytes;
 }
 
-/// Gives a tag that is there another value of its own type.
-template <class Data, class Key>
-void restate(Data& data, const Key& key, std::int64_t value) {
-  const auto tag = data.findKey(key);
-  if (tag != data.end()) tag->setValue(std::to_string(value));
-}
-
-void apply(Exiv2::ExifData& exif, const ExifPatch& patch) {
-  if (patch.pixelSize) {
-    restate(exif, Exiv2::ExifKey("Exif.Photo.PixelXDimension"), patch.pixelSize->width);
-    restate(exif, Exiv2::ExifKey("Exif.Photo.PixelYDimension"), patch.pixelSize->height);
-  }
-  if (patch.resetOrientation) restate(exif, Exiv2::ExifKey("Exif.Image.Orientation"), 1);
-}
-
-/// The packet as it stands in the file, but for what the edit changes; Exiv2's own would be written anew.
+/// The packet as it stands in the file, except for what the edit changes; Exiv2 would write one of its own.
 std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
   const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.XMLPacket"));
   if (tag == exif.end()) return {};
@@ -78,14 +63,15 @@ std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
 
 }  // namespace
 
-Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit) {
+Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit,
+                   std::optional<std::int64_t> orientation) {
   const std::lock_guard lock(exivMutex());
   prepareExiv();
   const auto from = openTiff(source);
   const auto to = openTiff(result);
   Exiv2::ExifData exif = from->exifData();
   eraseOtherPictures(exif);
-  apply(exif, edit.exif);
+  if (orientation) exif["Exif.Image.Orientation"] = static_cast<std::uint16_t>(*orientation);
   const std::string packet = xmpPacketOf(exif, edit);
   to->setByteOrder(from->byteOrder());
   to->setExifData(exif);

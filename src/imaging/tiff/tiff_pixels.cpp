@@ -65,8 +65,8 @@ PixelLayout layoutOf(const TiffFormat& format) {
 
 }  // namespace
 
-TiffPicture decodeTiff(ByteView file, const RewritePlan& plan) {
-  TiffDecoder decoder(file);
+TiffPicture decodeTiff(ByteView file, std::uint64_t directory, const RewritePlan& plan) {
+  TiffDecoder decoder(file, directory);
   if (decoder.format().size != plan.source) throw ImageError("the directory contradicts itself");
   RowExpander expander(decoder.format());
   TiffFormat format = plan.scales() ? expander.format() : decoder.format();
@@ -78,8 +78,8 @@ TiffPicture decodeTiff(ByteView file, const RewritePlan& plan) {
   return {format, reoriented(scaler.take(), plan.reorientation)};
 }
 
-void verifyTiff(ByteView file) {
-  TiffDecoder(file).decode([](const std::uint8_t*) {});
+void verifyTiff(ByteView file, std::uint64_t directory) {
+  TiffDecoder(file, directory).decode([](const std::uint8_t*) {});
 }
 
 }  // namespace kestrova::imaging

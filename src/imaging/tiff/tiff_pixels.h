@@ -10,7 +10,7 @@
 
 namespace kestrova::imaging {
 
-/// How the pixels of a TIFF's first directory are laid out and encoded, by the numbers of TIFF 6.0.
+/// How the pixels of a TIFF's page are laid out and encoded, by the numbers of TIFF 6.0.
 struct TiffFormat {
   bool bigEndian = false;
   PixelSize size;
@@ -37,12 +37,12 @@ struct TiffPicture {
   Raster raster;  ///< samples of one byte (also those of less than 8 bits) or two, in the machine's order
 };
 
-/// Decodes the first picture of a TIFF as the plan wants it: tiles, separate planes, less than 8 bits and
+/// Decodes a page of a TIFF as the plan wants it: tiles, separate planes, less than 8 bits and
 /// palettes too. What is scaled has at least 8 bits a sample, and colours in place of a palette. Throws
 /// ImageError.
-TiffPicture decodeTiff(ByteView file, const RewritePlan& plan);
+TiffPicture decodeTiff(ByteView file, std::uint64_t directory, const RewritePlan& plan);
 
-/// Decodes all pixels of the first picture; throws ImageError when that cannot be done.
-void verifyTiff(ByteView file);
+/// Decodes all pixels of a page; throws ImageError when that cannot be done.
+void verifyTiff(ByteView file, std::uint64_t directory);
 
 }  // namespace kestrova::imaging

@@ -1,27 +1,53 @@
 #include "imaging/tiff/tiff_rewrite.h"
 
-#include "imaging/exif/exif_patch.h"
+#include "imaging/base/image_error.h"
 #include "imaging/tiff/tiff_encoder.h"
 #include "imaging/tiff/tiff_metadata.h"
+#include "imaging/tiff/tiff_pages.h"
 #include "imaging/tiff/tiff_pixels.h"
-#include "imaging/tiff/tiff_properties.h"
+
+#include <optional>
 
 namespace kestrova::imaging {
 
-PixelSize tiffSize(ByteView file) {
-  const PhotoProperties properties = readTiffProperties(file);
-  return {properties.pixelWidth.value_or(0), properties.pixelHeight.value_or(0)};
+namespace {
+
+/// The file with its pixels as they are. Its size is stated by its first page.
+Bytes patchedTiff(ByteView file, const TiffPages& pages, ExifPatch patch) {
+  verifyTiff(file, pages.largest().directory);
+  patch.pixelSize = pages.first().size;
+  Bytes result(file.begin(), file.end());
+  patchExif(result, patch);
+  return result;
 }
 
-Bytes rewriteTiff(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
-  if (plan.keepsPixels()) {
-    verifyTiff(file);
-    Bytes result(file.begin(), file.end());
-    patchExif(result, edit.exif);
-    return result;
-  }
-  const Bytes pixels = encodeTiff(decodeTiff(file, plan), file);
-  return withMetadata(pixels, file, edit);
+/// The largest page as the plan wants it, with the metadata of the first, which are the photo's.
+Bytes newTiff(ByteView file, const TiffPages& pages, const RewritePlan& plan, const MetadataEdit& edit) {
+  const TiffPage& page = pages.largest();
+  if (page.isReduced && page.hasSubDirectories)
+    throw ImageError("the TIFF's pages are previews of a raw image");
+  const Bytes pixels = encodeTiff(decodeTiff(file, page.directory, plan), file, page.directory);
+  std::optional<std::int64_t> orientation;
+  if (page.directory != pages.first().directory) orientation = pages.orientationOf(page);
+  Bytes result = withMetadata(pixels, file, edit, orientation);
+  patchExif(result, {.pixelSize = plan.result(), .resetOrientation = plan.resetOrientation});
+  return result;
+}
+
+}  // namespace
+
+ImageSize measureTiff(ByteView file) {
+  const TiffPages pages(file);
+  return {.stored = pages.largestSides(),
+          .page = pages.largest().size,
+          .orientation = pages.orientationOf(pages.largest())};
+}
+
+RewrittenPhoto rewriteTiff(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
+  const TiffPages pages(file);
+  const bool turnsNone = !plan.resetOrientation || pages.areUpright();
+  if (plan.keepsPixels() && turnsNone) return {.bytes = patchedTiff(file, pages, edit.exif)};
+  return {.bytes = newTiff(file, pages, plan, edit), .pagesLeftOut = pages.count() - 1};
 }
 
 }  // namespace kestrova::imaging

@@ -6,13 +6,13 @@
 
 namespace kestrova::imaging {
 
-/// The pixel size that the first page states; 0 where it states none.
-PixelSize tiffSize(ByteView file);
+/// The largest sides of all pages, and the size and orientation of the largest page. Throws ImageError.
+ImageSize measureTiff(ByteView file);
 
-/// The TIFF rewritten, with the bit depth, the compression and the metadata of the source. Pixels that
-/// stay as they are keep their very bytes, as do further pages then; a result with other pixels has its first
-/// page alone. Throws ImageError when the file does not decode whole, or is of a kind that is not written:
-/// BigTIFF, floating point.
-Bytes rewriteTiff(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
+/// The TIFF rewritten, with the bit depth, the compression and the metadata of the source. Pixels that stay
+/// as they are keep their very bytes, and all pages stay then; a result with other pixels has the largest
+/// page alone. Throws ImageError when that page does not decode whole, or is of a kind that is not written:
+/// BigTIFF, floating point, a raw file's thumbnail.
+RewrittenPhoto rewriteTiff(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 
 }  // namespace kestrova::imaging
