@@ -19,7 +19,7 @@ struct Rewriting {
   PictureSize size;        ///< of the source, as it is seen
   bool isLeftOut = false;  ///< it is small: there is no new photo
   bool isResized = false;
-  imaging::RewrittenPhoto photo;
+  imaging::RewrittenPhoto photo = {};
 };
 
 /// Measures a photo, filters it, then rewrites it. An error, with its reason, is whatever does not decode

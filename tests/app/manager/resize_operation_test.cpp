@@ -134,21 +134,21 @@ TEST_F(ResizeOperation, LeavesOutAPhotoWithASideBelow400WhenAsked) {
 
 TEST_F(ResizeOperation, LeavesOutAPhotoForItsHeightAlone) {
   controls().chkFilterSmallPhotos->performClick();
-  resize(write({.width = 3000, .height = 399}), 0);
+  resize(write({.width = 3000, .height = 399}), Resolution::original);
   EXPECT_FALSE(std::filesystem::exists(to));
   EXPECT_EQ(manager().tFilteredCount, 1);
 }
 
 TEST_F(ResizeOperation, LeavesOutNothingForAFilterThatIsNeitherOnNorOff) {
   controls().chkFilterSmallPhotos->setState(CheckBox::mixed);
-  resize(write({.width = 90, .height = 60}), 0);
+  resize(write({.width = 90, .height = 60}), Resolution::original);
   expectSize(90, 60);
   EXPECT_EQ(manager().tFilteredCount, 0);
 }
 
 TEST_F(ResizeOperation, KeepsPixelsAndTagAsStoredWhenTurningIsNeitherOnNorOff) {
   controls().chkRotate->setState(CheckBox::mixed);
-  resize(write({.width = 640, .height = 480, .orientation = 6}), 0, 6);
+  resize(write({.width = 640, .height = 480, .orientation = 6}), Resolution::original, 6);
   expectSize(640, 480);
   EXPECT_EQ(written().orientation, 6);
 }
