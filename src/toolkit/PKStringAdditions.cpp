@@ -1,7 +1,9 @@
 #include "toolkit/PKStringAdditions.h"
 
 #include <QList>
+#include <QRegularExpression>
 #include <array>
+#include <stdexcept>
 
 namespace kestrova::PKStringAdditions {
 
@@ -40,17 +42,72 @@ constexpr std::array<Replacement, 21> turkishRepairs{{
     {u"\u00E2\u20AC\u02DC", u"'"},
 }};
 
-bool isAlphanumeric(char32_t c) { return QChar::isLetterOrNumber(c) || QChar::isMark(c); }
+constexpr CompareOptions allOptions =
+    CompareOption::caseInsensitive | CompareOption::literal | CompareOption::backwards |
+    CompareOption::anchored | CompareOption::numeric | CompareOption::diacriticInsensitive |
+    CompareOption::widthInsensitive | CompareOption::forcedOrdering | CompareOption::regularExpression;
+constexpr CompareOptions optionsOfRegularExpressions =
+    CompareOption::regularExpression | CompareOption::caseInsensitive | CompareOption::anchored;
 
-}  // namespace
+void requireKnown(CompareOptions options) {
+  const bool isPattern = options.testFlag(CompareOption::regularExpression);
+  if ((options & ~(isPattern ? optionsOfRegularExpressions : allOptions)) != 0)
+    throw std::invalid_argument("search options that are unknown or do not go together");
+}
 
-bool containsString(QStringView text, QStringView other, CompareOptions options) {
+QString withUsualWidths(QStringView text) {
+  QString result;
+  for (const QChar c : text) {
+    const auto form = c.decompositionTag();
+    result += form == QChar::Wide || form == QChar::Narrow ? c.decomposition() : QString(c);
+  }
+  // A half-width letter has its voiced sound mark after it, which the usual one includes.
+  return result.normalized(QString::NormalizationForm_C);
+}
+
+QString withoutMarks(const QString& text) {
+  QString result = text.normalized(QString::NormalizationForm_D);
+  return result.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+}
+
+/// The text without the differences that do not count.
+QString folded(QStringView text, CompareOptions options) {
+  QString result = text.toString();
+  if (options.testFlag(CompareOption::widthInsensitive)) result = withUsualWidths(result);
+  if (options.testFlag(CompareOption::diacriticInsensitive)) result = withoutMarks(result);
+  return result;
+}
+
+bool finds(QStringView text, QStringView other, CompareOptions options) {
   if (other.isEmpty()) return false;
   const auto sensitivity =
       options.testFlag(CompareOption::caseInsensitive) ? Qt::CaseInsensitive : Qt::CaseSensitive;
   if (!options.testFlag(CompareOption::anchored)) return text.contains(other, sensitivity);
   return options.testFlag(CompareOption::backwards) ? text.endsWith(other, sensitivity)
                                                     : text.startsWith(other, sensitivity);
+}
+
+bool matches(QStringView text, QStringView pattern, CompareOptions options) {
+  QRegularExpression::PatternOptions how = QRegularExpression::UseUnicodePropertiesOption;
+  if (options.testFlag(CompareOption::caseInsensitive)) how |= QRegularExpression::CaseInsensitiveOption;
+  const QRegularExpression expression(pattern.toString(), how);
+  const auto where = options.testFlag(CompareOption::anchored) ? QRegularExpression::AnchorAtOffsetMatchOption
+                                                               : QRegularExpression::NoMatchOption;
+  return expression.isValid() &&
+         expression.match(text.toString(), 0, QRegularExpression::NormalMatch, where).hasMatch();
+}
+
+bool isAlphanumeric(char32_t c) { return QChar::isLetterOrNumber(c) || QChar::isMark(c); }
+
+}  // namespace
+
+bool containsString(QStringView text, QStringView other, CompareOptions options) {
+  constexpr CompareOptions foldings = CompareOption::widthInsensitive | CompareOption::diacriticInsensitive;
+  requireKnown(options);
+  if (other.isEmpty()) return false;
+  if (options.testFlag(CompareOption::regularExpression)) return matches(text, other, options);
+  if (!options.testAnyFlags(foldings)) return finds(text, other, options);
+  return finds(folded(text, options), folded(other, options), options);
 }
 
 bool containsString(QStringView text, QStringView other) { return containsString(text, other, {}); }

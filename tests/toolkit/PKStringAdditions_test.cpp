@@ -1,5 +1,7 @@
 #include "toolkit/PKStringAdditions.h"
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 namespace kestrova {
@@ -35,6 +37,69 @@ TEST(StringAdditions, FindAnAnchoredStringAtTheStartOnlyOrBackwardsAtTheEndOnly)
   EXPECT_TRUE(containsString(u"photo.jpg", u"jpg", atEnd));
   EXPECT_FALSE(containsString(u"photo.jpg", u"photo", atEnd));
   EXPECT_TRUE(containsString(u"photo.jpg", u"to.j", CompareOption::backwards));
+}
+
+TEST(StringAdditions, HaveTheNumbersOfThePlatformsOptions) {
+  const auto found = [](unsigned options, QStringView text, QStringView other) {
+    return containsString(text, other, CompareOptions::fromInt(options));
+  };
+  EXPECT_TRUE(found(1, u"Photo", u"PHOTO"));
+  EXPECT_FALSE(found(2, u"Photo", u"PHOTO"));
+  EXPECT_TRUE(found(2, u"Photo", u"hot"));
+  EXPECT_FALSE(found(8, u"Photo", u"hoto"));
+  EXPECT_TRUE(found(12, u"Photo", u"hoto"));
+  EXPECT_FALSE(found(64, u"file 02", u"file 2"));
+  EXPECT_TRUE(found(64, u"file 02", u"02"));
+  EXPECT_TRUE(found(128, u"\u00DCn\u00FC", u"Unu"));
+  EXPECT_TRUE(found(256, u"\uFF21\uFF22", u"AB"));
+  EXPECT_TRUE(found(512, u"Photo", u"hot"));
+  EXPECT_FALSE(found(512, u"Photo", u"HOT"));
+  EXPECT_TRUE(found(1024, u"IMG_0012", u"[0-9]{4}$"));
+}
+
+TEST(StringAdditions, CountLettersWithoutTheirMarksWhenToldTo) {
+  const auto found = [](QStringView text, QStringView other, CompareOptions more = {}) {
+    return containsString(text, other, more | CompareOption::diacriticInsensitive);
+  };
+  EXPECT_TRUE(found(u"u\u0308ber", u"\u00FCber"));
+  EXPECT_TRUE(found(u"uber", u"\u00FCber"));
+  EXPECT_FALSE(found(u"Uber", u"\u00FCber"));
+  EXPECT_TRUE(found(u"Uber", u"\u00FCber", CompareOption::caseInsensitive));
+  EXPECT_FALSE(found(u"der \u00FCber", u"uber", CompareOption::anchored));
+  EXPECT_TRUE(found(u"der \u00FCber", u"uber", CompareOption::anchored | CompareOption::backwards));
+  EXPECT_FALSE(found(u"u\u0308", u"\u0308"));
+  EXPECT_FALSE(containsString(u"\u00FCber", u"uber", CompareOption::widthInsensitive));
+}
+
+TEST(StringAdditions, CountWideAndNarrowLettersAsUsualOnesWhenToldTo) {
+  const QStringView narrow = u"\uFF76\uFF9E";  // ka and a voiced sound mark
+  const QStringView usual = u"\u30AC";         // ga
+  EXPECT_TRUE(containsString(narrow, usual, CompareOption::widthInsensitive));
+  EXPECT_TRUE(containsString(usual, narrow, CompareOption::widthInsensitive));
+  EXPECT_FALSE(containsString(narrow, usual, {}));
+  EXPECT_FALSE(containsString(u"\uFF21", u"A", CompareOption::diacriticInsensitive));
+}
+
+TEST(StringAdditions, FindWhatARegularExpressionMatches) {
+  const auto found = [](QStringView text, QStringView pattern, CompareOptions more = {}) {
+    return containsString(text, pattern, more | CompareOption::regularExpression);
+  };
+  EXPECT_TRUE(found(u"IMG_0012.JPG", u"\\d+\\.J"));
+  EXPECT_FALSE(found(u"IMG_0012.JPG", u"\\.jpg"));
+  EXPECT_TRUE(found(u"IMG_0012.JPG", u"\\.jpg", CompareOption::caseInsensitive));
+  EXPECT_FALSE(found(u"IMG_0012.JPG", u"\\d", CompareOption::anchored));
+  EXPECT_TRUE(found(u"IMG_0012.JPG", u"[A-Z]", CompareOption::anchored));
+  EXPECT_TRUE(found(u"\u015Fehir", u"^\\w+$"));
+  EXPECT_TRUE(found(u"abc", u"x*"));
+  EXPECT_FALSE(found(u"abc(", u"("));
+  EXPECT_FALSE(found(u"abc", u""));
+}
+
+TEST(StringAdditions, RefuseOptionsThatTheyDoNotKnow) {
+  for (const unsigned unknown : {16U, 32U, 2048U, 0x80000000U, 1024U + 4, 1024U + 128, 1024U + 2}) {
+    EXPECT_THROW(containsString(u"text", u"text", CompareOptions::fromInt(unknown)), std::invalid_argument)
+        << unknown;
+  }
 }
 
 TEST(ConvertTurkish, RepairsUtf8ThatWasReadAsWindows1252) {
