@@ -168,7 +168,9 @@ ImagePtr imageFromCGImageRef(const QImage& image) {
 }
 
 QImage nsImageToCGImageRef(const Image& image) {
-  const auto tiff = image.tiffRepresentation();
+  const auto& representations = image.representations();
+  if (representations.empty()) return {};
+  const auto tiff = encodeImage(representations.front(), imaging::ImageType::tiff);
   return tiff ? decodeImage(*tiff) : QImage();
 }
 

@@ -40,6 +40,4 @@ QImage Image::bestRepresentation() const {
   return best == representations_.end() ? QImage() : *best;
 }
 
-std::optional<Bytes> Image::tiffRepresentation() const { return encodeTiff(representations_); }
-
 }  // namespace kestrova

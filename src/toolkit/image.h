@@ -5,7 +5,6 @@
 #include <QImage>
 #include <QSizeF>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace kestrova {
@@ -46,9 +45,6 @@ class Image {
   /// The representation with the most pixels, the first of them where several have; a null one where there is
   /// none.
   QImage bestRepresentation() const;
-
-  /// All representations as the pages of one TIFF file, 8 bits a sample; nothing when there are none.
-  std::optional<Bytes> tiffRepresentation() const;
 
  private:
   QSizeF size_;

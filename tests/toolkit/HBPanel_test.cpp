@@ -1,11 +1,11 @@
 #include "toolkit/HBPanel.h"
 
+#include "support/environment_variable.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 #include "support/test_pattern.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <stdexcept>
 #include <thread>
@@ -56,22 +56,6 @@ const QImage& onlyBitmap(const ImagePtr& image) {
   EXPECT_EQ(image->representations().size(), 1U);
   return image->representations().at(0);
 }
-
-/// Sets an environment variable for as long as it lives.
-class EnvironmentVariable {
- public:
-  EnvironmentVariable(const char* name, const std::string& value) : name_(name) {
-    if (const char* const before = std::getenv(name)) before_ = before;
-    setenv(name, value.c_str(), 1);
-  }
-  ~EnvironmentVariable() { setenv(name_, before_.c_str(), 1); }
-  EnvironmentVariable(const EnvironmentVariable&) = delete;
-  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-
- private:
-  const char* name_;
-  std::string before_;
-};
 
 }  // namespace
 
@@ -388,7 +372,7 @@ TEST(SaveImage, FailsForAnImageWithoutRepresentation) {
 
 TEST(ThumbnailForFile, ExpandsATilde) {
   const TemporaryFolder folder;
-  const EnvironmentVariable home("HOME", folder.path());
+  const test::EnvironmentVariable home("HOME", folder.path().c_str());
   test::writeFile(folder / "a.jpg", test::jpegPhoto({.width = 64, .height = 48}));
   EXPECT_EQ(thumbnailForFile(Image(QSizeF()), "unused", "~/a.jpg").size(), QSize(64, 48));
   EXPECT_TRUE(thumbnailForFile(Image(QSizeF()), "unused", "~nobody-of-this-name/a.jpg").isNull());
@@ -428,6 +412,15 @@ TEST(BitmapFromImage, ShowsTheFirstRepresentation) {
   EXPECT_EQ(nsImageToCGImageRef(*image).size(), QSize(40, 29));
 }
 
+TEST(BitmapFromImage, NeedsNoRepresentationButTheFirst) {
+  const ImagePtr image = imageOf(patternBitmap(40, 29));
+  image->addRepresentation(QImage());
+  EXPECT_EQ(nsImageToCGImageRef(*image).size(), QSize(40, 29));
+  const TemporaryFolder folder;
+  EXPECT_TRUE(saveImage(*image, *image, ImageType::png, {}, folder / "a.png"));
+  EXPECT_EQ(Image::fromFile(folder / "a.png")->size(), QSizeF(40, 29));
+}
+
 TEST(BitmapFromImage, KeepsTransparency) {
   QImage bitmap(3, 1, QImage::Format_ARGB32);
   bitmap.setPixel(0, 0, qRgba(255, 0, 0, 255));
@@ -447,6 +440,14 @@ TEST(SaveAsJpeg, WritesAJpegOfTheBestQuality) {
   EXPECT_TRUE(test::readFile(folder / "a.anything").starts_with("\xff\xd8\xff"));
   EXPECT_TRUE(test::looksLike(Image::fromFile(folder / "a.anything")->bestRepresentation(),
                               image->bestRepresentation(), 4));
+}
+
+TEST(SaveAsJpeg, DoesNotExpandATilde) {
+  const TemporaryFolder folder;
+  const test::EnvironmentVariable home("HOME", folder.path().c_str());
+  saveAsJpegWithName(*imageOf(patternBitmap(4, 3)), "~/a.jpg");
+  EXPECT_FALSE(saveImage(Image(QSizeF()), *imageOf(patternBitmap(4, 3)), ImageType::png, {}, "~/a.png"));
+  EXPECT_EQ(test::filesBelow(folder.path()), std::vector<std::string>());
 }
 
 TEST(SaveAsJpeg, SaysNothingWhenItCannot) {

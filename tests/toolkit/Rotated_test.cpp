@@ -1,5 +1,6 @@
 #include "toolkit/Rotated.h"
 
+#include "support/environment_variable.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
 #include "support/test_pattern.h"
@@ -160,6 +161,10 @@ TEST(CreateImageFromFile, TellsWhenTheSourceHoldsNoImage) {
 }
 
 TEST(CreateImageFromFile, DoesNotExpandATilde) {
+  const TemporaryFolder folder;
+  const test::EnvironmentVariable home("HOME", folder.path().c_str());
+  test::writeFile(folder / "photo.jpg", test::jpegPhoto({}));
+  ASSERT_FALSE(MyCreateCGImageFromFile(folder / "photo.jpg").isNull());
   EXPECT_EQ(errorOutputOf([] { EXPECT_TRUE(MyCreateCGImageFromFile("~/photo.jpg").isNull()); }),
             "Image source is NULL.");
 }

@@ -161,13 +161,6 @@ TEST_F(ImagesOfRealPhotos, LoadOrAreRefusedInSilence) {
   RecordProperty("refused", refused);
 }
 
-TEST(Image, HasNoTiffRepresentationWithoutPixels) {
-  Image image(QSizeF(4, 3));
-  EXPECT_FALSE(image.tiffRepresentation());
-  image.addRepresentation(QImage());
-  EXPECT_FALSE(image.tiffRepresentation());
-}
-
 TEST(ImageCodec, KeepsTheColourSpaceThroughEveryType) {
   QImage image = patternBitmap(40, 30);
   image.setColorSpace(QColorSpace::AdobeRgb);

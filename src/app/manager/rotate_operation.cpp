@@ -3,7 +3,6 @@
 #include "platform/file_url.h"
 #include "platform/log.h"
 #include "scan/media_classification.h"
-#include "toolkit/image.h"
 #include "toolkit/image_codec.h"
 
 #include <exception>
@@ -14,11 +13,10 @@ namespace {
 
 constexpr float compressionFactor = 0.9F;
 
-/// The photo as it is to be seen, as a JPEG file; nothing when it does not decode.
+/// The photo as it is to be seen, its first page, as a JPEG file; nothing when it does not decode.
 std::optional<Bytes> asJpeg(const FileResult<Bytes>& file) {
-  const auto image = file ? Image::fromData(*file) : nullptr;
-  if (!image || image->representations().empty()) return std::nullopt;
-  return encodeImage(image->representations().front(), imaging::ImageType::jpeg, {compressionFactor});
+  if (!file) return std::nullopt;
+  return encodeImage(turnedUpright(decodeImage(*file), *file), imaging::ImageType::jpeg, {compressionFactor});
 }
 
 }  // namespace

@@ -58,6 +58,29 @@ TEST_F(RotateOperation, WritesAJpegWhateverTheNamesOfSourceAndTarget) {
   EXPECT_EQ(manager().appStatus, 3);
 }
 
+TEST_F(RotateOperation, CompressesByNineTenths) {
+  const Bytes photo = test::pngPhoto({.width = 64, .height = 48});
+  rotate(writeFile(program.source / "a.png", ByteView(photo)));
+  const auto expected =
+      encodeImage(decodeImage(photo), imaging::ImageType::jpeg, {.compressionFactor = 0.9F}).value();
+  EXPECT_EQ(test::readFile(to), std::string(expected.begin(), expected.end()));
+}
+
+TEST_F(RotateOperation, WritesThePhotoUpright) {
+  const Bytes photo = test::pngPhoto({.width = 64, .height = 48, .orientation = 6});
+  rotate(writeFile(program.source / "a.png", ByteView(photo)));
+  const std::string written = test::readFile(to);
+  const QImage image = decodeImage({reinterpret_cast<const std::uint8_t*>(written.data()), written.size()});
+  EXPECT_EQ(image.size(), QSize(48, 64));
+}
+
+TEST_F(RotateOperation, NeedsNoPageButTheFirst) {
+  test::TiffBlock photo = test::exifBlock({.thumbnail = true});  // a page that is not a picture
+  test::claimSize(photo, 20, 10);
+  rotate(writeFile(program.source / "a.tif", ByteView(photo.encode())));
+  EXPECT_EQ(test::readFile(to).substr(0, 3), "\xff\xd8\xff");
+}
+
 TEST_F(RotateOperation, LeavesAnExistingTargetUnchangedAndCountsNothing) {
   writeFile(to, "mine");
   rotate(writeFile(program.source / "a.jpg", ByteView(test::jpegPhoto({}))));
