@@ -27,7 +27,7 @@ void configure(jpeg_compress_struct& info, const JpegFormat& format, const Pixel
   if (format.progressive) jpeg_simple_progression(&info);
 }
 
-/// Fills up the last block of each row by repeating the last sample, as encoders do.
+/// Fills the last block of each row by repeating the last sample, as encoders do.
 void padRight(Raster& plane) {
   const std::int64_t padded = (plane.width() + 7) / 8 * 8;
   for (std::int64_t y = 0; y < plane.height(); ++y) {
@@ -36,7 +36,7 @@ void padRight(Raster& plane) {
   }
 }
 
-/// Pointers to the `count` rows from `first` on; the last row stands in for those below it.
+/// Points to the `count` rows from `first` on; the last row is used for those below it.
 void pointTo(const Raster& plane, std::int64_t first, std::int64_t count, std::vector<JSAMPROW>& rows) {
   rows.clear();
   for (std::int64_t y = first; y < first + count; ++y) {

@@ -12,7 +12,7 @@ std::int64_t planeExtent(std::int64_t pixels, int samplingFactor, int maxSamplin
 
 /// Encodes planes of one byte a sample, one for each component of the format and of its `planeExtent`. The
 /// stream holds no application segments: JFIF and Adobe markers are for the caller to add. Quality as libjpeg
-/// counts it, 1 to 100. The samples behind the end of the rows are filled up. Throws ImageError.
+/// counts it, 1 to 100. The samples after the end of each row are filled in. Throws ImageError.
 Bytes encodeJpeg(const JpegFormat& format, const PixelSize& size, std::span<Raster> planes, int quality);
 
 }  // namespace kestrova::imaging

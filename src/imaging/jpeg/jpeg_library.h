@@ -26,7 +26,7 @@ class JpegErrors {
   jpeg_error_mgr* manager() { return &manager_; }
 
   /// Runs `call`, which calls libjpeg and keeps no object with a destructor: libjpeg leaves it by a long
-  /// jump. Throws ImageError from here, where no frame of C stands in between.
+  /// jump. Throws ImageError from here, so that no frame of C is unwound.
   template <class Call>
   [[gnu::noinline]] void guarded(const Call& call) {
     if (setjmp(escape_) != 0) throw ImageError(message_.data());

@@ -64,38 +64,66 @@ JpegFormat reoriented(JpegFormat format, const Reorientation& reorientation) {
   return format;
 }
 
-/// One axis of a plane. Planes of subsampled components begin at the left of the picture that will be seen;
-/// where the axis is going to be mirrored and the picture ends within a sample, that sample overhangs on the
-/// stored left.
-AxisMapping planeAxis(std::int64_t source, std::int64_t scaled, int sourceSamples, double samplesPerPixel,
-                      int factor, int maxFactor, bool mirrored) {
-  const auto samples = static_cast<int>(planeExtent(scaled, factor, maxFactor));
-  const double pixelsPerSample = static_cast<double>(maxFactor) / factor;
-  const double step = static_cast<double>(source) / static_cast<double>(scaled) * samplesPerPixel;
-  const double overhang = mirrored ? samples * pixelsPerSample - static_cast<double>(scaled) : 0;
-  return {sourceSamples, samples, pixelsPerSample * step, -overhang * step};
-}
+/// How many samples a component has for so many of the component that has most.
+struct Sampling {
+  int factor = 1;
+  int max = 1;
+};
+
+/// One axis of a component, from the decoder to the encoder.
+struct PlaneAxis {
+  std::int64_t pixels = 0;  ///< of the photo
+  std::int64_t scaledPixels = 0;
+  int samples = 0;             ///< as decoded
+  double samplesPerPixel = 1;  ///< as decoded, of the photo
+  Sampling source;
+  Sampling result;
+  bool mirrored = false;  ///< once it is scaled
+};
 
 /// Whether decoders interpolate a component on that axis, and the result, which has it in full, should be
 /// what they show. A plane that the decoder shrinks has lost what they would interpolate.
-bool isInterpolated(int sourceFactor, int sourceMax, int factor, int maxFactor, double samplesPerPixel) {
-  return factor == maxFactor && sourceMax == 2 * sourceFactor && samplesPerPixel == 0.5;
+bool isInterpolated(const PlaneAxis& axis) {
+  return axis.result.factor == axis.result.max && axis.source.max == 2 * axis.source.factor &&
+         axis.samplesPerPixel == 0.5;
+}
+
+/// Planes of subsampled components begin at the left of the picture that will be seen; where the axis is
+/// going to be mirrored and the picture ends within a sample, that sample overhangs on the stored left.
+AxisMapping mappingOf(const PlaneAxis& axis) {
+  const auto samples = static_cast<int>(planeExtent(axis.scaledPixels, axis.result.factor, axis.result.max));
+  const auto scaledPixels = static_cast<double>(axis.scaledPixels);
+  const double pixelsPerSample = static_cast<double>(axis.result.max) / axis.result.factor;
+  const double step = static_cast<double>(axis.pixels) / scaledPixels * axis.samplesPerPixel;
+  const double overhang = axis.mirrored ? samples * pixelsPerSample - scaledPixels : 0;
+  return {.sourceCount = axis.samples,
+          .resultCount = samples,
+          .step = pixelsPerSample * step,
+          .origin = -overhang * step,
+          .interpolated = isInterpolated(axis)};
 }
 
 RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std::size_t i,
                        const RewritePlan& plan) {
   const auto plane = decoder.plane(i);
   const JpegFormat source = decoder.format();
-  const auto& component = format.components[i];
-  AxisMapping x = planeAxis(plan.source.width, plan.scaled.width, plane.width, plane.samplesPerPixelX,
-                            component.horizontal, format.maxHorizontal(), plan.reorientation.mirrorX);
-  AxisMapping y = planeAxis(plan.source.height, plan.scaled.height, plane.height, plane.samplesPerPixelY,
-                            component.vertical, format.maxVertical(), plan.reorientation.mirrorY);
-  x.interpolated = isInterpolated(source.components[i].horizontal, source.maxHorizontal(),
-                                  component.horizontal, format.maxHorizontal(), plane.samplesPerPixelX);
-  y.interpolated = isInterpolated(source.components[i].vertical, source.maxVertical(), component.vertical,
-                                  format.maxVertical(), plane.samplesPerPixelY);
-  return {x, y, PixelLayout{}};
+  const auto& from = source.components[i];
+  const auto& to = format.components[i];
+  const PlaneAxis across{.pixels = plan.source.width,
+                         .scaledPixels = plan.scaled.width,
+                         .samples = plane.width,
+                         .samplesPerPixel = plane.samplesPerPixelX,
+                         .source = {.factor = from.horizontal, .max = source.maxHorizontal()},
+                         .result = {.factor = to.horizontal, .max = format.maxHorizontal()},
+                         .mirrored = plan.reorientation.mirrorX};
+  const PlaneAxis down{.pixels = plan.source.height,
+                       .scaledPixels = plan.scaled.height,
+                       .samples = plane.height,
+                       .samplesPerPixel = plane.samplesPerPixelY,
+                       .source = {.factor = from.vertical, .max = source.maxVertical()},
+                       .result = {.factor = to.vertical, .max = format.maxVertical()},
+                       .mirrored = plan.reorientation.mirrorY};
+  return {mappingOf(across), mappingOf(down), PixelLayout{}};
 }
 
 /// Throws ImageError unless the planes stay within the limits; while they are turned, they are there twice.

@@ -5,8 +5,8 @@
 
 namespace kestrova::imaging {
 
-/// Whether turning the coefficients gives exactly the picture turned, in the memory that there is: blocks
-/// that the edge cuts must not come to lie at the left or the top.
+/// Whether turning the coefficients gives exactly the picture turned, within the memory limit. Partial edge
+/// blocks must not end up left or top.
 bool reorientsLosslessly(JpegDecoder& decoder, const Reorientation& reorientation);
 
 /// The picture turned without decoding its pixels, with Huffman tables of its own and no application

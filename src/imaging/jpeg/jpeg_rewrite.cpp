@@ -50,7 +50,8 @@ std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outli
     const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
                            std::max<std::int64_t>(1, size.height / divisor)};
     JpegDecoder decoder(bytes);
-    JpegPlanes picture = decodePlanes(decoder, {size, scaled, reorientation, false});
+    JpegPlanes picture =
+        decodePlanes(decoder, {.source = size, .scaled = scaled, .reorientation = reorientation});
     for (const int quality : {90, 80, 70, 60}) {
       const Bytes pixels = encodeJpeg(picture.format, picture.size, picture.planes, quality);
       if (const std::size_t length = fitInto(bytes, outline, pixels)) return length;
@@ -80,7 +81,8 @@ std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& r
     const JpegOutline outline = outlineJpeg(bytes);
     const PixelSize size = JpegDecoder(bytes).size();
     if (pixelsOf(size) > mostPixels) return 0;
-    const std::size_t length = fitInto(bytes, outline, newPixels(bytes, {size, size, reorientation, false}));
+    const RewritePlan plan{.source = size, .scaled = size, .reorientation = reorientation};
+    const std::size_t length = fitInto(bytes, outline, newPixels(bytes, plan));
     return length > 0 ? length : turnCoarsely(bytes, outline, size, reorientation);
   } catch (const ImageError&) {
     return 0;  // what cannot be decoded cannot be turned

@@ -14,11 +14,11 @@ namespace kestrova::imaging {
 /// The pixel size that the frame header states, as a decoder takes it. Throws ImageError.
 PixelSize jpegSize(ByteView file);
 
-/// The JPEG written anew. Pixels that keep their size are turned without loss where that is possible, and
-/// keep their very bytes where they are not turned; others are scaled plane by plane in the colour space of
-/// the source. Every application segment and comment passes through byte for byte, but for the tags and
-/// previews that the new pixels prove wrong. Throws ImageError when the file does not decode without a
-/// warning.
+/// The JPEG rewritten by the plan. Pixels that keep their size are turned without loss where that is
+/// possible, and keep their very bytes where they are not turned; others are scaled plane by plane in the
+/// colour space of the source. Every application segment and comment passes through byte for byte, except the
+/// tags and previews that the new pixels prove wrong. Throws ImageError when the file does not decode without
+/// a warning.
 Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 
 /// Turns a JPEG within its bytes, in the best quality that they have room for, and fills up what is left of

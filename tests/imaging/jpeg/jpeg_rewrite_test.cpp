@@ -265,8 +265,8 @@ TEST_F(PreviewTest, IsLeftAloneWhenItsPhotoIsNotTurned) {
   EXPECT_FALSE(previewTurner({{64, 48}, {32, 24}, Reorientation{}, true}));
 }
 
-/// A photo with a second picture behind it and the index that leads there; big-endian.
-Bytes multiPicture(const Bytes& first, const Bytes& second) {
+/// A photo with further pictures after it and the index that leads there; big-endian.
+Bytes multiPicture(const Bytes& first, const std::vector<Bytes>& further) {
   Bytes index = named(std::string_view("MPF\0MM\0*\0\0\0\10\0\3", 14), 0, 0);
   const auto number = [&](std::size_t value, int bytes) {
     while (bytes-- > 0) index.push_back(static_cast<std::uint8_t>(value >> 8 * bytes));
@@ -275,17 +275,20 @@ Bytes multiPicture(const Bytes& first, const Bytes& second) {
     number(tag, 2), number(type, 2), number(count, 4), number(value, 4);
   };
   constexpr std::size_t entriesAt = 8 + 2 + 3 * 12 + 4;
+  const std::size_t entriesBytes = 16 * (1 + further.size());
   entry(0xB000, 7, 4, 0x30313030);
-  entry(0xB001, 4, 1, 2);
-  entry(0xB002, 7, 32, entriesAt);
+  entry(0xB001, 4, 1, 1 + further.size());
+  entry(0xB002, 7, entriesBytes, entriesAt);
   number(0, 4);
-  const std::size_t segmentBytes = 4 + 4 + entriesAt + 32;
   const std::size_t base = 2 + 4 + 4;  // where offsets count from, in the file
-  number(0x20030000, 4), number(first.size() + segmentBytes, 4), number(0, 4), number(0, 4);
-  number(0x00020002, 4), number(second.size(), 4), number(first.size() + segmentBytes - base, 4),
-      number(0, 4);
+  std::size_t end = first.size() + 4 + 4 + entriesAt + entriesBytes;
+  number(0x20030000, 4), number(end, 4), number(0, 4), number(0, 4);
+  for (const Bytes& picture : further) {
+    number(0x00020002, 4), number(picture.size(), 4), number(end - base, 4), number(0, 4);
+    end += picture.size();
+  }
   Bytes file = withSegments(first, {jpegSegment(0xE2, index)});
-  file.insert(file.end(), second.begin(), second.end());
+  for (const Bytes& picture : further) file.insert(file.end(), picture.begin(), picture.end());
   return file;
 }
 
@@ -301,14 +304,14 @@ class MultiPictureTest : public testing::Test {
 
 TEST_F(MultiPictureTest, FindsItsSecondPictureBehindTheScaledFirst) {
   const Bytes second = jpegPhoto({.width = 80, .height = 48, .seed = 5, .exif = false});
-  const Bytes source = multiPicture(jpegPhoto({.width = 640, .height = 400}), second);
+  const Bytes source = multiPicture(jpegPhoto({.width = 640, .height = 400}), {second});
   ASSERT_EQ(secondPicture(source), second);
   EXPECT_EQ(secondPicture(mustRewrite(source, {PixelSize{320, 200}, false})), second);
 }
 
 TEST_F(MultiPictureTest, HasItsSecondPictureTurnedWithTheFirst) {
   const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .exif = false});
-  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
   const Bytes turned = secondPicture(mustRewrite(source, {std::nullopt, true}));
   EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "turned.jpg", turned)),
                      pictureOf(writeFile(folder_ / "second.jpg", second), {"-rotate", "90"})),
@@ -324,7 +327,7 @@ TEST_F(MultiPictureTest, KeepsAnIndexThatNamesNoOtherPicture) {
 
 TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
   const Bytes second(500, 7);
-  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
   const Bytes result = mustRewrite(source, {std::nullopt, true});
   EXPECT_TRUE(secondPicture(result).empty());
   EXPECT_FALSE(contains(result, second));
@@ -333,20 +336,40 @@ TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
 
 TEST_F(MultiPictureTest, KeepsASecondPictureThatStatesItsOwnOrientation) {
   const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .orientation = 6});
-  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
   EXPECT_EQ(secondPicture(mustRewrite(source, {std::nullopt, true})), second);
 }
 
 TEST_F(MultiPictureTest, LosesASecondPictureThatIsLargerThanTheFirst) {
   const Bytes second = jpegPhoto({.width = 1200, .height = 1000, .seed = 5, .exif = false});
-  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), second);
+  const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
+  EXPECT_TRUE(secondPicture(mustRewrite(source, {std::nullopt, true})).empty());
+}
+
+TEST_F(MultiPictureTest, LosesPicturesThatAreVeryMany) {
+  const Bytes first = jpegPhoto({.width = 64, .height = 48, .orientation = 6});
+  const Bytes further = jpegPhoto({.width = 32, .height = 16, .exif = false});
+  const auto resultOf = [&](std::size_t count) {
+    return mustRewrite(multiPicture(first, std::vector<Bytes>(count, further)), {std::nullopt, true});
+  };
+  EXPECT_FALSE(secondPicture(resultOf(16)).empty());
+  EXPECT_TRUE(secondPicture(resultOf(17)).empty());
+}
+
+TEST_F(MultiPictureTest, LosesPicturesThatOverlap) {
+  const Bytes second = jpegPhoto({.width = 32, .height = 16, .exif = false});
+  Bytes source = multiPicture(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {second, second});
+  const Bytes entry{0, 2, 0, 2};
+  const auto one = std::ranges::search(source, entry).begin();
+  const auto other = std::search(one + 1, source.end(), entry.begin(), entry.end());
+  std::copy_n(one, 16, other);
   EXPECT_TRUE(secondPicture(mustRewrite(source, {std::nullopt, true})).empty());
 }
 
 TEST_F(MultiPictureTest, StandsAThousandMutations) {
   const Bytes second = jpegPhoto({.width = 64, .height = 48, .seed = 5, .exif = false});
   const Bytes source = withSegments(
-      multiPicture(jpegPhoto({.width = 64, .height = 48, .orientation = 6, .thumbnail = true}), second),
+      multiPicture(jpegPhoto({.width = 64, .height = 48, .orientation = 6, .thumbnail = true}), {second}),
       {jpegSegment(0xED, named(std::string_view("Photoshop 3.0\0"
                                                 "8BIM\4\x0C\0\0\0\0\0\10",
                                                 26),
