@@ -49,7 +49,7 @@ FileResult<void> renameWithoutReplacing(int folder, const char* from, const char
 }
 
 FileResult<void> linkThenUnlink(int folder, const char* from, const char* to) {
-  auto linked = succeeded(::linkat(folder, from, folder, to, 0));
+  auto linked = succeeded(uninterrupted([&] { return ::linkat(folder, from, folder, to, 0); }));
   if (linked) ::unlinkat(folder, from, 0);
   return linked;
 }
