@@ -33,27 +33,24 @@ std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
   return copied;
 }
 
-/// Copies from the present offsets to the end of the source; returns the number of bytes.
-FileResult<std::uint64_t> copyInPlainSteps(int from, int to) {
+/// Copies from the current offsets to the end of the source, which must be `left` bytes away. Some files
+/// never end, whatever size they claim.
+FileResult<void> copyInPlainSteps(int from, int to, std::uint64_t left) {
   const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(bufferSize);
-  std::uint64_t copied = 0;
   for (;;) {
-    const ssize_t count = uninterrupted([&] { return ::read(from, buffer.get(), bufferSize); });
-    if (count < 0) return tl::make_unexpected(unreadable(systemError(errno)));
-    if (count == 0) return copied;
-    const auto written = writeBytes(to, {buffer.get(), static_cast<std::size_t>(count)});
-    if (!written) return tl::make_unexpected(written.error());
-    copied += static_cast<std::uint64_t>(count);
+    const ssize_t answer = uninterrupted([&] { return ::read(from, buffer.get(), bufferSize); });
+    if (answer < 0) return tl::make_unexpected(unreadable(systemError(errno)));
+    const auto count = static_cast<std::size_t>(answer);
+    if (count > left || (count == 0 && left > 0)) return tl::make_unexpected(changedWhileRead());
+    if (count == 0) return {};
+    if (auto written = writeBytes(to, {buffer.get(), count}); !written) return written;
+    left -= count;
   }
 }
 
 FileResult<void> copyBytes(int from, int to, std::uint64_t size) {
   if (size > 0 && shareBlocks(from, to)) return {};
-  const std::uint64_t head = copyInsideKernel(from, to, size);
-  return copyInPlainSteps(from, to).and_then([&](std::uint64_t tail) -> FileResult<void> {
-    if (head + tail != size) return failure(EBUSY);
-    return {};
-  });
+  return copyInPlainSteps(from, to, size - copyInsideKernel(from, to, size));
 }
 
 std::vector<char> attributeNames(int file) {
@@ -99,7 +96,8 @@ FileResult<void> copyAttributes(int from, int to) {
 }  // namespace
 
 FileResult<void> copyContents(int from, int to, std::uint64_t size) {
-  return copyBytes(from, to, size).and_then([&] { return copyAttributes(from, to); });
+  if (auto copied = copyBytes(from, to, size); !copied) return copied;
+  return copyAttributes(from, to);
 }
 
 }  // namespace kestrova::host

@@ -29,6 +29,8 @@ FileResult<void> succeeded(int answer) {
   return {};
 }
 
+FileError changedWhileRead() { return {EBUSY, "the file changed while it was read"}; }
+
 FileError unreadable(FileError error) {
   return {error.code, std::move(error.message), FileError::Kind::unreadable};
 }

@@ -19,6 +19,9 @@ FileResult<void> succeeded(int answer);
 /// The same, as an error of the file that was to be read.
 FileError unreadable(FileError error);
 
+/// A file whose bytes, size or times changed while it was read: what was read may be half old, half new.
+FileError changedWhileRead();
+
 /// Repeats a system call that a signal has interrupted.
 template <typename Call>
 auto uninterrupted(const Call& call) {

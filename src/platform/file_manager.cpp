@@ -4,7 +4,12 @@
 
 namespace kestrova {
 
-bool FileManager::fileExists(const Path& path) const { return attributesOfItem(path).has_value(); }
+FileResult<bool> FileManager::fileExists(const Path& path) const {
+  const auto attributes = attributesOfItem(path);
+  if (attributes) return true;
+  if (attributes.error().kind == FileError::Kind::notFound) return false;
+  return tl::make_unexpected(attributes.error());
+}
 
 bool FileManager::isDirectory(const Path& path) const {
   const auto attributes = attributesOfItem(path);
@@ -13,7 +18,9 @@ bool FileManager::isDirectory(const Path& path) const {
 
 FileResult<void> FileManager::copyItem(const Path& from, const Path& to, const Check& check) {
   // The commit settles it for certain; asking first spares the copy.
-  if (fileExists(to)) return failure(EEXIST);
+  const auto exists = fileExists(to);
+  if (!exists) return tl::make_unexpected(exists.error());
+  if (*exists) return failure(EEXIST);
   const auto copy = stageCopy(from, to);
   if (!copy) return tl::make_unexpected(copy.error());
   if (check) {
@@ -23,11 +30,15 @@ FileResult<void> FileManager::copyItem(const Path& from, const Path& to, const C
 }
 
 FileResult<void> FileManager::writeData(ByteView data, const Path& to) {
-  return stageData(data, to).and_then([](const auto& file) { return file->commit(); });
+  const auto file = stageData(data, to);
+  if (!file) return tl::make_unexpected(file.error());
+  return (*file)->commit();
 }
 
 FileResult<void> FileManager::writeDataReplacing(ByteView data, const Path& to) {
-  return stageData(data, to).and_then([](const auto& file) { return file->commitReplacing(); });
+  const auto file = stageData(data, to);
+  if (!file) return tl::make_unexpected(file.error());
+  return (*file)->commitReplacing();
 }
 
 }  // namespace kestrova

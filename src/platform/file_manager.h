@@ -64,6 +64,21 @@ class StagedFile {
   virtual FileResult<void> commitReplacing() = 0;
 };
 
+/// The target folder of a run. While it is held, what is asked for or written below its path goes to this
+/// very folder, wherever the path leads meanwhile, and never through a symbolic link that was swapped in:
+/// such a link is an error (ELOOP) of the file.
+class HeldTarget {
+ public:
+  virtual ~HeldTarget() = default;
+  HeldTarget() = default;
+  HeldTarget(const HeldTarget&) = delete;
+  HeldTarget& operator=(const HeldTarget&) = delete;
+
+  /// Until then, a link to a folder that is met on the way to an item is the user's own: it is followed, and
+  /// is to lead to the same folder for the whole run. To be called when the run is planned.
+  virtual void followNoNewLinks() = 0;
+};
+
 /// What the program asks of the host's file system. Paths are bytes and never pass through a text codec; they
 /// may be longer than the system's own limit for one call. Nothing here blocks on a FIFO or a device, follows
 /// a symbolic link to write, or changes a source file. Callable from any thread; calls on one StagedFile must
@@ -84,6 +99,14 @@ class FileManager {
   /// A regular file's whole contents.
   virtual FileResult<Bytes> readFile(const Path& path) const = 0;
 
+  /// Whether files can be created in the folder or, where it is missing, whether it can be created. The error
+  /// says why not. Changes nothing.
+  virtual FileResult<void> checkTarget(const Path& folder) const = 0;
+
+  /// Holds a run's target folder for as long as the result lives, one at a time: see HeldTarget. The folder
+  /// may be missing still.
+  virtual std::shared_ptr<HeldTarget> holdTarget(const Path& folder) = 0;
+
   /// Creates the folder with all that is missing above it; an existing one is no error.
   virtual FileResult<void> createDirectory(const Path& folder) = 0;
 
@@ -94,7 +117,9 @@ class FileManager {
   /// Writes bytes, with the permissions of a new file, and makes them durable.
   virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) = 0;
 
-  bool fileExists(const Path& path) const;
+  /// Whether a path leads to an item; symbolic links are followed. Fails where that cannot be told: what
+  /// cannot be asked for is not absent.
+  FileResult<bool> fileExists(const Path& path) const;
   bool isDirectory(const Path& path) const;
 
   using Check = std::function<FileResult<void>()>;

@@ -23,18 +23,22 @@ FileResult<void> nameUnnamed(int file, int folder, const char* name);
 /// or ENOTSUP or ENOSYS.
 FileResult<void> renameExclusively(int folder, const char* from, const char* to);
 
-/// Copies all bytes and the extended attributes between two files at their starts. A source whose bytes do
-/// not add up to `size` is changing under our hands: EBUSY.
+/// Copies all bytes and the extended attributes between two files at their starts. A source that does not end
+/// after `size` bytes is an error (EBUSY), and no more than these are written.
 FileResult<void> copyContents(int from, int to, std::uint64_t size);
 
 /// Returns once the file's bytes, and what is needed to find them, are safe on the medium. A name given to
 /// the file afterwards cannot outlive a crash without them.
 FileResult<void> makeDurable(int file);
 
-/// Times of access and of modification, as futimens takes them.
 struct FileTimes {
-  timespec both[2];
+  timespec accessAndModification[2];  ///< as futimens takes them
+  timespec statusChange;              ///< of the bytes or of anything else; programs cannot set it
 };
 FileTimes timesOf(const struct stat& status);
+
+/// Opens a folder below another one as a place to start paths from, in one call. Fails when there is a
+/// symbolic link on the way, and also where the system has no such call.
+FileResult<FileDescriptor> openPlaceWithoutLinks(int folder, const char* path);
 
 }  // namespace kestrova::host

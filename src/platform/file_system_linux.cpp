@@ -5,6 +5,9 @@
 #include <string>
 
 #include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace kestrova::host {
 
@@ -19,27 +22,41 @@ FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags) 
 }
 
 FileResult<FileDescriptor> createUnnamed(int folder, mode_t mode) {
-  FileDescriptor file(::openat(folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
+  FileDescriptor file(
+      uninterrupted([&] { return ::openat(folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode); }));
   if (!file) return failure();
   return file;
 }
 
 FileResult<void> nameUnnamed(int file, int folder, const char* name) {
   const std::string inProc = "/proc/self/fd/" + std::to_string(file);
-  const int answer = ::linkat(AT_FDCWD, inProc.c_str(), folder, name, AT_SYMLINK_FOLLOW);
+  const int answer =
+      uninterrupted([&] { return ::linkat(AT_FDCWD, inProc.c_str(), folder, name, AT_SYMLINK_FOLLOW); });
+  if (answer == 0 || errno != ENOENT) return succeeded(answer);
   // Without /proc the kernel takes the descriptor itself, if the process is privileged enough.
-  if (answer < 0 && errno == ENOENT) return succeeded(::linkat(file, "", folder, name, AT_EMPTY_PATH));
-  return succeeded(answer);
+  return succeeded(uninterrupted([&] { return ::linkat(file, "", folder, name, AT_EMPTY_PATH); }));
 }
 
 FileResult<void> renameExclusively(int folder, const char* from, const char* to) {
-  return succeeded(::renameat2(folder, from, folder, to, RENAME_NOREPLACE));
+  return succeeded(uninterrupted([&] { return ::renameat2(folder, from, folder, to, RENAME_NOREPLACE); }));
 }
 
 FileResult<void> makeDurable(int file) {
   return succeeded(uninterrupted([&] { return ::fdatasync(file); }));
 }
 
-FileTimes timesOf(const struct stat& status) { return {{status.st_atim, status.st_mtim}}; }
+FileTimes timesOf(const struct stat& status) {
+  return {.accessAndModification = {status.st_atim, status.st_mtim}, .statusChange = status.st_ctim};
+}
+
+FileResult<FileDescriptor> openPlaceWithoutLinks(int folder, const char* path) {
+  open_how how = {};
+  how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+  how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+  FileDescriptor place(static_cast<int>(
+      uninterrupted([&] { return ::syscall(SYS_openat2, folder, path, &how, sizeof how); })));
+  if (!place) return failure();
+  return place;
+}
 
 }  // namespace kestrova::host

@@ -18,7 +18,7 @@ FileResult<FileDescriptor> createUnnamed(int, mode_t) { return failure(ENOTSUP);
 FileResult<void> nameUnnamed(int, int, const char*) { return failure(ENOTSUP); }
 
 FileResult<void> renameExclusively(int folder, const char* from, const char* to) {
-  return succeeded(::renameatx_np(folder, from, folder, to, RENAME_EXCL));
+  return succeeded(uninterrupted([&] { return ::renameatx_np(folder, from, folder, to, RENAME_EXCL); }));
 }
 
 FileResult<void> copyContents(int from, int to, std::uint64_t size) {
@@ -27,7 +27,7 @@ FileResult<void> copyContents(int from, int to, std::uint64_t size) {
   if (!copied) return copied;
   struct stat status = {};
   if (::fstat(to, &status) < 0) return failure();
-  if (static_cast<std::uint64_t>(status.st_size) != size) return failure(EBUSY);
+  if (static_cast<std::uint64_t>(status.st_size) != size) return tl::make_unexpected(changedWhileRead());
   return {};
 }
 
@@ -37,6 +37,11 @@ FileResult<void> makeDurable(int file) {
   return succeeded(uninterrupted([&] { return ::fsync(file); }));
 }
 
-FileTimes timesOf(const struct stat& status) { return {{status.st_atimespec, status.st_mtimespec}}; }
+FileTimes timesOf(const struct stat& status) {
+  return {.accessAndModification = {status.st_atimespec, status.st_mtimespec},
+          .statusChange = status.st_ctimespec};
+}
+
+FileResult<FileDescriptor> openPlaceWithoutLinks(int, const char*) { return failure(ENOTSUP); }
 
 }  // namespace kestrova::host

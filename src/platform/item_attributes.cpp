@@ -9,7 +9,7 @@ namespace {
 
 Date dateOf(const timespec& time) { return {time.tv_sec, static_cast<std::int32_t>(time.tv_nsec)}; }
 
-const timespec& modifiedAt(const host::FileTimes& times) { return times.both[1]; }
+const timespec& modifiedAt(const host::FileTimes& times) { return times.accessAndModification[1]; }
 
 }  // namespace
 

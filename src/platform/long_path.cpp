@@ -11,6 +11,8 @@ namespace kestrova {
 
 namespace {
 
+const std::string current = ".";
+
 constexpr std::ptrdiff_t mostBytes = PATH_MAX - 1;
 
 #ifdef O_PATH
@@ -38,7 +40,7 @@ FileResult<void> PathAddress::enterFirstFolders() {
   const std::string_view longest(rest_, mostBytes);
   const std::size_t slash = longest.find_last_of('/');
   if (slash == 0 || slash == std::string_view::npos) return failure(ENAMETOOLONG);
-  auto entered = openPlace(folder(), std::string(longest.substr(0, slash)).c_str());
+  auto entered = openPlace(folder(), std::string(longest.substr(0, slash)).c_str(), FinalLink::followed);
   if (!entered) return tl::make_unexpected(entered.error());
   folder_ = std::move(*entered);
   rest_ += slash;
@@ -46,17 +48,18 @@ FileResult<void> PathAddress::enterFirstFolders() {
   return {};
 }
 
-FileResult<FileDescriptor> openPlace(int folder, const char* path) {
-  FileDescriptor place(::openat(folder, path, searchOnly | O_DIRECTORY | O_CLOEXEC));
+FileResult<FileDescriptor> openPlace(int folder, const char* path, FinalLink finalLink) {
+  const int linkFlag = finalLink == FinalLink::refused ? O_NOFOLLOW : 0;
+  FileDescriptor place(
+      uninterrupted([&] { return ::openat(folder, path, searchOnly | O_DIRECTORY | O_CLOEXEC | linkFlag); }));
   if (!place) return failure();
   return place;
 }
 
 FileResult<FileDescriptor> openPlace(const Path& path) {
-  if (path.empty()) return openPlace(AT_FDCWD, ".");
-  return PathAddress::of(path.native()).and_then([](const PathAddress& address) {
-    return openPlace(address.folder(), address.rest());
-  });
+  const auto address = PathAddress::of(path.empty() ? current : path.native());
+  if (!address) return tl::make_unexpected(address.error());
+  return openPlace(address->folder(), address->rest(), FinalLink::followed);
 }
 
 }  // namespace kestrova

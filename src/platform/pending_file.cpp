@@ -3,7 +3,6 @@
 #include "platform/exclusive_rename.h"
 #include "platform/file_error.h"
 #include "platform/file_system.h"
-#include "platform/long_path.h"
 
 #include <cstdio>
 #include <utility>
@@ -13,17 +12,16 @@
 
 namespace kestrova {
 
-PendingFile::PendingFile(FileDescriptor folder, const Path& to)
-    : folder_(std::move(folder)), finalName_(to.filename().native()) {}
+PendingFile::PendingFile(FileDescriptor folder, std::string name)
+    : folder_(std::move(folder)), finalName_(std::move(name)) {}
 
 PendingFile::~PendingFile() {
   if (!temporaryName_.empty()) ::unlinkat(folder_.get(), temporaryName_.c_str(), 0);
 }
 
-FileResult<std::unique_ptr<PendingFile>> PendingFile::create(const Path& to, mode_t mode, Staging staging) {
-  auto folder = openPlace(to.parent_path());
-  if (!folder) return tl::make_unexpected(folder.error());
-  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(*folder), to));
+FileResult<std::unique_ptr<PendingFile>> PendingFile::create(FileDescriptor folder, const std::string& name,
+                                                             mode_t mode, Staging staging) {
+  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(folder), name));
   if (const auto opened = pending->open(mode, staging); !opened) return tl::make_unexpected(opened.error());
   return pending;
 }
@@ -39,7 +37,8 @@ FileResult<void> PendingFile::open(mode_t mode, Staging staging) {
 
 FileResult<void> PendingFile::createNamed(mode_t mode) {
   return takeName([&](const char* free) -> FileResult<int> {
-    file_ = FileDescriptor(::openat(folder_.get(), free, O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode));
+    constexpr int flags = O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC;
+    file_ = FileDescriptor(uninterrupted([&] { return ::openat(folder_.get(), free, flags, mode); }));
     if (!file_) return failure();
     return file_.get();
   });
@@ -49,7 +48,9 @@ FileResult<void> PendingFile::giveTemporaryName() {
   // Locked before it is to be seen, so that nobody takes it for an abandoned one.
   ::flock(file_.get(), LOCK_EX | LOCK_NB);
   return takeName([&](const char* free) -> FileResult<int> {
-    return host::nameUnnamed(file_.get(), folder_.get(), free).map([&] { return file_.get(); });
+    if (const auto named = host::nameUnnamed(file_.get(), folder_.get(), free); !named)
+      return tl::make_unexpected(named.error());
+    return file_.get();
   });
 }
 
@@ -72,8 +73,8 @@ FileResult<void> PendingFile::commitReplacing() {
   if (temporaryName_.empty()) {
     if (auto named = giveTemporaryName(); !named) return named;
   }
-  auto replaced =
-      succeeded(::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()));
+  auto replaced = succeeded(uninterrupted(
+      [&] { return ::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()); }));
   if (replaced) temporaryName_.clear();
   return replaced;
 }

@@ -16,7 +16,8 @@ namespace kestrova {
 class PendingFile final : public StagedFile {
  public:
   /// `mode` is subject to the umask.
-  static FileResult<std::unique_ptr<PendingFile>> create(const Path& to, mode_t mode, Staging staging);
+  static FileResult<std::unique_ptr<PendingFile>> create(FileDescriptor folder, const std::string& name,
+                                                         mode_t mode, Staging staging);
   ~PendingFile() override;
 
   int descriptor() const { return file_.get(); }
@@ -24,7 +25,7 @@ class PendingFile final : public StagedFile {
   FileResult<void> commitReplacing() override;
 
  private:
-  PendingFile(FileDescriptor folder, const Path& to);
+  PendingFile(FileDescriptor folder, std::string name);
   FileResult<void> open(mode_t mode, Staging staging);
   FileResult<void> createNamed(mode_t mode);
   FileResult<void> giveTemporaryName();

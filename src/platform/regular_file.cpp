@@ -24,12 +24,12 @@ FileResult<RegularFile> examine(FileDescriptor file) {
 }  // namespace
 
 FileResult<RegularFile> openRegularFile(const Path& path) {
-  return PathAddress::of(path.native())
-      .and_then([](const PathAddress& address) {
-        // Without O_NONBLOCK a FIFO would make us wait for a writer.
-        return host::openQuietly(address.folder(), address.rest(), O_NONBLOCK | O_NOCTTY);
-      })
-      .and_then([](FileDescriptor&& file) { return examine(std::move(file)); });
+  const auto address = PathAddress::of(path.native());
+  if (!address) return tl::make_unexpected(address.error());
+  // Without O_NONBLOCK a FIFO would make us wait for a writer.
+  auto file = host::openQuietly(address->folder(), address->rest(), O_NONBLOCK | O_NOCTTY);
+  if (!file) return tl::make_unexpected(file.error());
+  return examine(std::move(*file));
 }
 
 FileResult<Bytes> readBytes(int file, std::size_t count) try {

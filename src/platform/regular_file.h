@@ -16,10 +16,10 @@ struct RegularFile {
 /// is waited for: ENXIO, EISDIR or ENOTSUP.
 FileResult<RegularFile> openRegularFile(const Path& path);
 
-/// Up to `count` bytes from the present offset.
+/// Up to `count` bytes from the current offset.
 FileResult<Bytes> readBytes(int file, std::size_t count);
 
-/// All of them at the present offset.
+/// All of them at the current offset.
 FileResult<void> writeBytes(int file, ByteView bytes);
 
 }  // namespace kestrova

@@ -1,3 +1,4 @@
+#include "platform/copy_file.h"
 #include "platform/create_folders.h"
 #include "platform/file_error.h"
 #include "platform/file_manager.h"
@@ -7,12 +8,11 @@
 #include "platform/long_path.h"
 #include "platform/pending_file.h"
 #include "platform/regular_file.h"
+#include "platform/shared_value.h"
+#include "platform/target_check.h"
+#include "platform/target_tree.h"
 
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace kestrova {
 
@@ -20,40 +20,10 @@ namespace {
 
 constexpr mode_t privateMode = 0600;
 constexpr mode_t newFileMode = 0666;
-constexpr mode_t permissionBits = 0777;  // what lends rights to whoever runs a file is not copied
-
-/// Fails when the source was written to since it was opened: the copy may then be half old, half new.
-FileResult<void> checkUnchanged(const RegularFile& source) {
-  struct stat status = {};
-  if (::fstat(source.file.get(), &status) < 0) return failure();
-  const FileAttributes before = attributesOf(source.status);
-  const FileAttributes now = attributesOf(status);
-  if (now.size != before.size || now.modified != before.modified) return failure(EBUSY);
-  return {};
-}
-
-/// What a file system does not know (FAT and network drives have no permissions), no copy on it can carry.
-FileResult<void> asFarAsSupported(int answer) {
-  if (answer == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS || errno == EINVAL) return {};
-  return failure();
-}
-
-/// The permissions come last of all that they could forbid.
-FileResult<void> copyModeAndTimes(const struct stat& source, int to) {
-  return asFarAsSupported(::fchmod(to, source.st_mode & permissionBits)).and_then([&] {
-    return asFarAsSupported(::futimens(to, host::timesOf(source).both));
-  });
-}
-
-FileResult<void> copyWhole(const RegularFile& source, int to) {
-  return host::copyContents(source.file.get(), to, static_cast<std::uint64_t>(source.status.st_size))
-      .and_then([&] { return checkUnchanged(source); })
-      .and_then([&] { return copyModeAndTimes(source.status, to); })
-      .and_then([&] { return host::makeDurable(to); });
-}
 
 FileResult<void> writeWhole(ByteView data, int to) {
-  return writeBytes(to, data).and_then([&] { return host::makeDurable(to); });
+  if (auto written = writeBytes(to, data); !written) return written;
+  return host::makeDurable(to);
 }
 
 class SystemFileManager final : public FileManager {
@@ -61,6 +31,11 @@ class SystemFileManager final : public FileManager {
   explicit SystemFileManager(Staging staging) : staging_(staging) {}
 
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
+    if (const auto tree = treeOf(path.parent_path()); tree && path.has_filename()) {
+      const auto folder = tree->enter(path.parent_path());
+      if (!folder) return tl::make_unexpected(folder.error());
+      return attributesAt(folder->get(), path.filename().c_str());
+    }
     const auto address = PathAddress::of(path.native());
     if (!address) return tl::make_unexpected(address.error());
     return attributesAt(address->folder(), address->rest());
@@ -71,21 +46,37 @@ class SystemFileManager final : public FileManager {
   }
 
   std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
-    auto bytes = openRegularFile(path).and_then(
-        [&](const RegularFile& source) { return readBytes(source.file.get(), count); });
+    const auto source = openRegularFile(path);
+    if (!source) return std::nullopt;
+    auto bytes = readBytes(source->file.get(), count);
     if (!bytes) return std::nullopt;
     return std::move(*bytes);
   }
 
   FileResult<Bytes> readFile(const Path& path) const override {
-    return openRegularFile(path).and_then([](const RegularFile& source) {
-      auto bytes = readBytes(source.file.get(), static_cast<std::size_t>(source.status.st_size));
-      const auto unchanged = checkUnchanged(source);
-      return unchanged ? std::move(bytes) : tl::make_unexpected(unchanged.error());
-    });
+    const auto source = openRegularFile(path);
+    if (!source) return tl::make_unexpected(source.error());
+    auto bytes = readBytes(source->file.get(), static_cast<std::size_t>(source->status.st_size));
+    if (!bytes) return bytes;
+    if (const auto unchanged = checkUnchanged(*source); !unchanged)
+      return tl::make_unexpected(unchanged.error());
+    return bytes;
+  }
+
+  FileResult<void> checkTarget(const Path& folder) const override { return checkCanWriteBelow(folder); }
+
+  std::shared_ptr<HeldTarget> holdTarget(const Path& folder) override {
+    auto tree = std::make_shared<TargetTree>(folder);
+    target_ = tree;
+    return tree;
   }
 
   FileResult<void> createDirectory(const Path& folder) override {
+    if (const auto tree = treeOf(folder)) {
+      const auto created = tree->create(folder);
+      if (!created) return tl::make_unexpected(created.error());
+      return {};
+    }
     if (isDirectory(folder)) return {};
     return createFolders(folder);
   }
@@ -101,16 +92,31 @@ class SystemFileManager final : public FileManager {
   }
 
  private:
+  /// The held target, where it holds this folder.
+  std::shared_ptr<TargetTree> treeOf(const Path& folder) const {
+    auto tree = target_.get().lock();
+    return tree && tree->holds(folder) ? tree : nullptr;
+  }
+
+  FileResult<FileDescriptor> openFolderOf(const Path& file) const {
+    const Path folder = file.parent_path();
+    const auto tree = treeOf(folder);
+    return tree ? tree->enter(folder) : openPlace(folder);
+  }
+
   template <typename Fill>
   FileResult<std::unique_ptr<StagedFile>> stage(const Path& to, mode_t mode, const Fill& fill) const {
-    auto pending = PendingFile::create(to, mode, staging_);
+    auto folder = openFolderOf(to);
+    if (!folder) return tl::make_unexpected(folder.error());
+    auto pending = PendingFile::create(std::move(*folder), to.filename().native(), mode, staging_);
     if (!pending) return tl::make_unexpected(pending.error());
     const FileResult<void> filled = fill((*pending)->descriptor());
     if (!filled) return tl::make_unexpected(filled.error());
     return std::move(*pending);
   }
 
-  Staging staging_;
+  const Staging staging_;
+  Snapshot<std::weak_ptr<TargetTree>> target_;
 };
 
 }  // namespace

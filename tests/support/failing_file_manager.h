@@ -23,6 +23,7 @@ class FailingFileManager : public FileManager {
   std::function<Failure(ByteView data, const Path& to)> onStageData;
   std::function<Failure(const Path& to)> onCommit;  ///< both kinds of commit
   std::function<Failure(const Path& path)> onAttributes;
+  std::function<Failure(const Path& folder)> onCreateDirectory;
   std::function<Failure(const Path& path)> onOpenFolder;
   std::function<Failure(const Path& path)> onListed;  ///< asked when a folder's entries have been told
   std::function<Failure(const Path& path)> onEntryAttributes;  ///< of an entry of an open folder
@@ -47,7 +48,14 @@ class FailingFileManager : public FileManager {
     return inner_->readFile(path);
   }
 
-  FileResult<void> createDirectory(const Path& folder) override { return inner_->createDirectory(folder); }
+  FileResult<void> checkTarget(const Path& folder) const override { return inner_->checkTarget(folder); }
+
+  std::shared_ptr<HeldTarget> holdTarget(const Path& folder) override { return inner_->holdTarget(folder); }
+
+  FileResult<void> createDirectory(const Path& folder) override {
+    if (auto error = ask(onCreateDirectory, folder)) return tl::make_unexpected(*error);
+    return inner_->createDirectory(folder);
+  }
 
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
     if (auto error = ask(onStageCopy, from, to)) return tl::make_unexpected(*error);

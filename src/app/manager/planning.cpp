@@ -81,7 +81,16 @@ void OrganiseManager::planFile(const Path& file, const InvocationOperation& plan
   if (isSmallPicture(metadata, options)) return leaveOut(file, facts.size);
 
   const auto target = targetOf(file, facts, dateOf(file, metadata), options.folderFormat);
-  if (target && host_.files->fileExists(*target)) {
+  const FileResult<bool> exists = target ? host_.files->fileExists(*target) : false;
+  if (!exists) {
+    settle({.outcome = Outcome::failed,
+            .source = file,
+            .target = target,
+            .sourceSize = facts.size,
+            .error = exists.error().message});
+    return;
+  }
+  if (*exists) {
     settle({.outcome = Outcome::exists, .source = file, .target = target, .sourceSize = facts.size});
     return;
   }

@@ -168,7 +168,9 @@ TEST_F(CopyOperation, AsksForTheSourcesSizeBeforeItCopies) {
 }
 
 TEST_F(CopyOperation, CountsTheSizeThatTheSourceHadBeforeIt) {
-  files->onAttributes = [](const Path&) { return FileError{EACCES, "refused"}; };
+  files->onAttributes = [this](const Path& path) {
+    return path == photo ? std::optional(FileError{EACCES, "refused"}) : std::nullopt;
+  };
   copy(photo, to);
   EXPECT_EQ(manager().tPhotoCount, 1);
   EXPECT_EQ(manager().tPhotoSize, 0);

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/regular_file.h"
+
+namespace kestrova {
+
+/// Fails when the file was changed since it was opened: what was read may be half old, half new. The status
+/// change time tells even where a writer has put the modification time back.
+FileResult<void> checkUnchanged(const RegularFile& source);
+
+/// Copies data, permissions, times and extended attributes into an open new file and makes it durable.
+FileResult<void> copyWhole(const RegularFile& source, int to);
+
+}  // namespace kestrova

@@ -1,0 +1,134 @@
+#include "platform/target_tree.h"
+
+#include "platform/create_folders.h"
+#include "platform/file_error.h"
+#include "platform/file_system.h"
+#include "platform/long_path.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace kestrova {
+
+namespace {
+
+bool isLink(int folder, const char* name) {
+  struct stat status = {};
+  return ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+}
+
+FileError newLink() { return {ELOOP, "a symbolic link has appeared in the target folder"}; }
+
+bool leadsUp(std::string_view names) {
+  for (auto name = takeFirstName(names); !name.empty(); name = takeFirstName(names)) {
+    if (name == "..") return true;
+  }
+  return false;
+}
+
+/// "/a/b" for "/a/b/".
+Path withoutFinalSlash(const Path& path) { return path.has_filename() ? path : path.parent_path(); }
+
+}  // namespace
+
+TargetTree::TargetTree(const Path& root) : root_(withoutFinalSlash(root)) {
+  // One that is missing is opened when it is created.
+  [[maybe_unused]] const auto opened = openRoot(IfMissing::fail);
+}
+
+void TargetTree::followNoNewLinks() {
+  const MutexLock lock(mutex_);
+  followsNewLinks_ = false;
+}
+
+std::optional<std::string_view> TargetTree::namesBelow(const Path& folder) const {
+  std::string_view names = folder.native();
+  if (!names.starts_with(root_.native())) return std::nullopt;
+  names.remove_prefix(root_.native().size());
+  const bool isBelow = names.empty() || names.starts_with('/') || root_.native().ends_with('/');
+  if (!isBelow || leadsUp(names)) return std::nullopt;
+  names.remove_prefix(std::min(names.find_first_not_of('/'), names.size()));
+  return names;
+}
+
+FileResult<FileDescriptor> TargetTree::walk(const Path& folder, IfMissing ifMissing) {
+  const auto names = namesBelow(folder);
+  if (!names) return failure(EINVAL);
+  const auto root = openRoot(ifMissing);
+  if (!root) return tl::make_unexpected(root.error());
+  if (names->empty()) return openPlace(*root, ".", FinalLink::followed);
+  auto place = host::openPlaceWithoutLinks(*root, std::string(*names).c_str());
+  return place ? std::move(place) : walkByNames(*root, *names, ifMissing);
+}
+
+/// The descriptor stays open for as long as the tree lives.
+FileResult<int> TargetTree::openRoot(IfMissing ifMissing) {
+  {
+    const MutexLock lock(mutex_);
+    if (opened_) return opened_.get();
+  }
+  auto root = openRootAnew(ifMissing);
+  if (!root) return tl::make_unexpected(root.error());
+  const MutexLock lock(mutex_);
+  if (!opened_) opened_ = std::move(*root);
+  return opened_.get();
+}
+
+FileResult<FileDescriptor> TargetTree::openRootAnew(IfMissing ifMissing) {
+  const Path above = root_.parent_path();
+  if (ifMissing == IfMissing::create) {
+    if (const auto created = createFolders(above); !created) return tl::make_unexpected(created.error());
+  }
+  const auto parent = openPlace(above);
+  if (!parent) return tl::make_unexpected(parent.error());
+  const std::string name = root_.filename().native();
+  return enterNext({.parent = parent->get(), .name = name.empty() ? "." : name, .path = {}}, ifMissing);
+}
+
+FileResult<FileDescriptor> TargetTree::walkByNames(int root, std::string_view names, IfMissing ifMissing) {
+  FileResult<FileDescriptor> folder(FileDescriptor{});
+  Step step{.parent = root, .name = {}, .path = {}};
+  for (auto name = takeFirstName(names); folder && !name.empty(); name = takeFirstName(names)) {
+    step.name = name;
+    step.path += '/' + step.name;
+    auto next = enterNext(step, ifMissing);
+    folder = std::move(next);
+    if (folder) step.parent = folder->get();
+  }
+  return folder;
+}
+
+FileResult<FileDescriptor> TargetTree::enterNext(const Step& step, IfMissing ifMissing) {
+  const char* const name = step.name.c_str();
+  auto folder = openPlace(step.parent, name, FinalLink::refused);
+  if (!folder && folder.error().code == ENOENT && ifMissing == IfMissing::create) {
+    if (const auto created = createFolder(step.parent, name); !created)
+      return tl::make_unexpected(created.error());
+    folder = openPlace(step.parent, name, FinalLink::refused);
+  }
+  if (folder || !isLink(step.parent, name)) return folder;
+  return followLink(step);
+}
+
+FileResult<FileDescriptor> TargetTree::followLink(const Step& step) {
+  auto folder = openPlace(step.parent, step.name.c_str(), FinalLink::followed);
+  if (!folder) return folder;
+  const auto identity = identityOf(folder->get());
+  if (!identity) return tl::make_unexpected(identity.error());
+  const MutexLock lock(mutex_);
+  if (followsNewLinks_) links_.emplace(step.path, *identity);
+  const auto known = links_.find(step.path);
+  if (known == links_.end() || known->second != *identity) return tl::make_unexpected(newLink());
+  return folder;
+}
+
+FileResult<TargetTree::Identity> TargetTree::identityOf(int folder) {
+  struct stat status = {};
+  if (::fstat(folder, &status) < 0) return failure();
+  return Identity{.volume = status.st_dev, .number = status.st_ino};
+}
+
+}  // namespace kestrova

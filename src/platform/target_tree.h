@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/file_descriptor.h"
+#include "platform/file_manager.h"
+#include "platform/mutex.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <sys/types.h>
+
+namespace kestrova {
+
+/// A run's target folder and the folders below it. The folder itself is opened once: what is written later
+/// goes to this very folder, wherever its path leads by then. Folders below it are entered from there, and a
+/// symbolic link on the way is followed only if it was met before `followNoNewLinks`, and only to the folder
+/// that it led to then. Callable from any thread.
+class TargetTree final : public HeldTarget {
+ public:
+  explicit TargetTree(const Path& root);
+
+  /// Whether the path is that of the target folder or of something below it. Paths with ".." are not.
+  bool holds(const Path& folder) const { return namesBelow(folder).has_value(); }
+
+  /// Opens a folder that this holds, as a place to start paths from.
+  FileResult<FileDescriptor> enter(const Path& folder) { return walk(folder, IfMissing::fail); }
+  /// The same, after creating what is missing of it, the target folder included.
+  FileResult<FileDescriptor> create(const Path& folder) { return walk(folder, IfMissing::create); }
+
+  void followNoNewLinks() override;
+
+ private:
+  enum class IfMissing { fail, create };
+
+  /// Which folder it is, whatever its names.
+  struct Identity {
+    dev_t volume = 0;
+    ino_t number = 0;
+    bool operator==(const Identity&) const = default;
+  };
+
+  struct Step {
+    int parent = -1;
+    std::string name;
+    std::string path;  ///< from the target folder
+  };
+
+  static FileResult<Identity> identityOf(int folder);
+  std::optional<std::string_view> namesBelow(const Path& folder) const;
+  FileResult<FileDescriptor> walk(const Path& folder, IfMissing ifMissing);
+  FileResult<int> openRoot(IfMissing ifMissing);
+  FileResult<FileDescriptor> openRootAnew(IfMissing ifMissing);
+  FileResult<FileDescriptor> walkByNames(int root, std::string_view names, IfMissing ifMissing);
+  FileResult<FileDescriptor> enterNext(const Step& step, IfMissing ifMissing);
+  FileResult<FileDescriptor> followLink(const Step& step);
+
+  const Path root_;
+  Mutex mutex_;
+  FileDescriptor opened_ GUARDED_BY(mutex_);                  ///< the target folder, once there is one
+  std::map<std::string, Identity> links_ GUARDED_BY(mutex_);  ///< by their paths from the target folder
+  bool followsNewLinks_ GUARDED_BY(mutex_) = true;
+};
+
+}  // namespace kestrova
