@@ -285,6 +285,7 @@ class OrganiseManager {
   GuardedValue<RunState> runState_;
   std::unordered_set<std::size_t> plannedTargets_;  // hashes; of the planner
   std::array<std::atomic<bool>, rowGroups> refreshPending_{};
+  std::shared_ptr<HeldTarget> heldTarget_;  ///< from planning to the run's end; the workers'
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

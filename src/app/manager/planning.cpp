@@ -21,6 +21,7 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
   processQueue->setSuspended(true);
   processQueue->setMaxConcurrentOperationCount(1);
   refreshTimeZone();
+  if (const auto target = targetPath.get()) heldTarget_ = host_.files->holdTarget(*target);
   try {
     planFiles(operation);
   } catch (const std::exception& error) {
@@ -155,6 +156,7 @@ void OrganiseManager::queueEntry(const PlanEntry& entry, const InvocationOperati
 }
 
 void OrganiseManager::endPlanning() {
+  if (heldTarget_) heldTarget_->followNoNewLinks();
   post([this] {
     processBar->stopAnimation();
     processBar->setIndeterminate(false);

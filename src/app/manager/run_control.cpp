@@ -63,6 +63,7 @@ void OrganiseManager::startRun() {
   processQueue->addObserver("operations",
                             [this](std::string_view, const OperationQueue& queue) { noticeEnd(queue); });
   runState_ = RunState{.phase = RunPhase::scanning};
+  heldTarget_.reset();
   const auto scan = std::make_shared<InvocationOperation>();
   scan->init(this, &OrganiseManager::analyseSourceOperation);
   processQueue->addOperation(scan);
@@ -112,6 +113,7 @@ void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const Ope
   if (&ofObject != processQueue.get() || keyPath != "operations") return;
   if (ofObject.operationCount() > 0) return;
   log(QStringLiteral("queue has completed"));
+  heldTarget_.reset();
   if (!haserror) setStatus(QStringLiteral("Completed"));
   if (hasstopped) setStatus(QStringLiteral("Stopped"));
   post([this] { showEnded(); });
