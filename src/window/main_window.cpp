@@ -25,6 +25,14 @@ namespace {
 constexpr double headingScale = 1.15;
 constexpr int buttonPadding = 12;  // points, both sides together
 
+// Whatever was proposed: after a move the other program would delete the folder.
+bool acceptAsCopy(QDropEvent& event) {
+  const bool mayCopy = event.possibleActions().testFlag(Qt::CopyAction);
+  if (mayCopy) event.setDropAction(Qt::CopyAction);
+  event.setAccepted(mayCopy);
+  return mayCopy;
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Host host, std::shared_ptr<DesktopStatus> desktop)
@@ -98,15 +106,18 @@ bool MainWindow::isOverTarget(QPointF place) const {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!foldersIn(*event->mimeData()).empty()) event->acceptProposedAction();
+  if (!foldersIn(*event->mimeData()).empty()) acceptAsCopy(*event);
 }
 
 void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
+  if (!acceptAsCopy(*event)) {
+    dropHighlight_.hide();
+    return;
+  }
   if (isOverTarget(event->position()))
     dropHighlight_.showOver(*ui_->targetStep, tr("Make this the target folder"));
   else
     dropHighlight_.showOver(*ui_->sourceList, tr("Add to the source folders"));
-  event->acceptProposedAction();
 }
 
 void MainWindow::dragLeaveEvent(QDragLeaveEvent*) { dropHighlight_.hide(); }
@@ -114,13 +125,12 @@ void MainWindow::dragLeaveEvent(QDragLeaveEvent*) { dropHighlight_.hide(); }
 void MainWindow::dropEvent(QDropEvent* event) {
   dropHighlight_.hide();
   const auto folders = foldersIn(*event->mimeData());
-  if (folders.empty()) return;
+  if (folders.empty() || !acceptAsCopy(*event)) return;
   if (isOverTarget(event->position())) {
     interface_.manager.setTarget(folders.front());
   } else {
     for (const Path& folder : folders) interface_.manager.addSource(folder);
   }
-  event->acceptProposedAction();
 }
 
 // --- Options ---

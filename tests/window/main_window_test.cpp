@@ -5,15 +5,12 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDragEnterEvent>
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QProgressBar>
 #include <QSettings>
 #include <QTimer>
-#include <QUrl>
 
 #include <gmock/gmock.h>
 
@@ -133,86 +130,6 @@ TEST_F(AWindow, RemovesTheSelectedRowsByButton) {
   click("buttonRemoveSource");
   EXPECT_THAT(rows(), ElementsAre(QStringLiteral("/sources/a"), QStringLiteral("/sources/c")));
   EXPECT_FALSE(isEnabled("buttonRemoveSource")) << "nothing is selected any more";
-}
-
-class ADrop : public AWindow {
- protected:
-  /// Comes into the window there.
-  void drag(const Path& path, QPoint place) {
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path.native()))});
-    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(window.get(), &enter);
-    isTaken = enter.isAccepted();
-    if (!isTaken) return;
-    QDragMoveEvent moved(place, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(window.get(), &moved);
-  }
-  DropHighlight& highlight() { return *window->findChild<DropHighlight*>(); }
-  void drop(const Path& path, QPoint place) {
-    drag(path, place);
-    if (!isTaken) return;
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path.native()))});
-    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(window.get(), &drop);
-  }
-  QPoint middleOf(const char* name) {
-    auto& place = widget<QWidget>(name);
-    return place.mapTo(window.get(), place.rect().center());
-  }
-  /// Who would be asked about a drop there.
-  QWidget* receiverAt(QPoint place) {
-    auto* receiver = window->childAt(place);
-    while (receiver && !receiver->acceptDrops()) receiver = receiver->parentWidget();
-    return receiver;
-  }
-  bool isTaken = false;
-};
-
-TEST_F(ADrop, OnTheWindowAddsASource) {
-  open();
-  const QPoint place = middleOf("sourceList");
-  EXPECT_EQ(receiverAt(place), window.get());
-  drop(folder.path(), place);
-  EXPECT_THAT(controls().manager.sourcePathList.get(), ElementsAre(folder.path()));
-  EXPECT_THAT(rows(), ElementsAre(QString::fromStdString(folder.path().native())));
-}
-
-TEST_F(ADrop, OnTheSecondStepSetsTheTarget) {
-  open();
-  drop(folder.path(), middleOf("targetStep"));
-  EXPECT_EQ(controls().manager.targetPath.get(), folder.path());
-  EXPECT_TRUE(rows().isEmpty());
-}
-
-TEST_F(ADrop, IsAnnouncedWhereItWouldLand) {
-  open();
-  EXPECT_FALSE(highlight().isVisible());
-  drag(folder.path(), middleOf("sourceList"));
-  EXPECT_TRUE(highlight().isVisible());
-  EXPECT_EQ(highlight().promise(), QStringLiteral("Add to the source folders"));
-  EXPECT_TRUE(highlight().geometry().contains(middleOf("sourceList")));
-  drag(folder.path(), middleOf("targetStep"));
-  EXPECT_EQ(highlight().promise(), QStringLiteral("Make this the target folder"));
-  EXPECT_TRUE(highlight().geometry().contains(middleOf("targetStep")));
-  EXPECT_FALSE(highlight().geometry().contains(middleOf("sourceList")));
-  EXPECT_EQ(receiverAt(middleOf("targetStep")), window.get()) << "the highlight is not in the way";
-  QDragLeaveEvent leave;
-  QApplication::sendEvent(window.get(), &leave);
-  EXPECT_FALSE(highlight().isVisible());
-}
-
-TEST_F(ADrop, IsNoLongerAnnouncedOnceItIsDone) {
-  open();
-  drop(folder.path(), middleOf("sourceList"));
-  EXPECT_FALSE(highlight().isVisible());
-}
-
-TEST_F(ADrop, OfAFileIsRefused) {
-  open();
-  drop(writeFile(folder / "a.jpg", "photo"), middleOf("sourceList"));
-  EXPECT_FALSE(isTaken);
 }
 
 TEST_F(AWindow, IsReachedWhollyByTheTabKey) {
