@@ -4,11 +4,11 @@
 #include "platform/file_manager.h"
 #include "platform/file_system.h"
 #include "platform/folder.h"
+#include "platform/guarded_value.h"
 #include "platform/item_attributes.h"
 #include "platform/long_path.h"
 #include "platform/pending_file.h"
 #include "platform/regular_file.h"
-#include "platform/shared_value.h"
 #include "platform/target_check.h"
 #include "platform/target_tree.h"
 
@@ -116,7 +116,7 @@ class SystemFileManager final : public FileManager {
   }
 
   const Staging staging_;
-  Snapshot<std::weak_ptr<TargetTree>> target_;
+  GuardedValue<std::weak_ptr<TargetTree>> target_;
 };
 
 }  // namespace
