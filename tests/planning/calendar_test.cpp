@@ -14,7 +14,7 @@ namespace {
 DateParts partsOf(std::string_view text) { return splitDate(parseLocalTime(text).value()); }
 
 /// Midnight UTC.
-Date dayOf(int year, unsigned month, unsigned day) {
+Date dayOf(int year, int month, int day) {
   const auto days = std::chrono::sys_days(std::chrono::year(year) / month / day).time_since_epoch();
   return {.seconds = std::chrono::seconds(days).count()};
 }

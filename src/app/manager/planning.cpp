@@ -83,16 +83,12 @@ void OrganiseManager::planFile(const Path& file, const InvocationOperation& plan
 
   const auto target = targetOf(file, facts, dateOf(file, metadata), options.folderFormat);
   const FileResult<bool> exists = target ? host_.files->fileExists(*target) : false;
-  if (!exists) {
-    settle({.outcome = Outcome::failed,
+  if (!exists || *exists) {
+    settle({.outcome = exists ? Outcome::exists : Outcome::failed,
             .source = file,
             .target = target,
             .sourceSize = facts.size,
-            .error = exists.error().message});
-    return;
-  }
-  if (*exists) {
-    settle({.outcome = Outcome::exists, .source = file, .target = target, .sourceSize = facts.size});
+            .error = exists ? std::string() : exists.error().message});
     return;
   }
   queueEntry({chooseHandler(facts, metadata, options),
