@@ -57,26 +57,28 @@ class Check {
     return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
   }
 
-  void walk(const Path& root, const std::function<void(const WalkedFile&)>& visit) {
-    FolderWalk folderWalk;
-    folderWalk.wants = [](std::string_view) { return true; };
-    folderWalk.keepsGoing = [this] { return !isStopped(); };
-    folderWalk.visits = visit;
-    walkFolder(*systemFileManager(), root, folderWalk);
+  FolderWalk walkOf(const std::function<void(const WalkedFile&)>& visit) {
+    FolderWalk walk;
+    walk.wants = [](std::string_view) { return true; };
+    walk.keepsGoing = [this] { return !isStopped(); };
+    walk.visits = visit;
+    return walk;
   }
 
   void listSources() {
     const ExtensionFilter media = allMedia();
-    for (const Path& source : request_.sources) {
-      walk(source, [&](const WalkedFile& file) {
-        const std::string name = file.path.filename().native();
-        if (media.accepts(name)) {
-          files_.push_back({.path = file.path, .size = file.size});
-        } else {
-          result_.leftBehind.add(name, file.size);
-        }
-      });
-    }
+    FolderWalk walk = walkOf([&](const WalkedFile& file) {
+      const std::string name = file.path.filename().native();
+      if (media.accepts(name)) {
+        files_.push_back({.path = file.path, .size = file.size});
+      } else {
+        result_.leftBehind.add(name, file.size);
+      }
+    });
+    walk.cannotRead = [&](const Path& path, const FileError& error) {
+      result_.unreadable.push_back({path, error.message});
+    };
+    for (const Path& source : request_.sources) walkFolder(*systemFileManager(), source, walk);
   }
 
   void groupBySize() {
@@ -91,13 +93,14 @@ class Check {
     std::vector<Path> sources;
     for (const Path& source : request_.sources) sources.push_back(resolvedPath(source));
     const Path target = resolvedPath(request_.target);
-    walk(target, [&](const WalkedFile& file) {
+    const FolderWalk walk = walkOf([&](const WalkedFile& file) {
       const auto group = groups_.find(file.size);
       if (group == groups_.end()) return;
       const auto holdsFile = [&](const Path& source) { return isInside(file.path, source); };
       if (std::ranges::any_of(sources, holdsFile) || fs::is_symlink(fs::symlink_status(file.path))) return;
       group->second.candidates.push_back(file.path);
     });
+    walkFolder(*systemFileManager(), target, walk);
   }
 
   void compare() {

@@ -1,6 +1,7 @@
 #include "report/check.h"
 
 #include "support/temporary_folder.h"
+#include "support/without_privileges.h"
 
 #include <gmock/gmock.h>
 
@@ -82,6 +83,21 @@ TEST_F(CheckTest, AcceptsAPhotoThatARecordProves) {
   const Path other = writeFile(card / "IMG_2.JPG", "other");
   request.isRewrittenInTarget = [&](const Path& path) { return path == photo; };
   EXPECT_THAT(check().missing, ElementsAre(IsAt(other)));
+}
+
+TEST_F(CheckTest, IsNotSafeWhenAFolderCannotBeRead) {
+  if (!test::canLosePrivileges()) GTEST_SKIP() << "unreadable folders cannot be made here";
+  writeFile(card / "locked/IMG_1.JPG", "one");
+  fs::permissions(folder.path(), fs::perms::all);
+  fs::permissions(card / "locked", fs::perms::none);
+  CheckResult result;
+  {
+    const test::WithoutPrivileges ordinaryUser;
+    result = check();
+  }
+  fs::permissions(card / "locked", fs::perms::owner_all);
+  EXPECT_FALSE(result.isSafe());
+  EXPECT_THAT(result.unreadable, ElementsAre(IsAt(card / "locked")));
 }
 
 TEST_F(CheckTest, IsNotSafeWhenItWasStopped) {

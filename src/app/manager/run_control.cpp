@@ -63,7 +63,6 @@ void OrganiseManager::startRun() {
   processQueue->addObserver("operations",
                             [this](std::string_view, const OperationQueue& queue) { noticeEnd(queue); });
   runState_ = RunState{.phase = RunPhase::scanning};
-  heldTarget_.reset();
   const auto scan = std::make_shared<InvocationOperation>();
   scan->init(this, &OrganiseManager::analyseSourceOperation);
   processQueue->addOperation(scan);
@@ -92,8 +91,10 @@ void OrganiseManager::endEarly(RunEnd end) {
 // A run that ends before its operations were planned is not reported, but the front ends must know of its
 // end all the same.
 void OrganiseManager::noticeEnd(const OperationQueue& queue) {
+  if (queue.operationCount() > 0) return;
+  heldTarget_.reset();
   const bool isReported = runState().phase == RunPhase::executing;
-  if (queue.operationCount() == 0 && !isReported) postEnd();
+  if (!isReported) postEnd();
 }
 
 void OrganiseManager::postEnd() {
@@ -113,7 +114,6 @@ void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const Ope
   if (&ofObject != processQueue.get() || keyPath != "operations") return;
   if (ofObject.operationCount() > 0) return;
   log(QStringLiteral("queue has completed"));
-  heldTarget_.reset();
   if (!haserror) setStatus(QStringLiteral("Completed"));
   if (hasstopped) setStatus(QStringLiteral("Stopped"));
   post([this] { showEnded(); });
