@@ -267,7 +267,7 @@ class OrganiseManager {
   FileResult<void> checkIsAsPlanned(const OperationRecord& record) const;
   void resizeRecord(const OperationRecord& record);
   void rewrite(const OperationRecord& record);
-  void writePhoto(const OperationRecord& record, const Rewriting& rewriting);
+  void writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting);
   void copyUndecodable(const OperationRecord& record, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
   void prepareFolderOf(const Path& file);

@@ -1,12 +1,10 @@
 #include "platform/file_reader.h"
 
-#include "platform/file_error.h"
 #include "platform/regular_file.h"
 
 #include <utility>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace kestrova {
 
@@ -22,34 +20,12 @@ FileResult<FileReader> FileReader::open(const Path& path, ReadFrom from) {
                     FileIdentity{status.st_dev, status.st_ino});
 }
 
-namespace {
-
-/// Calls `readSome(bytes already there)` until the buffer is full or the file ends.
-template <typename ReadSome>
-FileResult<std::size_t> fill(std::size_t size, const ReadSome& readSome) {
-  std::size_t filled = 0;
-  while (filled < size) {
-    const ssize_t count = uninterrupted([&] { return readSome(filled); });
-    if (count < 0) return failure();
-    if (count == 0) break;
-    filled += static_cast<std::size_t>(count);
-  }
-  return filled;
-}
-
-}  // namespace
-
 FileResult<std::size_t> FileReader::read(std::span<std::uint8_t> buffer) {
-  return fill(buffer.size(), [&](std::size_t filled) {
-    return ::read(file_.get(), buffer.data() + filled, buffer.size() - filled);
-  });
+  return fillFrom(file_.get(), buffer);
 }
 
 FileResult<std::size_t> FileReader::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const {
-  return fill(buffer.size(), [&](std::size_t filled) {
-    return ::pread(file_.get(), buffer.data() + filled, buffer.size() - filled,
-                   static_cast<off_t>(offset + filled));
-  });
+  return fillFrom(file_.get(), offset, buffer);
 }
 
 }  // namespace kestrova

@@ -21,6 +21,19 @@ FileResult<RegularFile> examine(FileDescriptor file) {
   return regular;
 }
 
+/// Calls `readSome(bytes already there)` until the buffer is full or the file ends.
+template <typename ReadSome>
+FileResult<std::size_t> fill(std::size_t size, const ReadSome& readSome) {
+  std::size_t filled = 0;
+  while (filled < size) {
+    const ssize_t count = uninterrupted([&] { return readSome(filled); });
+    if (count < 0) return failure();
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+  }
+  return filled;
+}
+
 }  // namespace
 
 FileResult<RegularFile> openRegularFile(const Path& path) {
@@ -32,16 +45,23 @@ FileResult<RegularFile> openRegularFile(const Path& path) {
   return examine(std::move(*file));
 }
 
+FileResult<std::size_t> fillFrom(int file, std::span<std::uint8_t> buffer) {
+  return fill(buffer.size(), [&](std::size_t filled) {
+    return ::read(file, buffer.data() + filled, buffer.size() - filled);
+  });
+}
+
+FileResult<std::size_t> fillFrom(int file, std::uint64_t offset, std::span<std::uint8_t> buffer) {
+  return fill(buffer.size(), [&](std::size_t filled) {
+    return ::pread(file, buffer.data() + filled, buffer.size() - filled, static_cast<off_t>(offset + filled));
+  });
+}
+
 FileResult<Bytes> readBytes(int file, std::size_t count) try {
   Bytes bytes(count);
-  std::size_t filled = 0;
-  while (filled < count) {
-    const ssize_t read = uninterrupted([&] { return ::read(file, bytes.data() + filled, count - filled); });
-    if (read < 0) return failure();
-    if (read == 0) break;
-    filled += static_cast<std::size_t>(read);
-  }
-  bytes.resize(filled);
+  const auto filled = fillFrom(file, bytes);
+  if (!filled) return tl::make_unexpected(filled.error());
+  bytes.resize(*filled);
   return bytes;
 } catch (const std::exception&) {  // more than the memory holds
   return failure(ENOMEM);

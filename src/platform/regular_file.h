@@ -16,6 +16,12 @@ struct RegularFile {
 /// is waited for: ENXIO, EISDIR or ENOTSUP.
 FileResult<RegularFile> openRegularFile(const Path& path);
 
+/// Fills the buffer from the current offset, or less of it at the file's end; returns how many bytes there
+/// are.
+FileResult<std::size_t> fillFrom(int file, std::span<std::uint8_t> buffer);
+/// The same from an offset of its own.
+FileResult<std::size_t> fillFrom(int file, std::uint64_t offset, std::span<std::uint8_t> buffer);
+
 /// Up to `count` bytes from the current offset.
 FileResult<Bytes> readBytes(int file, std::size_t count);
 

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 
 namespace kestrova::report {

@@ -4,7 +4,6 @@
 #include "report/timestamps.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
 #include <utility>
 

@@ -3,11 +3,11 @@
 #include "platform/append_file.h"
 #include "platform/create_folders.h"
 #include "platform/file_error.h"
+#include "report/timestamps.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
-#include <ctime>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -22,14 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t stampLength = 16;  // 20261121T101502Z
 constexpr int mostAttempts = 10000;
-
-std::string stampOf(std::chrono::sys_seconds start) {
-  const std::time_t seconds = start.time_since_epoch().count();
-  std::tm utc{};
-  gmtime_r(&seconds, &utc);
-  char text[32];
-  return {text, std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &utc)};
-}
 
 /// A run's start and its number among those of the same second: ids in the order of their runs.
 using Order = std::pair<std::string, int>;
@@ -56,7 +48,7 @@ std::optional<Path> runsFolder() {
 
 FileResult<Path> createRunFolder(const Path& runs, std::chrono::sys_seconds start) {
   if (const auto created = createFolders(runs); !created) return tl::make_unexpected(created.error());
-  const std::string stamp = stampOf(start);
+  const std::string stamp = utcText(start, "%Y%m%dT%H%M%SZ");
   for (int number = 1; number <= mostAttempts; ++number) {
     const Path folder = runs / (number == 1 ? stamp : stamp + '-' + std::to_string(number));
     if (::mkdir(folder.c_str(), 0700) == 0) return folder;

@@ -5,7 +5,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <ctime>
 
 namespace kestrova::report {
 
@@ -67,14 +66,6 @@ std::optional<RunInfo> readRunInfo(const FileManager& files, const Path& run) {
   info.result = textIn(object, "result");
   info.counts = object.value(QStringLiteral("counts")).toObject();
   return info;
-}
-
-std::string utcText(std::chrono::sys_seconds time) {
-  const std::time_t seconds = time.time_since_epoch().count();
-  std::tm utc{};
-  gmtime_r(&seconds, &utc);
-  char buffer[32];
-  return {buffer, std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%SZ", &utc)};
 }
 
 }  // namespace kestrova::report

@@ -29,7 +29,4 @@ FileResult<void> writeRunInfo(FileManager& files, const Path& run, const RunInfo
 /// Reads it; nothing where there is none or it is damaged.
 std::optional<RunInfo> readRunInfo(const FileManager& files, const Path& run);
 
-/// Now, as times stand in run.json.
-std::string utcText(std::chrono::sys_seconds time);
-
 }  // namespace kestrova::report

@@ -1,5 +1,7 @@
 #include "report/timestamps.h"
 
+#include <ctime>
+
 namespace kestrova::report {
 
 namespace {
@@ -17,6 +19,14 @@ std::string nanosecondsText(const Date& date) {
   const std::string digits = std::to_string(rest);
   if (seconds == 0) return (date.seconds < 0 ? "-" : "") + digits;
   return std::to_string(seconds) + std::string(digitsOfNanoseconds - digits.size(), '0') + digits;
+}
+
+std::string utcText(std::chrono::sys_seconds time, const char* format) {
+  const std::time_t seconds = time.time_since_epoch().count();
+  std::tm utc{};
+  gmtime_r(&seconds, &utc);
+  char text[32];
+  return {text, std::strftime(text, sizeof text, format, &utc)};
 }
 
 }  // namespace kestrova::report

@@ -62,10 +62,6 @@ TEST_F(RunInfoTest, IsNothingWhereItIsDamagedOrMissing) {
   EXPECT_FALSE(readRunInfo(*files, run));
 }
 
-TEST(UtcText, IsIso8601) {
-  EXPECT_EQ(utcText(std::chrono::sys_seconds(std::chrono::seconds(1795256102))), "2026-11-21T10:15:02Z");
-}
-
 }  // namespace
 
 }  // namespace kestrova::report

@@ -1,7 +1,8 @@
 #include "report/timestamps.h"
 
-#include <gtest/gtest.h>
 #include <limits>
+
+#include <gtest/gtest.h>
 
 namespace kestrova::report {
 
@@ -22,6 +23,10 @@ TEST(Timestamps, AreNegativeBefore1970) {
 
 TEST(Timestamps, CountBackToTheFirstInstantThatASystemCanName) {
   EXPECT_EQ(nanosecondsText({std::numeric_limits<std::int64_t>::min(), 0}), "-9223372036854775808000000000");
+}
+
+TEST(UtcText, IsIso8601) {
+  EXPECT_EQ(utcText(std::chrono::sys_seconds(std::chrono::seconds(1795256102))), "2026-11-21T10:15:02Z");
 }
 
 }  // namespace

@@ -66,18 +66,18 @@ void OrganiseManager::rewrite(const OperationRecord& record) {
   } else if (rewriting->isLeftOut) {
     leaveOut(verdict.source, verdict.sourceSize);
   } else {
-    writePhoto(record, *rewriting);
+    writePhoto(record, verdict, *rewriting);
   }
 }
 
 // A photo that cannot be written ends the run, whatever the reason: the volume is taken for full.
-void OrganiseManager::writePhoto(const OperationRecord& record, const Rewriting& rewriting) {
-  Verdict verdict = verdictOn(record);
+void OrganiseManager::writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting) {
   if (const auto unchanged = checkIsAsPlanned(record); !unchanged) {
     settleFailure(verdict, unchanged.error());
     return;
   }
-  const auto written = host_.files->writeDataReplacing(rewriting.photo.bytes, record.file("to").value_or(Path()));
+  const auto written =
+      host_.files->writeDataReplacing(rewriting.photo.bytes, record.file("to").value_or(Path()));
   if (!written) {
     settleFailure(verdict, written.error());
     endForFullVolume(QStringLiteral("No space left!!!!!"));
