@@ -201,13 +201,15 @@ class OrganiseManager {
  private:
   /// Runs the block on the main thread, unless the controller is gone by then.
   void post(std::function<void()> block);
+  /// The same for a block of a stage: it does nothing if the stage has been cancelled by then.
+  void postFrom(const InvocationOperation& stage, std::function<void()> block);
   /// What becomes of a file, said once: raises its counters, has them shown, tells the listener.
   void settle(const Verdict& verdict);
 
   // Scan
-  void beginScan();
+  void beginScan(const InvocationOperation& operation);
   void resetCounters();
-  void clearLabels();
+  void clearLabels(const InvocationOperation& operation);
   enum class WalkEnd { complete, cancelled, suspended };
   WalkEnd walkSources(const InvocationOperation& operation);
   void takeFile(const Path& path, std::uint64_t size);
@@ -225,6 +227,8 @@ class OrganiseManager {
   void updateTargetTotals();
   /// Posts a block that shows the rows, unless one is pending: another would show nothing more.
   void refresh(Rows rows);
+  /// From here on no block counts as pending: the labels are about to be cleared.
+  void forgetPendingRefreshes();
   void show(Rows rows);
   void showProgress();
 
@@ -244,7 +248,7 @@ class OrganiseManager {
   std::optional<Path> targetOf(const Path& file, const FileFacts& facts, Date date,
                                FolderFormat format) const;
   void queueEntry(const PlanEntry& entry, const InvocationOperation& planner);
-  void endPlanning();
+  void endPlanning(const InvocationOperation& planner);
 
   // Run control
   void pauseOrContinue();

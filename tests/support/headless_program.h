@@ -31,6 +31,9 @@ class FakePowerAssertions : public PowerAssertions {
   std::optional<std::uint32_t> create(const QString& reason) override;
   void release(std::uint32_t identifier) override;
 
+  /// Called first by `create`; set before a run.
+  std::function<void()> onCreate = [] {};
+
   std::vector<QString> reasons() const;
   std::vector<std::uint32_t> released() const;
 

@@ -13,7 +13,7 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
   appStatus = 2;
   enter(RunPhase::planning);
   plannedTargets_.clear();
-  post([this] {
+  postFrom(operation, [this] {
     processBar->setIndeterminate(true);
     processBar->startAnimation();
     buttonStart->setEnabled(false);
@@ -42,7 +42,7 @@ void OrganiseManager::planFiles(const InvocationOperation& planner) {
     setStatus(QStringLiteral("Deciding operations %1").arg(++number));
     planOrSettle(entry, planner);
   }
-  endPlanning();
+  endPlanning(planner);
 }
 
 // Of a file that raises an exception, and of all after it, nothing comes in this run.
@@ -151,9 +151,9 @@ void OrganiseManager::queueEntry(const PlanEntry& entry, const InvocationOperati
   if (planner.isCancelled()) operation->cancel();
 }
 
-void OrganiseManager::endPlanning() {
+void OrganiseManager::endPlanning(const InvocationOperation& planner) {
   if (heldTarget_) heldTarget_->followNoNewLinks();
-  post([this] {
+  postFrom(planner, [this] {
     processBar->stopAnimation();
     processBar->setIndeterminate(false);
     processBar->setMaxValue(static_cast<double>(sTotalCount));

@@ -6,7 +6,7 @@
 namespace kestrova {
 
 void OrganiseManager::analyseSourceOperation(const InvocationOperation& operation) {
-  beginScan();
+  beginScan(operation);
   const WalkEnd end = walkSources(operation);
   if (end == WalkEnd::cancelled) {
     log(QStringLiteral("CANCELLLED"));
@@ -21,7 +21,7 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
     endEarly(RunEnd::stopped);
     return;
   }
-  post([this] {
+  postFrom(operation, [this] {
     sourceProgress->stopAnimation();
     sourceProgress->setHidden(true);
     processBar->setHidden(false);
@@ -36,9 +36,9 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
   }
 }
 
-void OrganiseManager::beginScan() {
+void OrganiseManager::beginScan(const InvocationOperation& operation) {
   appStatus = 1;
-  post([this] { buttonStart->setEnabled(false); });
+  postFrom(operation, [this] { buttonStart->setEnabled(false); });
   setStatus(QStringLiteral("Process started!"));
   if (const auto identifier = host_.power->create(QStringLiteral("Kestrova Process")))
     assertionID = *identifier;
@@ -46,7 +46,7 @@ void OrganiseManager::beginScan() {
   duplicateList.clear();
   hashList.clear();
   resetCounters();
-  clearLabels();
+  clearLabels(operation);
 }
 
 void OrganiseManager::resetCounters() {
@@ -60,8 +60,8 @@ void OrganiseManager::resetCounters() {
 }
 
 // The video and total labels of the source side keep the last run's numbers until the first file is counted.
-void OrganiseManager::clearLabels() {
-  post([this] {
+void OrganiseManager::clearLabels(const InvocationOperation& operation) {
+  postFrom(operation, [this] {
     processBar->setHidden(true);
     sourceProgress->setHidden(false);
     sourceProgress->setIndeterminate(true);
@@ -75,6 +75,7 @@ void OrganiseManager::clearLabels() {
       (*label)->setStringValue(QString());
     }
   });
+  forgetPendingRefreshes();
 }
 
 OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation& operation) {

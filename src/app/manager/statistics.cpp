@@ -167,6 +167,10 @@ void OrganiseManager::refresh(Rows rows) {
   });
 }
 
+void OrganiseManager::forgetPendingRefreshes() {
+  for (auto& pending : refreshPending_) pending = false;
+}
+
 void OrganiseManager::show(Rows rows) {
   static_assert(rowGroupTable.size() == rowGroups);
   const RowGroup& group = rowGroupTable.at(static_cast<std::size_t>(rows));

@@ -7,12 +7,20 @@ OrganiseManager::OrganiseManager(Host host) : host_(std::move(host)) {
   post([this] { loadSettings(); });
 }
 
-// Workers stop before the fields that they use go.
-OrganiseManager::~OrganiseManager() { processQueue.reset(); }
+// Workers end before the fields that they use go, the queue itself among these.
+OrganiseManager::~OrganiseManager() {
+  if (processQueue) processQueue->close();
+}
 
 void OrganiseManager::post(std::function<void()> block) {
   postToMainQueue([alive = std::weak_ptr(alive_), block = std::move(block)] {
     if (!alive.expired()) block();
+  });
+}
+
+void OrganiseManager::postFrom(const InvocationOperation& stage, std::function<void()> block) {
+  post([stage = stage.shared_from_this(), block = std::move(block)] {
+    if (!stage->isCancelled()) block();
   });
 }
 
