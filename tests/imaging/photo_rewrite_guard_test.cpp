@@ -9,6 +9,7 @@
 #include "support/temporary_folder.h"
 
 #include <algorithm>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -206,6 +207,25 @@ TEST(PhotoRewriteGuard, LeavesNothingThatWouldTurnThePixelsAgain) {
       const auto result = rewritten(photo.file, request);
       ASSERT_EQ(result.has_value(), isWritable(photo)) << photo.name;
       if (result) expectUpright(photo, *result, request.size.value_or(PixelSize{height, width}));
+    }
+  }
+}
+
+// The size that the source states may be another one's: only the pixels decide.
+TEST(PhotoRewriteGuard, StatesTheSizeOfTheWrittenPixels) {
+  Block block = plainBlock(false, false);
+  block.block.exif = {tiffLong(0xA002, 4000), tiffLong(0xA003, 3000)};
+  const std::vector<Bytes> photos{jpegWith(block.encode(), 0), pngWith(block.encode()), block.encodeAsFile()};
+  for (const Bytes& photo : photos) {
+    for (const bool upright : {false, true}) {
+      for (const bool scales : {false, true}) {
+        const PixelSize stored = scales ? PixelSize{48, 32} : PixelSize{width, height};
+        const PixelSize seen = upright ? PixelSize{stored.height, stored.width} : stored;
+        const auto size = scales ? std::optional(seen) : std::nullopt;
+        const ExifValues values = exifOf(mustRewrite(photo, {.size = size, .upright = upright}));
+        EXPECT_EQ(values.pixelXDimension, seen.width);
+        EXPECT_EQ(values.pixelYDimension, seen.height);
+      }
     }
   }
 }
