@@ -115,6 +115,8 @@ void appendOther(Bytes& result, const PngChunk& chunk, const MetadataEdit& edit,
   if (!data.empty() || chunk.length == 0) appendChunk(result, chunk.type, data);
 }
 
+std::size_t leaveOutPreview(std::span<std::uint8_t>) { return 0; }
+
 void appendAll(Bytes& result, ByteView png, std::string_view type) {
   visitPngChunks(png, [&](const PngChunk& chunk) {
     if (chunk.type == type) append(result, chunk.whole);
@@ -126,12 +128,15 @@ Bytes joinPng(ByteView file, ByteView pixels, const MetadataEdit& edit, const Pi
   Bytes result(pngSignature.begin(), pngSignature.end());
   ByteView rest = file;
   bool pixelsWritten = false;
+  MetadataEdit remainingEdit = edit;
   visitPngChunks(file, [&](const PngChunk& chunk) {
     rest = file.subspan(static_cast<std::size_t>(chunk.whole.data() + chunk.whole.size() - file.data()));
     if (chunk.type == "IHDR") {
       appendAll(result, pixels, "IHDR");
     } else if (chunk.type != "IDAT") {
-      appendOther(result, chunk, edit, picture);
+      appendOther(result, chunk, remainingEdit, picture);
+      // There should be one eXIf chunk: a thousand previews would be a thousand times the work.
+      if (chunk.type == "eXIf" && edit.turnPreview) remainingEdit.turnPreview = leaveOutPreview;
     } else if (!std::exchange(pixelsWritten, true)) {
       appendAll(result, pixels, "IDAT");
     }

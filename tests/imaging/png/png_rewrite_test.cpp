@@ -1,4 +1,6 @@
+#include "imaging/exif/exif_patch.h"
 #include "imaging/photo_rewrite.h"
+#include "imaging/png/png_chunks.h"
 #include "support/external_tool.h"
 #include "support/rewriting.h"
 #include "support/sample_media.h"
@@ -6,6 +8,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -50,7 +53,7 @@ TEST_P(PngKindTest, KeepsItsLookWhenScaled) {
   const Bytes source = made();
   const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
   EXPECT_THAT(kindOf(result), HasSubstr(GetParam().scaledKind));
-  // Seen on a ground: the colour of what is wholly transparent is nobody's business.
+  // Seen on a background: the colour of fully transparent pixels does not matter.
   const auto seen = picture(
       source, {"-filter", "Lanczos", "-resize", "101x70!", "-background", "orange", "-alpha", "remove"});
   EXPECT_GE(likeness(seen, picture(result, {"-background", "orange", "-alpha", "remove"})), 40);
@@ -131,6 +134,29 @@ TEST(PngRewrite, SetsTheOrientationInXmpWhenItTurns) {
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), {packet("6")});
   EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), packet("1")));
   EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), packet("6")));
+}
+
+TEST(PngRewrite, TurnsThePreviewOfItsFirstExifChunkOnly) {
+  const Bytes block = exifBlock({.orientation = 6, .thumbnail = true}).encode();
+  const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .exif = false}),
+                                  {pngChunk("eXIf", block), pngChunk("eXIf", block)});
+  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  std::vector<bool> hasPreview;
+  visitPngChunks(result, [&](const PngChunk& chunk) {
+    if (chunk.type == "eXIf") hasPreview.push_back(!exifPreview(chunk.data).empty());
+  });
+  EXPECT_EQ(hasPreview, (std::vector<bool>{true, false}));
+}
+
+// Work that grows with the square of the length would not come to an end here.
+TEST(PngRewrite, WithstandsMegabytesOfHostileXmp) {
+  for (const std::string_view part : {"/9j/&", "tiff:ImageWidth=\"9\"", "tiff:Orientation="}) {
+    std::string text("XML:com.adobe.xmp\0\0\0\0\0", 22);
+    while (text.size() < 4'000'000) text += part;
+    const Bytes chunk = pngChunk("iTXt", Bytes(text.begin(), text.end()));
+    const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), {chunk});
+    EXPECT_EQ(sizeOf(mustRewrite(source, {std::nullopt, true}))->stored, (PixelSize{48, 64})) << part;
+  }
 }
 
 TEST(PngRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
