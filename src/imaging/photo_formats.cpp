@@ -31,11 +31,24 @@ RewrittenPhoto rewriteOne(ByteView file, const RewritePlan& plan, const Metadata
 }
 
 constexpr std::array formats{
-    PhotoFormat{ImageType::jpeg, beginsLikeJpeg, readJpegProperties, jpegExifBlock,
-                measureOne<jpegSize, readJpegProperties>, rewriteOne<rewriteJpeg>},
-    PhotoFormat{ImageType::png, beginsLikePng, readPngProperties, pngExifBlock,
-                measureOne<pngSize, readPngProperties>, rewriteOne<rewritePng>},
-    PhotoFormat{ImageType::tiff, beginsLikeTiff, readTiffProperties, wholeFile, measureTiff, rewriteTiff},
+    PhotoFormat{.type = ImageType::jpeg,
+                .isBeginning = beginsLikeJpeg,
+                .properties = readJpegProperties,
+                .exifBlock = jpegExifBlock,
+                .measure = measureOne<jpegSize, readJpegProperties>,
+                .rewrite = rewriteOne<rewriteJpeg>},
+    PhotoFormat{.type = ImageType::png,
+                .isBeginning = beginsLikePng,
+                .properties = readPngProperties,
+                .exifBlock = pngExifBlock,
+                .measure = measureOne<pngSize, readPngProperties>,
+                .rewrite = rewriteOne<rewritePng>},
+    PhotoFormat{.type = ImageType::tiff,
+                .isBeginning = beginsLikeTiff,
+                .properties = readTiffProperties,
+                .exifBlock = wholeFile,
+                .measure = measureTiff,
+                .rewrite = rewriteTiff},
 };
 
 }  // namespace

@@ -12,10 +12,10 @@ namespace kestrova::imaging {
 
 enum class ImageType { jpeg, png, tiff };
 
-/// What can be done with photos of one type. To add a type is to write its room, and its line in the table.
+/// What can be done with photos of one type. A new type needs a folder and an entry in the table.
 struct PhotoFormat {
   ImageType type;
-  /// Whether a file that begins so is of this type.
+  /// Whether a file with these first bytes is of this type.
   bool (*isBeginning)(ByteView prefix) noexcept;
   PhotoProperties (*properties)(ByteView prefix) noexcept;
   /// The first Exif block: a TIFF structure; empty when there is none.
@@ -26,7 +26,7 @@ struct PhotoFormat {
   RewrittenPhoto (*rewrite)(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 };
 
-/// The format of a file by its content; null when it is none that can be read and written.
+/// The format of a file by its content; null when it is not one of these.
 const PhotoFormat* formatOf(ByteView prefix) noexcept;
 
 std::optional<ImageType> imageTypeOf(ByteView prefix) noexcept;

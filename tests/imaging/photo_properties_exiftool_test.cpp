@@ -214,7 +214,7 @@ std::vector<Photo> generatedPhotos() {
   addInEveryFormat(photos, "no digitizing time", {.digitized = "", .taken = "2013:01:02 03:04:05"});
   addInEveryFormat(photos, "Exif pixel size", {.exifPixelSize = true});
   addInEveryFormat(photos, "preview", {.thumbnail = true});
-  addInEveryFormat(photos, "Exif cut off behind the dates",
+  addInEveryFormat(photos, "Exif cut off after the dates",
                    {.orientation = 6, .exifPixelSize = true, .makerNoteBytes = 50000});
   addInEveryFormat(photos, "Exif cut off before the dates", {.orientation = 6, .descriptionBytes = 50000});
   for (const std::string date :

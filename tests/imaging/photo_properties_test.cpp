@@ -153,8 +153,8 @@ TEST(PhotoProperties, TakesTheFirstDigitizingTimeThatHasAText) {
 
 TEST(PhotoProperties, TakesAShortTextThatEndsBeforeTheCut) {
   Bytes block = blockWithExif(tiffText(digitizedTag, std::string_view("2014:05:21\0 13:45:02", 20)));
-  constexpr std::ptrdiff_t behindTheNul = 9;
-  block.erase(block.end() - 1 - behindTheNul, block.end());
+  constexpr std::ptrdiff_t afterTheNul = 9;
+  block.erase(block.end() - 1 - afterTheNul, block.end());
   EXPECT_EQ(digitizedOf(block), "2014:05:21");
 }
 

@@ -11,8 +11,8 @@
 
 namespace kestrova::imaging {
 
-/// Reads numbers of either byte order anywhere in bytes that may hold and lack anything. A read that would
-/// leave the bytes gives nothing; no position or length is too large to ask for. Does not own the bytes.
+/// Reads numbers of either byte order at any position. A read beyond the end returns nothing; no position or
+/// length is too large. Does not own the bytes.
 class ByteReader {
  public:
   ByteReader(ByteView bytes, std::endian order) noexcept : bytes_(bytes), order_(order) {}
@@ -31,7 +31,7 @@ class ByteReader {
     return static_cast<Number>(number);
   }
 
-  /// As many of these bytes as there are.
+  /// These bytes, or as many of them as there are.
   ByteView view(std::uint64_t position, std::uint64_t length) const noexcept {
     const std::uint64_t start = std::min(position, size());
     return bytes_.subspan(start, std::min(length, size() - start));

@@ -8,8 +8,8 @@
 
 namespace kestrova::imaging {
 
-/// Why a photo cannot be decoded or encoded. Thrown by the parts of src/imaging; `rewritePhoto` makes a value
-/// of it.
+/// Why a photo cannot be decoded or encoded. Thrown by the codecs of src/imaging; `measurePhoto` and
+/// `rewritePhoto` return it as a value.
 class ImageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -5,7 +5,7 @@
 namespace kestrova::imaging {
 
 // What reading and writing one photo may cost. A photo that would need more counts as one that cannot be
-// decoded; it is turned down by its headers, before the memory is taken.
+// decoded; its headers show it, before the memory is taken.
 
 /// Most pixels a photo may have.
 inline constexpr std::int64_t maxPixels = 1'000'000'000;
@@ -16,7 +16,7 @@ inline constexpr std::int64_t maxWorkingBytes = 1'000'000'000;
 /// Most bytes one row of decoded pixels may take up: decoders hold several.
 inline constexpr std::int64_t maxRowBytes = 100'000'000;
 
-/// Most scans of a progressive JPEG: honest files have about ten, each one costs a pass over all pixels.
+/// Most scans of a progressive JPEG: real files have about ten, and each one is a pass over all pixels.
 inline constexpr int maxJpegScans = 100;
 
 }  // namespace kestrova::imaging

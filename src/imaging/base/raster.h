@@ -9,7 +9,7 @@
 namespace kestrova::imaging {
 
 /// Rows of pixels of `pixelBytes` bytes each. Rows are padded to whole blocks of eight pixels, as JPEG codecs
-/// want them.
+/// need.
 class Raster {
  public:
   Raster() = default;
@@ -35,7 +35,7 @@ class Raster {
   Bytes samples_;
 };
 
-/// The raster reoriented; the very same one when there is nothing to do.
+/// The raster reoriented; the same one when there is nothing to do.
 Raster reoriented(Raster raster, const Reorientation& reorientation);
 
 }  // namespace kestrova::imaging

@@ -10,7 +10,7 @@
 
 namespace kestrova::imaging {
 
-/// What is to become of a photo.
+/// What to do with a photo.
 struct RewriteRequest {
   /// The wanted pixel size of the written photo as it is *stored* when `upright` is off, and as it is *seen*
   /// when it is on; absent keeps the size.
@@ -20,7 +20,7 @@ struct RewriteRequest {
   bool upright = false;
 };
 
-/// What a request comes to for one photo. Scaling comes before turning, on the axes as they are stored.
+/// A request, worked out for one photo. Scaling comes before turning, on the axes as they are stored.
 struct RewritePlan {
   PixelSize source;  ///< as stored
   PixelSize scaled;  ///< of the result, before it is turned
@@ -32,8 +32,8 @@ struct RewritePlan {
   bool keepsPixels() const { return !scales() && reorientation.isNone(); }
 };
 
-/// Throws ImageError unless the result's pixels stay within the limits; while they are turned, they are there
-/// twice.
+/// Throws ImageError unless the result's pixels stay within the limits; while they are turned, there are two
+/// copies.
 inline void requireAffordable(const RewritePlan& plan, std::int64_t bytesPerPixel) {
   requireAffordable(plan.scaled.width, plan.scaled.height,
                     plan.reorientation.isNone() ? bytesPerPixel : 2 * bytesPerPixel);
@@ -49,7 +49,7 @@ inline RewritePlan planRewrite(const ImageSize& photo, const RewriteRequest& req
           .resetOrientation = request.upright};
 }
 
-/// What became of it.
+/// The result of rewriting a photo.
 struct RewrittenPhoto {
   Bytes bytes;           ///< the file
   int pagesLeftOut = 0;  ///< of a TIFF whose pixels changed: all but one

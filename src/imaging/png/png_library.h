@@ -13,21 +13,21 @@
 
 #include <png.h>
 
-// What libpng needs to be used from C++.
+// What it takes to use libpng from C++.
 namespace kestrova::imaging {
 
 /// Where libpng leaves its calls on an error; a warning counts as one.
 class PngErrors {
  public:
   /// Runs `call`, which calls libpng and keeps no object with a destructor. Throws ImageError from here,
-  /// where no frame of C stands in between.
+  /// where no C frame has to be unwound.
   template <class Call>
   [[gnu::noinline]] void guarded(const Call& call) {
     if (setjmp(escape_) != 0) throw ImageError(message_.data());
     call();
   }
 
-  /// libpng's error and warning function; its error pointer leads to one of these.
+  /// libpng's error and warning function; its error pointer points to a PngErrors.
   static void leave(png_structp png, png_const_charp message);
   static void ignore(png_structp, png_const_charp) {}
 

@@ -24,15 +24,14 @@ inline AxisMapping wholeAxis(int sourceCount, int resultCount) {
 }
 
 /// The weights of a Lanczos-3 filter (Lanczos-windowed sinc of three lobes), widened by the step when the
-/// axis shrinks. Weights of a sample sum to 1; beyond the edges nothing is made up, the weights that remain
-/// take over.
+/// axis shrinks. Weights of a sample sum to 1; at the edges the weights inside the picture are scaled up.
 class LanczosAxis {
  public:
   explicit LanczosAxis(const AxisMapping& mapping);
 
   int resultCount() const { return static_cast<int>(first_.size()); }
   int sourceCount() const { return sourceCount_; }
-  /// Weights a result sample has, a multiple of 4: those that are too many are 0.
+  /// Weights per result sample, a multiple of 4, padded with zeros.
   int taps() const { return taps_; }
   int first(int sample) const { return first_[static_cast<std::size_t>(sample)]; }
   /// Source samples from the first that count.

@@ -19,17 +19,17 @@ struct PixelLayout {
 };
 
 /// Scales a picture by a separable Lanczos-3 filter in floats. Source rows go in from the top, result rows
-/// come out as soon as they can be had; only as many rows as the filter spans are held. Rows are blended
+/// come out as soon as they are complete; only as many rows as the filter spans are held. Rows are blended
 /// before they are narrowed: there are fewer of them then. One thread at a time.
 class Resampler {
  public:
-  /// Throws ImageError when the rows to hold would break the limits.
+  /// Throws ImageError when the rows held would exceed the limits.
   Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout);
 
   /// Takes the next source row.
   void push(const void* row);
-  /// Writes the next result row, if all that it needs has been pushed. To be called until it says no, after
-  /// every push.
+  /// Writes the next result row, if all that it needs has been pushed. To be called after every push until it
+  /// returns false.
   bool pull(void* row);
 
  private:

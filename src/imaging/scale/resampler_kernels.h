@@ -17,7 +17,7 @@ void widen(const std::uint16_t* samples, std::size_t count, float* result);
 void narrow(const float* values, std::size_t count, std::uint8_t* result);
 void narrow(const float* values, std::size_t count, std::uint16_t* result);
 
-/// result[i] = sum of the axis's weights for i times `source`. Up to taps() - 1 floats behind the source's
+/// result[i] = sum of the axis's weights for i times `source`. Up to taps() - 1 floats after the source's
 /// end are read and have to be finite.
 void filterRow(const float* source, const LanczosAxis& axis, float* result);
 

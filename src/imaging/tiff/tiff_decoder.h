@@ -11,8 +11,8 @@ namespace kestrova::imaging {
 /// Decodes one page of a TIFF row by row, however it is cut into strips, tiles and planes.
 class TiffDecoder {
  public:
-  /// Reads the page's directory; throws ImageError when the pixels are of a kind that cannot be written
-  /// again. The file has to outlive the decoder.
+  /// Reads the page's directory; throws ImageError when the pixels are of an unsupported kind. The file has
+  /// to outlive the decoder.
   TiffDecoder(ByteView file, std::uint64_t directory);
 
   const TiffFormat& format() const { return format_; }

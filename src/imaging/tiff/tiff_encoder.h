@@ -4,8 +4,8 @@
 
 namespace kestrova::imaging {
 
-/// Encodes a picture in strips, in the compression of its format if that can be written, with what a page
-/// of `source` says of resolution and colours. Throws ImageError.
+/// Encodes a picture in strips, in the compression of its format if that can be written, with the resolution
+/// and colour tags of a page of `source`. Throws ImageError.
 Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory);
 
 }  // namespace kestrova::imaging

@@ -10,17 +10,18 @@
 
 #include <tiffio.h>
 
-// What libtiff needs to be used on memory, from several threads, and without a word on standard error.
+// What libtiff needs to be used on memory, from several threads, and silently.
 namespace kestrova::imaging {
 
 /// An open TIFF in memory. Any error that libtiff reports, and any warning of its JPEG codec, is kept and
-/// thrown as ImageError by `check`; its warnings about tags are not about pixels and count for nothing.
+/// thrown as ImageError by `check`; its warnings about tags are ignored, as they say nothing about the
+/// pixels.
 class TiffHandle {
  public:
   /// Opens for reading, at the first directory; throws ImageError where there is none. The file has to
   /// outlive the handle.
   explicit TiffHandle(ByteView file);
-  /// At the directory that stands there.
+  /// Opens at the directory at that offset.
   TiffHandle(ByteView file, std::uint64_t directory);
   /// Opens for writing a file of that byte order.
   explicit TiffHandle(bool bigEndian);
@@ -29,9 +30,9 @@ class TiffHandle {
   TiffHandle& operator=(const TiffHandle&) = delete;
 
   TIFF* get() { return tiff_; }
-  /// Throws what went wrong so far; also when `done` is false.
+  /// Throws the first error so far; throws too when `done` is false.
   void check(bool done = true) const;
-  /// Ends writing and gives up what was written.
+  /// Ends writing and returns the file.
   Bytes finish();
 
   /// The value of a tag that holds one number; `otherwise` when it is missing and has no default.

@@ -9,10 +9,10 @@
 namespace kestrova::imaging {
 
 /// The TIFF `result` with all metadata that `source` has (Exif with maker notes and GPS, XMP, IPTC, colour
-/// profile), except further pages and previews stored as pages. Waits for other threads that do the same:
-/// Exiv2's XMP reader is one for all. Throws ImageError.
+/// profile), except further pages and previews stored as pages. One thread at a time: Exiv2's XMP reader is
+/// shared. Throws ImageError.
 ///
-/// `edit` is applied to XMP only. `orientation` is stated where it is given.
+/// Of `edit` only the XMP changes are made here. Sets the orientation where one is given.
 Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit,
                    std::optional<std::int64_t> orientation);
 

@@ -21,17 +21,17 @@ struct TiffPage {
 /// The pages that state a size, in their order; at least one.
 class TiffPages {
  public:
-  /// Throws ImageError when there is no page, or more than anyone has.
+  /// Throws ImageError when there is no page, or more directories than any real file has.
   explicit TiffPages(ByteView file);
 
   const TiffPage& first() const { return pages_.front(); }
-  /// The page of the most pixels, the first of equals.
+  /// The page with the most pixels, the first of equals.
   const TiffPage& largest() const;
   /// The largest width and the largest height, which may be those of two pages.
   PixelSize largestSides() const;
   /// A page that states no orientation has that of the first.
   std::int64_t orientationOf(const TiffPage& page) const;
-  /// Whether no page has to be turned to be seen upright.
+  /// Whether every page is stored upright.
   bool areUpright() const;
   int count() const { return static_cast<int>(pages_.size()); }
 
