@@ -49,7 +49,16 @@ std::string nameOf(ImageType type) {
 
 /// How like two decodings of the same pixels have to be: a JPEG that cannot be turned without loss is encoded
 /// again.
-double turnedLikeness(ImageType type) { return type == ImageType::jpeg ? 38 : 999; }
+// Likenesses in decibels.
+constexpr double differentByRounding = 48;
+constexpr double alikeWhenReencoded = 38;
+constexpr double alikePreview = 30;
+
+double turnedLikeness(ImageType type) { return type == ImageType::jpeg ? alikeWhenReencoded : identical; }
+
+constexpr double alikeWhenScaled = 45;  ///< by another program's Lanczos filter
+constexpr double alikeJpegsWhenScaled = 33;
+constexpr double alikeSmallJpegsWhenScaled = 31;
 
 /// Turned by ImageMagick, which is told the orientation: it does not look for it in every type.
 Picture turnedPicture(const Path& file, std::int64_t orientation,
@@ -86,14 +95,15 @@ class OrientedPhotoTest : public testing::TestWithParam<OrientedType> {
 
 TEST_P(OrientedPhotoTest, StandsUprightInWholeBlocks) {
   const Bytes source = photoOf(type(), sample(208, 144));
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  const Bytes result = turnedUpright(source);
   EXPECT_EQ(readPhotoProperties(result)->orientation, 1);
-  EXPECT_GE(likeness(seen(source), stored(result)), type() == ImageType::jpeg ? 48 : 999);
+  EXPECT_GE(likeness(seen(source), stored(result)),
+            type() == ImageType::jpeg ? differentByRounding : identical);
 }
 
 TEST_P(OrientedPhotoTest, StandsUprightInAnySize) {
   const Bytes source = photoOf(type(), sample(203, 141));
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  const Bytes result = turnedUpright(source);
   EXPECT_EQ(readPhotoProperties(result)->orientation, 1);
   EXPECT_GE(likeness(seen(source), stored(result)), turnedLikeness(type()));
 }
@@ -102,21 +112,21 @@ TEST_P(OrientedPhotoTest, StandsUprightWhenScaled) {
   const Bytes source = photoOf(type(), sample(403, 301));
   const PixelSize whole = test::sizeOf(source)->upright();
   const PixelSize wanted{whole.width * 2 / 5, whole.height * 2 / 5};
-  const Bytes result = mustRewrite(source, {wanted, true});
+  const Bytes result = mustRewrite(source, toSizeUpright(wanted));
   EXPECT_EQ(test::sizeOf(result)->stored, wanted);
   const std::string size = std::to_string(wanted.width) + "x" + std::to_string(wanted.height) + "!";
   EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
-            type() == ImageType::jpeg ? 33 : 45);
+            type() == ImageType::jpeg ? alikeJpegsWhenScaled : alikeWhenScaled);
 }
 
 TEST_P(OrientedPhotoTest, KeepsPixelsAndTagAsStoredWhenNotToBeTurned) {
   const Bytes source = photoOf(type(), sample(203, 141));
-  const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
+  const Bytes result = scaled(source, {101, 70});
   EXPECT_EQ(readPhotoProperties(result)->orientation, orientation());
   EXPECT_EQ(test::sizeOf(result)->stored, (PixelSize{101, 70}));
   const std::string size = orientation() >= 5 ? "70x101!" : "101x70!";
   EXPECT_GE(likeness(seen(source, {"-filter", "Lanczos", "-resize", size}), seen(result)),
-            type() == ImageType::jpeg ? 31 : 45);
+            type() == ImageType::jpeg ? alikeSmallJpegsWhenScaled : alikeWhenScaled);
 }
 
 TEST_P(OrientedPhotoTest, ReportsItsSizeAsStoredAndAsSeen) {
@@ -132,8 +142,8 @@ TEST_P(OrientedPhotoTest, KeepsAJpegInItsMakerNoteByteForByte) {
   SamplePhoto photo = sample(208, 144);
   photo.makerNote = jpeg;
   const Bytes source = photoOf(type(), photo);
-  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), jpeg));
-  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{104, 72}, false}), jpeg));
+  EXPECT_TRUE(contains(turnedUpright(source), jpeg));
+  EXPECT_TRUE(contains(scaled(source, {104, 72}), jpeg));
 }
 
 class OrientedJpegTest : public OrientedPhotoTest {};
@@ -146,7 +156,7 @@ TEST_P(OrientedJpegTest, HasAPreviewThatIsTurnedWithIt) {
                      runTool("exiftool", {"-b", "-ThumbnailImage", path.native()}).output);
   };
   const auto expected = turnedPicture(preview("source", source), orientation());
-  EXPECT_GE(likeness(expected, pictureOf(preview("result", mustRewrite(source, {std::nullopt, true})))), 30);
+  EXPECT_GE(likeness(expected, pictureOf(preview("result", turnedUpright(source)))), alikePreview);
 }
 
 std::string orientedName(const testing::TestParamInfo<OrientedType>& test) {
@@ -201,14 +211,14 @@ TEST_P(PhotoTypeTest, LosesNoTagByScaling) {
   const Bytes source = richPhoto(folder_, GetParam());
   const Tags before = tagsOf(writeFile(folder_ / "source", source));
   ASSERT_GE(before.size(), 25U);
-  const Bytes result = mustRewrite(source, {PixelSize{160, 100}, false});
+  const Bytes result = scaled(source, {160, 100});
   EXPECT_THAT(unexpectedChanges(before, tagsOf(writeFile(folder_ / "result", result))), IsEmpty());
 }
 
 TEST_P(PhotoTypeTest, LosesNoTagByTurning) {
   const Bytes source = richPhoto(folder_, GetParam());
   const Tags before = tagsOf(writeFile(folder_ / "source", source));
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  const Bytes result = turnedUpright(source);
   EXPECT_THAT(unexpectedChanges(before, tagsOf(writeFile(folder_ / "result", result))), IsEmpty());
 }
 
@@ -239,12 +249,11 @@ TEST_P(PhotoTypeTest, ExchangesItsResolutionsWithItsAxes) {
   const std::string before = jfif + "102\n103\n" + units;
   ASSERT_EQ(resolutions(halfTurned), before);
   ASSERT_EQ(resolutions(quarterTurned), before);
-  EXPECT_EQ(resolutions(mustRewrite(halfTurned, {std::nullopt, true})), before);
-  EXPECT_EQ(resolutions(mustRewrite(quarterTurned, {PixelSize{32, 24}, false})), before);
+  EXPECT_EQ(resolutions(turnedUpright(halfTurned)), before);
+  EXPECT_EQ(resolutions(scaled(quarterTurned, {32, 24})), before);
   const std::string turnedJfif = isJpeg ? "101\n100\n" : "-\n-\n";
   const std::string turnedUnits = isPng ? "105\n104\n" : "-\n-\n";
-  EXPECT_EQ(resolutions(mustRewrite(quarterTurned, {std::nullopt, true})),
-            turnedJfif + "103\n102\n" + turnedUnits);
+  EXPECT_EQ(resolutions(turnedUpright(quarterTurned)), turnedJfif + "103\n102\n" + turnedUnits);
 }
 
 TEST_P(PhotoTypeTest, StatesItsNewSizeInXmp) {
@@ -264,23 +273,23 @@ TEST_P(PhotoTypeTest, StatesItsNewSizeInXmp) {
     reading.push_back(writeFile(folder_ / "result", result).native());
     return runTool("exiftool", reading).output;
   };
-  EXPECT_EQ(stated({PixelSize{60, 40}, false}), "60\n40\n60\n40\n4\n");
-  EXPECT_EQ(stated({std::nullopt, true}), "80\n120\n80\n120\n4\n");
+  EXPECT_EQ(stated(toSize({60, 40})), "60\n40\n60\n40\n4\n");
+  EXPECT_EQ(stated(toUpright), "80\n120\n80\n120\n4\n");
 }
 
 TEST_P(PhotoTypeTest, KeepsItsPixelsWhenThereIsNothingToDo) {
   const Bytes source = photoOf(GetParam(), {.width = 203, .height = 141, .orientation = 6});
-  const Bytes result = mustRewrite(source, {std::nullopt, false});
+  const Bytes result = rewrittenAsItIs(source);
   const auto before = pictureOf(writeFile(folder_ / "source", source));
-  EXPECT_EQ(likeness(before, pictureOf(writeFile(folder_ / "result", result))), 999);
+  EXPECT_EQ(likeness(before, pictureOf(writeFile(folder_ / "result", result))), identical);
 }
 
 TEST_P(PhotoTypeTest, IsAnErrorWhereverItIsCutOff) {
   const Bytes source = photoOf(GetParam(), {.width = 120, .height = 80, .orientation = 6});
   for (std::size_t size = 0; size < source.size(); size += 1 + source.size() / 97) {
     const Bytes cut(source.begin(), source.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_FALSE(rewritten(cut, {PixelSize{60, 40}, true})) << size << " of " << source.size() << " bytes";
-    EXPECT_FALSE(rewritten(cut, {std::nullopt, false})) << size << " of " << source.size() << " bytes, kept";
+    EXPECT_FALSE(rewritten(cut, toSizeUpright({60, 40}))) << size << " of " << source.size() << " bytes";
+    EXPECT_FALSE(rewritten(cut, asItIs)) << size << " of " << source.size() << " bytes, kept";
   }
 }
 
@@ -338,7 +347,7 @@ INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, Values(ImageType::jpeg, ImageT
 TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {
   for (const Bytes& file : {Bytes{}, Bytes{0xFF}, Bytes{0xFF, 0xD8, 0xFF},
                             Bytes{'G', 'I', 'F', '8', '9', 'a'}, Bytes(100, 0), videoFile(5000)}) {
-    EXPECT_FALSE(rewritten(file, {std::nullopt, true}));
+    EXPECT_FALSE(rewritten(file, toUpright));
     EXPECT_FALSE(test::sizeOf(file));
   }
 }
@@ -357,7 +366,7 @@ TEST(PhotoRewrite, GivesTheSameBytesInSeveralThreadsAtATime) {
   const auto rewriteAll = [&] {
     std::vector<Bytes> results;
     for (const auto& photo : photos)
-      results.push_back(rewritten(photo, {PixelSize{48, 80}, true}).value_or(Bytes()));
+      results.push_back(rewritten(photo, toSizeUpright({48, 80})).value_or(Bytes()));
     return results;
   };
   const auto expected = rewriteAll();

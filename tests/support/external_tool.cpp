@@ -48,7 +48,7 @@ double likeness(const Picture& one, const Picture& other) {
     const double difference = static_cast<double>(one.samples[i]) - static_cast<double>(other.samples[i]);
     squares += difference * difference;
   }
-  if (squares == 0) return 999;
+  if (squares == 0) return identical;
   return 20 * std::log10(65535.0) - 10 * std::log10(squares / static_cast<double>(one.samples.size()));
 }
 

@@ -29,8 +29,11 @@ struct Picture {
 /// Reads a file, after `operations` ("-auto-orient", ...); throws when ImageMagick cannot, or warns.
 Picture pictureOf(const Path& file, const std::vector<std::string>& operations = {}, bool alpha = false);
 
-/// How much two pictures of one size resemble each other: peak signal to noise in decibels, 999 for equal
-/// ones, 0 for pictures of different sizes.
+/// The likeness of pictures whose samples are all the same.
+inline constexpr double identical = 999;
+
+/// How much two pictures of one size resemble each other: the peak signal-to-noise ratio in decibels,
+/// `identical` for equal ones, 0 for pictures of different sizes.
 double likeness(const Picture& one, const Picture& other);
 
 }  // namespace kestrova::test

@@ -45,7 +45,7 @@ class ExifPatchTest : public testing::TestWithParam<bool> {};
 TEST_P(ExifPatchTest, WritesOrientationAndPixelSizeWhereTheyStand) {
   const Bytes source = sampleBlock(GetParam());
   Bytes block = source;
-  patchExif(block, {PixelSize{100, 70}, true});
+  patchExif(block, {.pixelSize = PixelSize{100, 70}, .resetOrientation = true});
   EXPECT_EQ(read(block).orientation, 1);
   EXPECT_EQ(read(block).pixelWidth, 100);
   EXPECT_EQ(read(block).pixelHeight, 70);
@@ -54,7 +54,7 @@ TEST_P(ExifPatchTest, WritesOrientationAndPixelSizeWhereTheyStand) {
 
 TEST_P(ExifPatchTest, KeepsTheOrientationWhenThePixelsWereNotTurned) {
   Bytes block = sampleBlock(GetParam());
-  patchExif(block, {PixelSize{100, 70}, false});
+  patchExif(block, {.pixelSize = PixelSize{100, 70}});
   EXPECT_EQ(read(block).orientation, 6);
 }
 

@@ -25,6 +25,11 @@ using namespace kestrova::test;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
+// Likenesses in decibels.
+constexpr double alikeWhenScaled = 38;  ///< by another program's Lanczos filter
+constexpr double alikeWhenReencoded = 30;
+constexpr double differentByRounding = 45;
+
 /// A JPEG as ImageMagick writes the sample picture with these settings.
 Bytes madeJpeg(const TemporaryFolder& folder, const std::vector<std::string>& settings, int width = 202,
                int height = 146) {
@@ -69,8 +74,8 @@ class JpegKindTest : public testing::TestWithParam<Kind> {
 
 TEST_P(JpegKindTest, KeepsItsColoursAndItsKindWhenScaled) {
   const Bytes source = madeJpeg(folder_, GetParam().settings);
-  const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
-  EXPECT_GE(likenessOf(source, {"-filter", "Lanczos", "-resize", "101x73!"}, result), 38);
+  const Bytes result = scaled(source, {101, 73});
+  EXPECT_GE(likenessOf(source, {"-filter", "Lanczos", "-resize", "101x73!"}, result), alikeWhenScaled);
   const std::string format = "%m %[channels] %[jpeg:colorspace] %[interlace]";
   EXPECT_EQ(describe(folder_ / "source.jpg", format), describe(folder_ / "result.jpg", format));
   EXPECT_THAT(describe(folder_ / "result.jpg", "%[jpeg:sampling-factor]"), MatchesRegex("1x1(,1x1)*"));
@@ -78,15 +83,15 @@ TEST_P(JpegKindTest, KeepsItsColoursAndItsKindWhenScaled) {
 
 TEST_P(JpegKindTest, KeepsItsColoursWhenTurned) {
   const Bytes source = madeJpeg(folder_, GetParam().settings);
-  const Bytes result = mustRewrite(quarterTurned(source), {std::nullopt, true});
-  EXPECT_GE(likenessOf(source, {"-rotate", "90"}, result), 30);
+  const Bytes result = turnedUpright(quarterTurned(source));
+  EXPECT_GE(likenessOf(source, {"-rotate", "90"}, result), alikeWhenReencoded);
 }
 
 TEST_P(JpegKindTest, TurnsWithoutLossInWholeBlocks) {
   const Bytes source = madeJpeg(folder_, GetParam().settings, 288, 192);
   Bytes turned = source;
-  for (int i = 0; i < 4; ++i) turned = mustRewrite(quarterTurned(turned), {std::nullopt, true});
-  EXPECT_EQ(likenessOf(source, {}, turned), 999);
+  for (int i = 0; i < 4; ++i) turned = turnedUpright(quarterTurned(turned));
+  EXPECT_EQ(likenessOf(source, {}, turned), identical);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -115,16 +120,16 @@ Bytes rgbJpeg(const PixelSize& size) {
 TEST(JpegRewrite, KeepsRedGreenAndBlueApart) {
   const TemporaryFolder folder;
   const Bytes source = rgbJpeg({202, 146});
-  const Bytes result = mustRewrite(source, {PixelSize{101, 73}, false});
+  const Bytes result = scaled(source, {101, 73});
   const Picture expected =
       pictureOf(writeFile(folder / "source.jpg", source), {"-filter", "Lanczos", "-resize", "101x73!"});
-  EXPECT_GE(likeness(expected, pictureOf(writeFile(folder / "result.jpg", result))), 30);
+  EXPECT_GE(likeness(expected, pictureOf(writeFile(folder / "result.jpg", result))), alikeWhenReencoded);
 }
 
 TEST(JpegRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
   const Bytes source = jpegPhoto({.width = 200, .height = 120, .orientation = 6, .thumbnail = true});
-  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
-  EXPECT_EQ(mustRewrite(source, {PixelSize{200, 120}, false}), source);
+  EXPECT_EQ(rewrittenAsItIs(source), source);
+  EXPECT_EQ(scaled(source, {200, 120}), source);
 }
 
 TEST(JpegRewrite, PassesSegmentsThroughByteForByte) {
@@ -137,8 +142,7 @@ TEST(JpegRewrite, PassesSegmentsThroughByteForByte) {
       jpegSegment(0xFE, named("a comment", 0, 0)),
   };
   const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
-  for (const RewriteRequest& request :
-       {RewriteRequest{PixelSize{32, 24}, false}, RewriteRequest{std::nullopt, true}}) {
+  for (const RewriteRequest& request : {toSize({32, 24}), toUpright}) {
     const Bytes result = mustRewrite(source, request);
     for (const auto& segment : segments) EXPECT_TRUE(contains(result, segment));
   }
@@ -148,7 +152,7 @@ TEST(JpegRewrite, CarriesWhatFollowsThePicture) {
   Bytes source = jpegPhoto({.width = 64, .height = 48});
   const Bytes film = videoFile(3000);
   source.insert(source.end(), film.begin(), film.end());
-  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  const Bytes result = scaled(source, {32, 24});
   EXPECT_TRUE(std::ranges::equal(film, std::span(result).last(film.size())));
 }
 
@@ -161,8 +165,8 @@ TEST(JpegRewrite, SetsTheOrientationInXmpWhenItTurns) {
     std::string expected = text;
     expected[expected.find('6')] = '1';
     const auto asBytes = [](const std::string& string) { return Bytes(string.begin(), string.end()); };
-    EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), asBytes(expected)));
-    EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), asBytes(text)));
+    EXPECT_TRUE(contains(turnedUpright(source), asBytes(expected)));
+    EXPECT_TRUE(contains(scaled(source, {32, 24}), asBytes(text)));
   }
 }
 
@@ -171,7 +175,7 @@ class ForeignJpegTest : public testing::Test {
  protected:
   Bytes turned(const std::vector<Bytes>& segments, const Bytes& trailer = {}) {
     const Bytes photo = jpegPhoto({.width = 64, .height = 48, .orientation = 6});
-    return mustRewrite(joined({withSegments(photo, segments), trailer}), {std::nullopt, true});
+    return turnedUpright(joined({withSegments(photo, segments), trailer}));
   }
 
   const Bytes jpeg_ = jpegPhoto({.width = 93, .height = 60, .seed = 3, .exif = false});
@@ -217,7 +221,7 @@ TEST(JpegRewrite, KeepsJfifThumbnailsWhenItTurns) {
   const Bytes extension = named(std::string_view("JFXX\0\x13\1\1", 8), 3, 9);
   const std::vector<Bytes> segments{jpegSegment(0xE0, jfif), jpegSegment(0xE0, extension)};
   const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), segments);
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  const Bytes result = turnedUpright(source);
   for (const auto& segment : segments) EXPECT_TRUE(contains(result, segment));
 }
 
@@ -306,29 +310,29 @@ TEST_F(MultiPictureTest, FindsItsSecondPictureBehindTheScaledFirst) {
   const Bytes second = jpegPhoto({.width = 80, .height = 48, .seed = 5, .exif = false});
   const Bytes source = multiPicture(jpegPhoto({.width = 640, .height = 400}), {second});
   ASSERT_EQ(secondPicture(source), second);
-  EXPECT_EQ(secondPicture(mustRewrite(source, {PixelSize{320, 200}, false})), second);
+  EXPECT_EQ(secondPicture(scaled(source, {320, 200})), second);
 }
 
 TEST_F(MultiPictureTest, HasItsSecondPictureTurnedWithTheFirst) {
   const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .exif = false});
   const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
-  const Bytes turned = secondPicture(mustRewrite(source, {std::nullopt, true}));
+  const Bytes turned = secondPicture(turnedUpright(source));
   EXPECT_GE(likeness(pictureOf(writeFile(folder_ / "turned.jpg", turned)),
                      pictureOf(writeFile(folder_ / "second.jpg", second), {"-rotate", "90"})),
-            45);
+            differentByRounding);
 }
 
 TEST_F(MultiPictureTest, KeepsAnIndexThatNamesNoOtherPicture) {
   const Bytes index = jpegSegment(0xE2, named(std::string_view("MPF\0II*\0\10\0\0\0\0\0", 14), 8, 0));
   const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {index});
-  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), index));
-  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), index));
+  EXPECT_TRUE(contains(turnedUpright(source), index));
+  EXPECT_TRUE(contains(scaled(source, {32, 24}), index));
 }
 
 TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
   const Bytes second(500, 7);
   const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  const Bytes result = turnedUpright(source);
   EXPECT_TRUE(secondPicture(result).empty());
   EXPECT_FALSE(contains(result, second));
   EXPECT_EQ(outlineJpeg(result).imageEnd, result.size());
@@ -337,20 +341,20 @@ TEST_F(MultiPictureTest, LosesAnIndexThatCannotBeKeptRight) {
 TEST_F(MultiPictureTest, KeepsASecondPictureThatStatesItsOwnOrientation) {
   const Bytes second = jpegPhoto({.width = 96, .height = 48, .seed = 5, .orientation = 6});
   const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
-  EXPECT_EQ(secondPicture(mustRewrite(source, {std::nullopt, true})), second);
+  EXPECT_EQ(secondPicture(turnedUpright(source)), second);
 }
 
 TEST_F(MultiPictureTest, LosesASecondPictureThatIsLargerThanTheFirst) {
   const Bytes second = jpegPhoto({.width = 1200, .height = 1000, .seed = 5, .exif = false});
   const Bytes source = multiPicture(jpegPhoto({.width = 320, .height = 192, .orientation = 6}), {second});
-  EXPECT_TRUE(secondPicture(mustRewrite(source, {std::nullopt, true})).empty());
+  EXPECT_TRUE(secondPicture(turnedUpright(source)).empty());
 }
 
 TEST_F(MultiPictureTest, LosesPicturesThatAreVeryMany) {
   const Bytes first = jpegPhoto({.width = 64, .height = 48, .orientation = 6});
   const Bytes further = jpegPhoto({.width = 32, .height = 16, .exif = false});
   const auto resultOf = [&](std::size_t count) {
-    return mustRewrite(multiPicture(first, std::vector<Bytes>(count, further)), {std::nullopt, true});
+    return turnedUpright(multiPicture(first, std::vector<Bytes>(count, further)));
   };
   EXPECT_FALSE(secondPicture(resultOf(16)).empty());
   EXPECT_TRUE(secondPicture(resultOf(17)).empty());
@@ -363,7 +367,7 @@ TEST_F(MultiPictureTest, LosesPicturesThatOverlap) {
   const auto one = std::ranges::search(source, entry).begin();
   const auto other = std::search(one + 1, source.end(), entry.begin(), entry.end());
   std::copy_n(one, 16, other);
-  EXPECT_TRUE(secondPicture(mustRewrite(source, {std::nullopt, true})).empty());
+  EXPECT_TRUE(secondPicture(turnedUpright(source)).empty());
 }
 
 TEST_F(MultiPictureTest, StandsAThousandMutations) {
@@ -385,32 +389,30 @@ TEST_F(MultiPictureTest, StandsAThousandMutations) {
     const auto result = rewritten(file, {PixelSize{24, 32}, random() % 2 == 0});
     if (!result) continue;
     ++written;
-    EXPECT_TRUE(rewritten(*result, {std::nullopt, false})) << "mutation " << i;
+    EXPECT_TRUE(rewritten(*result, asItIs)) << "mutation " << i;
   }
   EXPECT_GT(written, 100);
 }
 
 TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
   const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false});
-  ASSERT_TRUE(rewritten(withFrameSize(photo, 64, 48), {PixelSize{32, 24}, false}));
+  ASSERT_TRUE(rewritten(withFrameSize(photo, 64, 48), toSize({32, 24})));
   for (const auto& [width, height] :
        {std::pair{60'000U, 60'000U}, {0U, 48U}, {64U, 0U}, {640U, 480U}, {30'000U, 30'000U}}) {
-    EXPECT_FALSE(rewritten(withFrameSize(photo, width, height), {PixelSize{32, 24}, false}))
-        << width << "x" << height;
-    EXPECT_FALSE(rewritten(withFrameSize(photo, width, height), {std::nullopt, false}))
-        << width << "x" << height;
+    EXPECT_FALSE(rewritten(withFrameSize(photo, width, height), toSize({32, 24}))) << width << "x" << height;
+    EXPECT_FALSE(rewritten(withFrameSize(photo, width, height), asItIs)) << width << "x" << height;
   }
 }
 
 TEST(JpegRewrite, SaysThatABombHasTooManyPixels) {
   const Bytes bomb = withFrameSize(jpegPhoto({.width = 64, .height = 48, .exif = false}), 60'000, 60'000);
-  EXPECT_THAT(rewritten(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("too many pixels"));
+  EXPECT_THAT(rewritten(bomb, toSize({32, 24})).error().reason, HasSubstr("too many pixels"));
 }
 
 TEST(JpegRewrite, ScalesALineOfPixels) {
   const Bytes tall = jpegPhoto({.width = 1, .height = 65'500, .orientation = 8});
-  EXPECT_EQ(test::sizeOf(mustRewrite(tall, {PixelSize{1, 720}, false}))->stored, (PixelSize{1, 720}));
-  EXPECT_EQ(test::sizeOf(mustRewrite(tall, {std::nullopt, true}))->stored, (PixelSize{65'500, 1}));
+  EXPECT_EQ(test::sizeOf(scaled(tall, {1, 720}))->stored, (PixelSize{1, 720}));
+  EXPECT_EQ(test::sizeOf(turnedUpright(tall))->stored, (PixelSize{65'500, 1}));
 }
 
 TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
@@ -420,7 +422,7 @@ TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
   Bytes bomb(photo.begin(), photo.begin() + scan);
   for (int i = 0; i < 101; ++i) bomb.insert(bomb.end(), photo.begin() + scan, photo.end() - 2);
   bomb.insert(bomb.end(), {0xFF, 0xD9});
-  EXPECT_THAT(rewritten(bomb, {PixelSize{32, 24}, false}).error().reason, HasSubstr("scans"));
+  EXPECT_THAT(rewritten(bomb, toSize({32, 24})).error().reason, HasSubstr("scans"));
 }
 
 }  // namespace

@@ -20,6 +20,8 @@ namespace {
 using namespace kestrova::test;
 using testing::HasSubstr;
 
+constexpr double alikeWhenScaled = 40;  ///< decibels, by another program's Lanczos filter
+
 struct Kind {
   std::string name;
   std::vector<std::string> settings;  ///< for ImageMagick
@@ -51,20 +53,20 @@ class PngKindTest : public testing::TestWithParam<Kind> {
 
 TEST_P(PngKindTest, KeepsItsLookWhenScaled) {
   const Bytes source = made();
-  const Bytes result = mustRewrite(source, {PixelSize{101, 70}, false});
+  const Bytes result = scaled(source, {101, 70});
   EXPECT_THAT(kindOf(result), HasSubstr(GetParam().scaledKind));
   // Seen on a background: the colour of fully transparent pixels does not matter.
   const auto seen = picture(
       source, {"-filter", "Lanczos", "-resize", "101x70!", "-background", "orange", "-alpha", "remove"});
-  EXPECT_GE(likeness(seen, picture(result, {"-background", "orange", "-alpha", "remove"})), 40);
+  EXPECT_GE(likeness(seen, picture(result, {"-background", "orange", "-alpha", "remove"})), alikeWhenScaled);
 }
 
 TEST_P(PngKindTest, KeepsEverySampleWhenTurned) {
   const Bytes source = made();
   const Bytes oriented = withChunks(source, {pngChunk("eXIf", exifBlock({.orientation = 8}).encode())});
-  const Bytes result = mustRewrite(oriented, {std::nullopt, true});
+  const Bytes result = turnedUpright(oriented);
   EXPECT_EQ(kindOf(result), kindOf(source));
-  EXPECT_EQ(likeness(picture(source, {"-rotate", "-90"}), picture(result)), 999);
+  EXPECT_EQ(likeness(picture(source, {"-rotate", "-90"}), picture(result)), identical);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -107,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(PngRewrite, MakesATransparentColourOpacity) {
   const Bytes transparentRed = pngChunk("tRNS", Bytes{0, 200, 0, 0, 0, 0});
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .exif = false}), {transparentRed});
-  const Bytes result = mustRewrite(source, {PixelSize{32, 24}, false});
+  const Bytes result = scaled(source, {32, 24});
   EXPECT_FALSE(contains(result, transparentRed));
   EXPECT_EQ(result[25], 6);  // colour type: red, green, blue, opacity
 }
@@ -118,8 +120,7 @@ TEST(PngRewrite, PassesChunksThroughByteForByte) {
                                   pngChunk("gAMA", Bytes{0, 0, 0xB1, 0x8F}), pngChunk("iCCP", Bytes(50, 1)),
                                   pngChunk("prVt", Bytes(300, 5))};
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), chunks);
-  for (const RewriteRequest& request :
-       {RewriteRequest{PixelSize{32, 24}, false}, RewriteRequest{std::nullopt, true}}) {
+  for (const RewriteRequest& request : {toSize({32, 24}), toUpright}) {
     const Bytes result = mustRewrite(source, request);
     for (const auto& chunk : chunks) EXPECT_TRUE(contains(result, chunk));
   }
@@ -132,8 +133,8 @@ TEST(PngRewrite, SetsTheOrientationInXmpWhenItTurns) {
     return pngChunk("iTXt", Bytes(text.begin(), text.end()));
   };
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), {packet("6")});
-  EXPECT_TRUE(contains(mustRewrite(source, {std::nullopt, true}), packet("1")));
-  EXPECT_TRUE(contains(mustRewrite(source, {PixelSize{32, 24}, false}), packet("6")));
+  EXPECT_TRUE(contains(turnedUpright(source), packet("1")));
+  EXPECT_TRUE(contains(scaled(source, {32, 24}), packet("6")));
 }
 
 TEST(PngRewrite, TurnsThePreviewOfItsFirstExifChunkOnly) {
@@ -161,15 +162,15 @@ TEST(PngRewrite, WithstandsMegabytesOfHostileXmp) {
 
 TEST(PngRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
   const Bytes source = pngPhoto({.width = 64, .height = 48, .orientation = 6});
-  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+  EXPECT_EQ(rewrittenAsItIs(source), source);
 }
 
 TEST(PngRewrite, LeavesAnimationsAsTheyAre) {
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}),
                                   {pngChunk("acTL", Bytes{0, 0, 0, 2, 0, 0, 0, 0})});
-  EXPECT_FALSE(rewritten(source, {PixelSize{32, 24}, false}));
-  EXPECT_FALSE(rewritten(source, {std::nullopt, true}));
-  EXPECT_EQ(mustRewrite(source, {std::nullopt, false}), source);
+  EXPECT_FALSE(rewritten(source, toSize({32, 24})));
+  EXPECT_FALSE(rewritten(source, toUpright));
+  EXPECT_EQ(rewrittenAsItIs(source), source);
 }
 
 TEST(PngRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
@@ -180,7 +181,7 @@ TEST(PngRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
                                       {2'000'000'000, 1},
                                       {900'000'000, 1}}) {
     const Bytes bomb = withHeaderSize(photo, width, height);
-    EXPECT_FALSE(rewritten(bomb, {PixelSize{32, 24}, false})) << width << "x" << height;
+    EXPECT_FALSE(rewritten(bomb, toSize({32, 24}))) << width << "x" << height;
   }
 }
 
