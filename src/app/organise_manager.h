@@ -6,16 +6,18 @@
 #include "execution/operation_record.h"
 #include "model/run_state.h"
 #include "model/verdict.h"
-#include "planning/image_metadata.h"
-#include "planning/operation_decision.h"
+#include "planning/plan_file.h"
 #include "planning/target_naming.h"
 #include "platform/guarded_value.h"
+#include "platform/published_value.h"
 #include "platform/relaxed_atomic.h"
 #include "scan/duplicate_index.h"
+#include "scan/media_classification.h"
 
 #include <QString>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +28,7 @@
 namespace kestrova {
 
 struct Rewriting;
+struct WalkedFile;
 
 enum class TerminateReply { cancel, now };
 
@@ -83,8 +86,8 @@ class OrganiseManager {
 
   // --- Run state ---
   std::shared_ptr<OperationQueue> processQueue;  ///< absent until the first start; a new one at every start
-  GuardedValue<QString> extensionImages;
-  GuardedValue<QString> extensionVideo;
+  PublishedValue<ExtensionList> extensionImages;
+  PublishedValue<ExtensionList> extensionVideo;
   RelaxedAtomic<std::uint32_t> assertionID;
   bool loadingSettings = false;
   NameTable months;
@@ -114,6 +117,9 @@ class OrganiseManager {
 
   /// Told of every file's fate, once; set before a run, on the main thread.
   VerdictListener verdictListener;
+  /// Told of every folder of the sources that could not be read, or not to its end: nobody knows what it
+  /// holds. A file gets a verdict instead. Called by the scan; set before a run, on the main thread.
+  std::function<void(const Path& path, const FileError& error)> unreadableListener;
 
   // --- Status line and clock ---
   /// Shows the text in the status line. Callable from any thread; texts appear in the order of the calls.
@@ -153,8 +159,8 @@ class OrganiseManager {
   void sharePinterest(const Control* sender = nullptr);
 
   // --- Classification and fingerprint ---
-  bool isPhoto(const QString& extension) const;
-  bool isVideo(const QString& extension) const;
+  bool isPhoto(std::string_view extension) const;
+  bool isVideo(std::string_view extension) const;
   /// At most the first 40960 bytes of the file; nothing when it cannot be opened.
   std::optional<Bytes> read10KFromFile(const Path& path) const;
   std::string hashData(const std::optional<Bytes>& data) const;
@@ -163,12 +169,12 @@ class OrganiseManager {
   void analyseSourceOperation(const InvocationOperation& operation);
 
   // --- Statistics (any worker, one at a time); sizes in bytes ---
-  void increaseSourceCount(const QString& extension, std::uint64_t size);
-  void increaseSourceDuplicate(const QString& extension, std::uint64_t size);
-  void increaseTargetCount(const QString& extension, std::uint64_t size);
-  void increaseRotateCount(const QString& extension, std::uint64_t size);
-  void increaseTargetAlready(const QString& extension, std::uint64_t size);
-  void increaseFilteredPhoto(const QString& extension, std::uint64_t size);
+  void increaseSourceCount(std::string_view extension, std::uint64_t size);
+  void increaseSourceDuplicate(std::string_view extension, std::uint64_t size);
+  void increaseTargetCount(std::string_view extension, std::uint64_t size);
+  void increaseRotateCount(std::string_view extension, std::uint64_t size);
+  void increaseTargetAlready(std::string_view extension, std::uint64_t size);
+  void increaseFilteredPhoto(std::string_view extension, std::uint64_t size);
   void showSourceLabels();
   void showSourceLabelsTimer();
 
@@ -212,9 +218,9 @@ class OrganiseManager {
   void clearLabels(const InvocationOperation& operation);
   enum class WalkEnd { complete, cancelled, suspended };
   WalkEnd walkSources(const InvocationOperation& operation);
-  void takeFile(const Path& path, std::uint64_t size);
-  void addNew(const Path& path, std::uint64_t size, const char* label);
-  void addDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting);
+  void takeFile(const WalkedFile& file);
+  void addNew(const WalkedFile& file, const char* label);
+  void addDuplicate(const WalkedFile& file, const Sighting& sighting);
   void queuePlanner(const InvocationOperation& operation);
 
   // Statistics
@@ -240,14 +246,9 @@ class OrganiseManager {
   void planOrSettle(FileList::Iterator entry, const InvocationOperation& planner);
   /// Whether no file of the run was given this target before.
   bool takeTarget(const Path& target);
-  void planFile(const Path& file, const InvocationOperation& planner);
+  PlanningContext planningContext() const;
   PlanningOptions planningOptions() const;
-  FileFacts factsOf(const Path& file) const;
-  void leaveOut(const Path& file, std::uint64_t size);
-  Date dateOf(const Path& file, const ImageMetadata& metadata) const;
-  std::optional<Path> targetOf(const Path& file, const FileFacts& facts, Date date,
-                               FolderFormat format) const;
-  void queueEntry(const PlanEntry& entry, const InvocationOperation& planner);
+  void queueEntry(PlanEntry entry, const InvocationOperation& planner);
   void endPlanning(const InvocationOperation& planner);
 
   // Run control

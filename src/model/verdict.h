@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace kestrova {
 
@@ -29,6 +30,14 @@ struct Verdict {
   /// Which counters it raises, where these are not its outcome's own: a file that cannot be read may count as
   /// a duplicate.
   std::optional<Outcome> countedAs = {};
+
+  /// A file that could not be read counts as what it seemed to be, but nobody knows what it is.
+  void becomeUnreadable(std::string why) {
+    countedAs = counted();
+    outcome = Outcome::unreadable;
+    error = std::move(why);
+    original.reset();
+  }
 
   Outcome counted() const { return countedAs.value_or(outcome); }
 };

@@ -5,9 +5,8 @@
 
 namespace kestrova {
 
-ImageMetadata imageMetadata(const std::optional<Bytes>& prefix) {
-  if (!prefix) return {};
-  const auto properties = imaging::readPhotoProperties(*prefix);
+ImageMetadata imageMetadata(ByteView start) {
+  const auto properties = imaging::readPhotoProperties(start);
   if (!properties) return {};
   return {properties->orientation, properties->pixelHeight, properties->pixelWidth,
           parseLocalTime(properties->digitized())};

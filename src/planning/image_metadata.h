@@ -17,6 +17,6 @@ struct ImageMetadata {
 
 /// Reads the metadata from a photo's first bytes. The date is the digitising time, not that of taking: both
 /// are equal for a camera's photo, and only the former dates a scanned one.
-ImageMetadata imageMetadata(const std::optional<Bytes>& prefix);
+ImageMetadata imageMetadata(ByteView start);
 
 }  // namespace kestrova

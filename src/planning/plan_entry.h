@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace kestrova {
 
@@ -16,6 +17,7 @@ struct PlannedSource {
   std::optional<Date> modified = {};    ///< absent: neither could be read
   std::optional<NamingDate> date = {};  ///< that it is named by
   bool isNameTaken = false;             ///< another file of the run was given the target's name before
+  std::string readError = {};           ///< why its attributes or first bytes could not be read, in UTF-8
 };
 
 /// What is to be done with a file, as data: made while planning, turned into a record when it is queued.

@@ -2,6 +2,7 @@
 
 #include "platform/file_url.h"
 
+#include <QString>
 #include <cstdio>
 
 namespace kestrova {
@@ -49,24 +50,24 @@ NameTable englishDays() {
   return {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
 }
 
-std::optional<Path> targetFolder(const Path& target, FolderFormat format, const DateParts& date,
-                                 const NameTable& months, const NameTable& days) {
+std::optional<std::string> datedFolder(FolderFormat format, const DateParts& date, const NameTable& months,
+                                       const NameTable& days) {
   if (format == FolderFormat::none) return std::nullopt;
-  const Path year = target / formatted("%04lld", yearOf(date));
+  const std::string year = formatted("%04lld", yearOf(date));
   const std::string month = formatted("%02d", date.month);
-  if (format == FolderFormat::shortName) return year / month / formatted("%02d", date.day);
+  if (format == FolderFormat::shortName) return year + '/' + month + '/' + formatted("%02d", date.day);
   const std::string last = lastComponent(format, date, months.at(static_cast<std::size_t>(date.month - 1)),
                                          days.at(static_cast<std::size_t>(date.weekday - 1)));
-  return year / removingPercentEncoding(month) / removingPercentEncoding(last);
+  return year + '/' + removingPercentEncoding(month) + '/' + removingPercentEncoding(last);
 }
 
 std::string targetFileName(MediaKind kind, const DateParts& date, std::uint64_t size,
-                           const QString& extension) {
+                           std::string_view extension) {
   const std::string name = prefixOf(kind) +
                            formatted("%04lld%02d%02d%02d%02d%02d_", yearOf(date), date.month, date.day,
                                      date.hour, date.minute, date.second) +
                            std::to_string(size) + '.';
-  return (QString::fromStdString(name) + extension.toUpper()).toUpper().toStdString();
+  return (QString::fromStdString(name) + QString::fromUtf8(extension).toUpper()).toUpper().toStdString();
 }
 
 }  // namespace kestrova

@@ -93,8 +93,8 @@ class FileManager {
   /// Opens a folder for reading.
   virtual FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const = 0;
 
-  /// At most the first `count` bytes of a regular file; nothing when it cannot be opened.
-  virtual std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const = 0;
+  /// At most the first `count` bytes of a regular file.
+  virtual FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const = 0;
 
   /// A regular file's whole contents.
   virtual FileResult<Bytes> readFile(const Path& path) const = 0;

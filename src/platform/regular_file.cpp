@@ -4,6 +4,7 @@
 #include "platform/file_system.h"
 #include "platform/long_path.h"
 
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -55,6 +56,21 @@ FileResult<std::size_t> fillFrom(int file, std::uint64_t offset, std::span<std::
   return fill(buffer.size(), [&](std::size_t filled) {
     return ::pread(file, buffer.data() + filled, buffer.size() - filled, static_cast<off_t>(offset + filled));
   });
+}
+
+FileResult<Bytes> readStart(const RegularFile& source, std::size_t count) {
+  const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(count);
+  const auto size = static_cast<std::size_t>(source.status.st_size);
+  std::size_t filled = 0;
+  // Pseudo-files have more bytes than their size of 0 says.
+  while (filled < count && (filled == 0 || filled != size)) {
+    const ssize_t read =
+        uninterrupted([&] { return ::read(source.file.get(), buffer.get() + filled, count - filled); });
+    if (read < 0) return failure();
+    if (read == 0) break;
+    filled += static_cast<std::size_t>(read);
+  }
+  return Bytes(buffer.get(), buffer.get() + filled);
 }
 
 FileResult<Bytes> readBytes(int file, std::size_t count) try {

@@ -21,6 +21,8 @@ FileResult<RegularFile> openRegularFile(const Path& path);
 FileResult<std::size_t> fillFrom(int file, std::span<std::uint8_t> buffer);
 /// The same from an offset of its own.
 FileResult<std::size_t> fillFrom(int file, std::uint64_t offset, std::span<std::uint8_t> buffer);
+/// The first `count` bytes of a file just opened, or all of a shorter one, which takes a single call.
+FileResult<Bytes> readStart(const RegularFile& source, std::size_t count);
 
 /// Up to `count` bytes from the current offset.
 FileResult<Bytes> readBytes(int file, std::size_t count);

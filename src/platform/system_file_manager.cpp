@@ -45,12 +45,10 @@ class SystemFileManager final : public FileManager {
     return openSystemFolder(path, finalLink);
   }
 
-  std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
+  FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const override {
     const auto source = openRegularFile(path);
-    if (!source) return std::nullopt;
-    auto bytes = readBytes(source->file.get(), count);
-    if (!bytes) return std::nullopt;
-    return std::move(*bytes);
+    if (!source) return tl::make_unexpected(source.error());
+    return readStart(*source, count);
   }
 
   FileResult<Bytes> readFile(const Path& path) const override {

@@ -17,9 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Everything that can be organised, whatever a run was set to take.
-ExtensionFilter allMedia() {
-  return ExtensionFilter(
-      mediaFilter(Media::photosAndVideos, photoExtensions(PhotoFormats::jpegTiffPng), videoExtensions()));
+ExtensionList allMedia() {
+  return mediaFilter(Media::photosAndVideos, photoExtensions(PhotoFormats::jpegTiffPng), videoExtensions());
 }
 
 struct SourceFile {
@@ -65,7 +64,7 @@ class Check {
   }
 
   void listSources() {
-    const ExtensionFilter media = allMedia();
+    const ExtensionList media = allMedia();
     FolderWalk walk = walkOf([&](const WalkedFile& file) {
       const std::string name = file.path.filename().native();
       if (media.accepts(name)) {

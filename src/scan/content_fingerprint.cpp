@@ -10,4 +10,10 @@ std::string contentFingerprint(const std::optional<Bytes>& prefix) {
   return md5.result().toHex().toStdString();
 }
 
+Fingerprint readFingerprint(const FileManager& files, const Path& path) {
+  const auto start = files.readPrefix(path, prefixLength);
+  if (!start) return {.digits = contentFingerprint(std::nullopt), .readError = start.error().message};
+  return {.digits = contentFingerprint(*start)};
+}
+
 }  // namespace kestrova

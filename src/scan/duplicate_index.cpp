@@ -22,31 +22,38 @@ void FileList::clear() {
 namespace {
 
 const std::string& fingerprintOfFirst(HashList& hashList, const std::string& first,
-                                      const std::function<std::string(const Path&)>& fingerprintOf) {
+                                      const std::function<Fingerprint(const Path&)>& fingerprintOf) {
   const auto known = hashList.find(first);
   if (known != hashList.end()) return known->second;
-  return hashList.emplace(first, fingerprintOf(first)).first->second;
+  return hashList.emplace(first, fingerprintOf(first).digits).first->second;
 }
 
 }  // namespace
 
 Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std::uint64_t size,
-                   const std::function<std::string(const Path&)>& fingerprintOf) {
+                   const std::function<Fingerprint(const Path&)>& fingerprintOf) {
   using Kind = Sighting::Kind;
   auto sizeKey = std::to_string(size);
   const std::string* first = fileList.find(sizeKey);
   if (first == nullptr) {
     fileList.add(std::move(sizeKey), path, size);
-    return {Kind::newFile, {}, {}};
+    return {.kind = Kind::newFile};
   }
   const auto& firstFingerprint = fingerprintOfFirst(hashList, *first, fingerprintOf);
-  auto fingerprint = fingerprintOf(path);
-  if (fingerprint == firstFingerprint) return {Kind::duplicate, std::move(fingerprint), *first};
-  auto contentKey = fingerprint + sizeKey;
-  if (const std::string* later = fileList.find(contentKey))
-    return {Kind::sameContent, std::move(fingerprint), *later};
-  fileList.add(std::move(contentKey), path, size);
-  return {Kind::sameFileSize, std::move(fingerprint), {}};
+  auto [digits, readError] = fingerprintOf(path);
+  Sighting sighting{.fingerprint = std::move(digits), .readError = std::move(readError)};
+  auto contentKey = sighting.fingerprint + sizeKey;
+  if (sighting.fingerprint == firstFingerprint) {
+    sighting.kind = Kind::duplicate;
+    sighting.original = *first;
+  } else if (const std::string* later = fileList.find(contentKey)) {
+    sighting.kind = Kind::sameContent;
+    sighting.original = *later;
+  } else {
+    sighting.kind = Kind::sameFileSize;
+    fileList.add(std::move(contentKey), path, size);
+  }
+  return sighting;
 }
 
 }  // namespace kestrova

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/file_manager.h"
+#include "scan/content_fingerprint.h"
 
 #include <cstdint>
 #include <deque>
@@ -55,14 +56,15 @@ struct Sighting {
     sameContent,   ///< same content as a later file of its size
   };
   Kind kind = Kind::newFile;
-  std::string fingerprint;  ///< empty for a new file
-  Path original;            ///< of a duplicate or a file of the same content: the file that it equals
+  std::string fingerprint = {};  ///< empty for a new file
+  Path original = {};            ///< of a duplicate or a file of the same content: the file that it equals
+  std::string readError = {};    ///< why the file could not be read: whether it equals another is not known
 };
 
 /// Decides what a file is and enters it in the lists. A file of a size not seen before goes under its size in
 /// decimal; one that differs from the first file of its size goes under its fingerprint followed by the size.
 /// The first file's fingerprint is computed when a second file of its size turns up, and kept in `hashList`.
 Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std::uint64_t size,
-                   const std::function<std::string(const Path&)>& fingerprintOf);
+                   const std::function<Fingerprint(const Path&)>& fingerprintOf);
 
 }  // namespace kestrova

@@ -137,15 +137,20 @@ void Walker::take(Listing& listing, const char* name, EntryKind kind) const {
 /// What is surely a file counts even where its attributes cannot be read.
 void Walker::visitFile(const Listing& listing, const Entry& entry) {
   const auto attributes = attributesOf(listing, entry);
-  if (!attributes) {
+  WalkedFile file{.path = path_};
+  if (attributes) {
+    if (!attributes->isRegularFile) return;
+    file.size = attributes->size;
+  } else {
     if (isAbsence(attributes.error())) return;
-    tellUnreadable(attributes.error());
-    if (entry.kind != EntryKind::file) return;
-  } else if (!attributes->isRegularFile) {
-    return;
+    if (entry.kind != EntryKind::file) {
+      tellUnreadable(attributes.error());
+      return;
+    }
+    file.error = attributes.error();
   }
   const auto& tell = entry.isWanted ? walk_.visits : walk_.leaves;
-  tell({.path = path_, .size = attributes ? attributes->size : 0});
+  tell(file);
 }
 
 FileResult<FileAttributes> Walker::attributesOf(const Listing& listing, const Entry& entry) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 namespace kestrova {
@@ -11,6 +12,7 @@ namespace kestrova {
 struct WalkedFile {
   Path path;               ///< the root as given, with the names below it
   std::uint64_t size = 0;  ///< bytes, just before the visit; 0 where the attributes cannot be read
+  std::optional<FileError> error = {};  ///< why they cannot be read
 };
 
 struct FolderWalk {
@@ -24,8 +26,8 @@ struct FolderWalk {
   std::function<void(const WalkedFile&)> visits;
   /// Told of every file that is not wanted, where its name stands in the order.
   std::function<void(const WalkedFile&)> leaves = {};
-  /// Told of every folder that could not be read, or not to its end, and of every file whose attributes could
-  /// not be read. What vanished during the walk is none of these.
+  /// Told of every folder that could not be read, or not to its end, and of every link of which nobody knows
+  /// what it leads to. What vanished during the walk is none of these.
   std::function<void(const Path& path, const FileError& error)> cannotRead = {};
 };
 

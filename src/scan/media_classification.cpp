@@ -18,31 +18,41 @@ bool isPlain(std::string_view extension) {
 
 char lowercase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-QString fromBytes(std::string_view bytes) {
-  return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
 }  // namespace
 
-QString photoExtensions(PhotoFormats formats) {
+ExtensionList::ExtensionList(const QString& text) : text_(text), lowercase_(text.toLower().toStdString()) {}
+
+bool ExtensionList::holds(std::string_view extension) const {
+  if (!isPlain(extension)) {
+    const QString whole = u',' + QString::fromUtf8(extension).toLower() + u',';
+    return PKStringAdditions::containsString(text_.toLower(), whole);
+  }
+  std::array<char, longestPlainExtension + 2> whole{','};
+  const auto end = std::transform(extension.begin(), extension.end(), whole.begin() + 1, lowercase);
+  *end = ',';
+  return lowercase_.find(whole.data(), 0, extension.size() + 2) != std::string::npos;
+}
+
+bool ExtensionList::accepts(std::string_view fileName) const {
+  const auto extension = extensionOfName(fileName);
+  return !extension.empty() && holds(extension);
+}
+
+ExtensionList photoExtensions(PhotoFormats formats) {
   const auto* row = rowOf(formats);
-  return row == nullptr ? QString() : QString::fromUtf16(row->extensions);
+  return row == nullptr ? ExtensionList() : QString::fromUtf16(row->extensions);
 }
 
-QString videoExtensions() { return QStringLiteral("(,avi,mov,divx,mp4,mpg,m4v,flv,mkv,)"); }
+ExtensionList videoExtensions() { return QStringLiteral("(,avi,mov,divx,mp4,mpg,m4v,flv,mkv,)"); }
 
-bool listHoldsExtension(const QString& list, const QString& extension) {
-  return PKStringAdditions::containsString(list.toLower(), u',' + extension.toLower() + u',');
-}
-
-QString mediaFilter(Media media, const QString& extensionImages, const QString& extensionVideo) {
+ExtensionList mediaFilter(Media media, const ExtensionList& photos, const ExtensionList& videos) {
   switch (media) {
     case Media::photosAndVideos:
-      return (extensionImages + u',' + extensionVideo).toLower();
+      return (photos.text() + u',' + videos.text()).toLower();
     case Media::photos:
-      return extensionImages.toLower();
+      return photos.text().toLower();
     case Media::videos:
-      return extensionVideo.toLower();
+      return videos.text().toLower();
     case Media::none:
       break;
   }
@@ -55,18 +65,9 @@ std::string_view extensionOfName(std::string_view fileName) {
   return fileName.substr(dot + 1);
 }
 
-QString pathExtension(const Path& path) { return fromBytes(extensionOfName(path.filename().native())); }
-
-ExtensionFilter::ExtensionFilter(const QString& list) : list_(list), bytes_(list.toLower().toStdString()) {}
-
-bool ExtensionFilter::accepts(std::string_view fileName) const {
-  const auto extension = extensionOfName(fileName);
-  if (extension.empty()) return false;
-  if (!isPlain(extension)) return listHoldsExtension(list_, fromBytes(extension));
-  std::array<char, longestPlainExtension + 2> text{','};
-  const auto end = std::transform(extension.begin(), extension.end(), text.begin() + 1, lowercase);
-  *end = ',';
-  return bytes_.find(text.data(), 0, extension.size() + 2) != std::string::npos;
+std::string_view extensionOfPath(const Path& path) {
+  const std::string_view bytes = path.native();
+  return extensionOfName(bytes.substr(bytes.rfind('/') + 1));
 }
 
 }  // namespace kestrova

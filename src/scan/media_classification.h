@@ -9,37 +9,41 @@
 
 namespace kestrova {
 
-/// An extension list is a text of lowercase extensions between commas, with a comma at each end, in round
-/// brackets:
-/// "(,jpg,jpeg,)". The commas make each extension match whole; the brackets mean nothing.
-
-/// The photo list of a choice of photo formats; empty where none is chosen.
-QString photoExtensions(PhotoFormats formats);
-QString videoExtensions();
-
-/// Whether the list holds the extension (given without its dot, in any case).
-bool listHoldsExtension(const QString& list, const QString& extension);
-
-/// The list of what a scan takes. Where nothing is chosen it is "avi,jpg,mov", in which only jpg has a comma
-/// on each side.
-QString mediaFilter(Media media, const QString& extensionImages, const QString& extensionVideo);
-
-/// What follows the last dot of a file's name; empty without a dot, or when that dot is the name's first or
-/// last byte.
-std::string_view extensionOfName(std::string_view fileName);
-/// The same of a path's last component, as text.
-QString pathExtension(const Path& path);
-
-/// The same test as `listHoldsExtension` for very many file names: no allocation for plain ASCII.
-class ExtensionFilter {
+/// A list of file name extensions: a text of lowercase extensions between commas, with a comma at each end,
+/// in round brackets: "(,jpg,jpeg,)". The commas make each extension match whole; the brackets mean nothing.
+class ExtensionList {
  public:
-  explicit ExtensionFilter(const QString& list);
+  ExtensionList() = default;
+  ExtensionList(const QString& text);  // NOLINT(google-explicit-constructor): a list is its text
+
+  const QString& text() const { return text_; }
+  bool isEmpty() const { return text_.isEmpty(); }
+  bool operator==(const ExtensionList& other) const { return text_ == other.text_; }
+
+  /// Whether the list holds the extension, given in UTF-8 without its dot, in any case. Allocates memory only
+  /// for what is not short and plain ASCII.
+  bool holds(std::string_view extension) const;
   /// Whether a file of this name passes; one without an extension does not.
   bool accepts(std::string_view fileName) const;
 
  private:
-  QString list_;
-  std::string bytes_;
+  QString text_;
+  std::string lowercase_;  ///< UTF-8
 };
+
+/// The photo list of a choice of photo formats; empty where none is chosen.
+ExtensionList photoExtensions(PhotoFormats formats);
+ExtensionList videoExtensions();
+
+/// The list of what a scan takes. Where nothing is chosen it is "avi,jpg,mov", in which only jpg has a comma
+/// on each side.
+ExtensionList mediaFilter(Media media, const ExtensionList& photos, const ExtensionList& videos);
+
+/// What follows the last dot of a file's name; empty without a dot, or when that dot is the name's first or
+/// last byte. A part of the name given.
+std::string_view extensionOfName(std::string_view fileName);
+/// The same of a path's last component. A part of the path given.
+std::string_view extensionOfPath(const Path& path);
+std::string_view extensionOfPath(Path&& path) = delete;  // the extension would outlive the path
 
 }  // namespace kestrova

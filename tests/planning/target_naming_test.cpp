@@ -10,16 +10,16 @@ namespace {
 
 const DateParts wednesday{2014, 5, 21, 13, 45, 2, 4};
 
-std::optional<Path> folder(FolderFormat format, const DateParts& date = wednesday) {
-  return targetFolder("/t", format, date, englishMonths(), englishDays());
+std::optional<std::string> folder(FolderFormat format, const DateParts& date = wednesday) {
+  return datedFolder(format, date, englishMonths(), englishDays());
 }
 
 }  // namespace
 
 TEST(TargetNaming, NamesTheFolderByTheChosenFormat) {
-  EXPECT_EQ(folder(FolderFormat::longName), Path("/t/2014/05/21-May-2014 Wednesday"));
-  EXPECT_EQ(folder(FolderFormat::mediumName), Path("/t/2014/05/21-May Wednesday"));
-  EXPECT_EQ(folder(FolderFormat::shortName), Path("/t/2014/05/21"));
+  EXPECT_EQ(folder(FolderFormat::longName), "2014/05/21-May-2014 Wednesday");
+  EXPECT_EQ(folder(FolderFormat::mediumName), "2014/05/21-May Wednesday");
+  EXPECT_EQ(folder(FolderFormat::shortName), "2014/05/21");
 }
 
 TEST(TargetNaming, ResolvesPercentEscapesInTheNamesOfMonthsAndDays) {
@@ -27,10 +27,8 @@ TEST(TargetNaming, ResolvesPercentEscapesInTheNamesOfMonthsAndDays) {
   auto days = englishDays();
   months.at(4) = "M%61y";
   days.at(3) = "Wednes%20day";
-  EXPECT_EQ(targetFolder("/t", FolderFormat::longName, wednesday, months, days),
-            Path("/t/2014/05/21-May-2014 Wednes day"));
-  EXPECT_EQ(targetFolder("/t", FolderFormat::mediumName, wednesday, months, days),
-            Path("/t/2014/05/21-May Wednes day"));
+  EXPECT_EQ(datedFolder(FolderFormat::longName, wednesday, months, days), "2014/05/21-May-2014 Wednes day");
+  EXPECT_EQ(datedFolder(FolderFormat::mediumName, wednesday, months, days), "2014/05/21-May Wednes day");
 }
 
 TEST(TargetNaming, HasNoFolderWhereNoFormatIsChosen) { EXPECT_FALSE(folder(FolderFormat::none).has_value()); }
@@ -38,48 +36,38 @@ TEST(TargetNaming, HasNoFolderWhereNoFormatIsChosen) { EXPECT_FALSE(folder(Folde
 TEST(TargetNaming, CallsMonth5MayAndWeekday1Sunday) {
   EXPECT_EQ(englishMonths().at(4), "May");
   EXPECT_EQ(englishDays().at(0), "Sunday");
-  EXPECT_EQ(folder(FolderFormat::longName, {2015, 12, 27, 0, 0, 0, 1}),
-            Path("/t/2015/12/27-December-2015 Sunday"));
+  EXPECT_EQ(folder(FolderFormat::longName, {2015, 12, 27, 0, 0, 0, 1}), "2015/12/27-December-2015 Sunday");
 }
 
 TEST(TargetNaming, PadsEveryNumberOfADate) {
-  EXPECT_EQ(folder(FolderFormat::shortName, {987, 1, 2, 3, 4, 5, 1}), Path("/t/0987/01/02"));
-  EXPECT_EQ(targetFileName(MediaKind::photo, {2015, 1, 1, 0, 0, 0, 5}, 7, QStringLiteral("jpg")),
+  EXPECT_EQ(folder(FolderFormat::shortName, {987, 1, 2, 3, 4, 5, 1}), "0987/01/02");
+  EXPECT_EQ(targetFileName(MediaKind::photo, {2015, 1, 1, 0, 0, 0, 5}, 7, "jpg"),
             "PHOTO_20150101000000_7.JPG");
 }
 
 TEST(TargetNaming, WritesAYearOfMoreThanFourDigitsInFull) {
   const DateParts last{292277026596, 12, 4, 15, 30, 7, 1};
-  EXPECT_EQ(folder(FolderFormat::longName, last), Path("/t/292277026596/12/04-December-292277026596 Sunday"));
-  EXPECT_EQ(targetFileName(MediaKind::photo, last, 7, QStringLiteral("jpg")),
-            "PHOTO_2922770265961204153007_7.JPG");
+  EXPECT_EQ(folder(FolderFormat::longName, last), "292277026596/12/04-December-292277026596 Sunday");
+  EXPECT_EQ(targetFileName(MediaKind::photo, last, 7, "jpg"), "PHOTO_2922770265961204153007_7.JPG");
 }
 
 TEST(TargetNaming, NamesAFileByKindTimeAndSize) {
-  EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 2345678, QStringLiteral("jpg")),
-            "PHOTO_20140521134502_2345678.JPG");
-  EXPECT_EQ(targetFileName(MediaKind::video, wednesday, 10, QStringLiteral("MoV")),
-            "VIDEO_20140521134502_10.MOV");
+  EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 2345678, "jpg"), "PHOTO_20140521134502_2345678.JPG");
+  EXPECT_EQ(targetFileName(MediaKind::video, wednesday, 10, "MoV"), "VIDEO_20140521134502_10.MOV");
 }
 
 TEST(TargetNaming, NamesAFileThatIsNeitherWithoutAnUnderscore) {
-  EXPECT_EQ(targetFileName(MediaKind::other, wednesday, 512, QStringLiteral("txt")),
-            "FILE20140521134502_512.TXT");
+  EXPECT_EQ(targetFileName(MediaKind::other, wednesday, 512, "txt"), "FILE20140521134502_512.TXT");
 }
 
 TEST(TargetNaming, GivesTwoFilesOfOneSizeAndSecondTheSameName) {
-  EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 9, QStringLiteral("jpg")),
-            targetFileName(MediaKind::photo, wednesday, 9, QStringLiteral("JPG")));
+  EXPECT_EQ(targetFileName(MediaKind::photo, wednesday, 9, "jpg"),
+            targetFileName(MediaKind::photo, wednesday, 9, "JPG"));
 }
 
 TEST(TargetNaming, WritesASizeBeyond32BitsInFull) {
-  EXPECT_EQ(targetFileName(MediaKind::video, wednesday, 18446744073709551615U, QStringLiteral("mp4")),
+  EXPECT_EQ(targetFileName(MediaKind::video, wednesday, 18446744073709551615U, "mp4"),
             "VIDEO_20140521134502_18446744073709551615.MP4");
-}
-
-TEST(TargetNaming, KeepsATargetFolderThatIsNoText) {
-  EXPECT_EQ(targetFolder("/t\xff%20", FolderFormat::shortName, wednesday, englishMonths(), englishDays()),
-            Path("/t\xff%20/2014/05/21"));
 }
 
 TEST(TextMonth, SaysJanuaryFor1To11AndNothingElse) {

@@ -427,6 +427,11 @@ TEST(FileManager, ReadsAtMostAsMuchAsAskedFor) {
   EXPECT_EQ(textOf(files->readFile(path).value()), "12345");
 }
 
+TEST(FileManager, ReadsAFileThatHoldsMoreThanItsSizeSays) {
+  const std::string maps = textOf(systemFileManager()->readPrefix("/proc/self/smaps", 20000).value());
+  EXPECT_EQ(maps.size(), 20000U);
+}
+
 TEST(FileManager, ReadsNothingOfWhatIsNoReadableFile) {
   const TemporaryFolder root;
   fs::permissions(root.path(), fs::perms::all);

@@ -17,7 +17,7 @@ class DuplicateIndex : public testing::Test {
     fingerprints[path] = fingerprint;
     return judgeFile(fileList, hashList, path, size, [this](const Path& file) {
       ++reads[file.native()];
-      return fingerprints.at(file.native());
+      return Fingerprint{.digits = fingerprints.at(file.native())};
     });
   }
   FileList fileList;

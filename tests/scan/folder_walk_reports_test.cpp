@@ -30,6 +30,17 @@ std::vector<std::string> unreadableBelow(const FileManager& files, const Path& r
   return told;
 }
 
+/// What a walk of the photos below a root visits, as "path size" and ": reason" where there is one.
+std::vector<std::string> visitsBelow(const FileManager& files, const Path& root) {
+  std::vector<std::string> told;
+  const auto visit = [&](const WalkedFile& file) {
+    const std::string reason = file.error ? ": " + file.error->message : "";
+    told.push_back(nameBelow(file.path, root) + ' ' + std::to_string(file.size) + reason);
+  };
+  EXPECT_TRUE(walkFolder(files, root, walkOfPhotos(visit)));
+  return told;
+}
+
 FileError inputError() { return systemError(EIO); }
 
 }  // namespace
@@ -109,19 +120,32 @@ TEST(FolderWalk, TellsOfAFolderThatCannotBeReadToItsEndAndVisitsWhatItSaw) {
   EXPECT_THAT(visited, ElementsAre("a/1.jpg", "b.jpg"));
 }
 
-TEST(FolderWalk, TellsOfFilesWhoseAttributesCannotBeReadButNotOfDanglingLinks) {
+TEST(FolderWalk, VisitsFilesWhoseAttributesCannotBeReadWithTheReason) {
   const TemporaryFolder root;
   for (const char* name : {"a.jpg", "b/1.jpg", "c.jpg"}) writeFile(root / name, "x");
-  fs::create_symlink("nowhere", root / "d.jpg");
-  fs::create_symlink("e.jpg", root / "e.jpg");
   test::FailingFileManager files;
   files.onEntryAttributes = [](const Path& path) {
     return path.filename() == "c.jpg" ? std::optional(inputError()) : std::nullopt;
   };
-  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("c.jpg: Input/output error"));
+  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre());
+  EXPECT_THAT(visitsBelow(files, root.path()),
+              ElementsAre("a.jpg 1", "b/1.jpg 1", "c.jpg 0: Input/output error"));
 }
 
-TEST(FolderWalk, TellsOfAFolderThatCannotBeOpenedAgainAfterItsSubfolder) {
+TEST(FolderWalk, TellsOfLinksThatCannotBeFollowedButNotOfDanglingOnes) {
+  const TemporaryFolder root;
+  fs::create_symlink("nowhere", root / "a.jpg");
+  fs::create_symlink("b.jpg", root / "b.jpg");
+  writeFile(root / "c", "x");
+  fs::create_symlink("c", root / "d.jpg");
+  test::FailingFileManager files;
+  files.onEntryAttributes = [](const Path& path) {
+    return path.filename() == "d.jpg" ? std::optional(inputError()) : std::nullopt;
+  };
+  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("d.jpg: Input/output error"));
+}
+
+TEST(FolderWalk, VisitsFilesOfAFolderThatCannotBeOpenedAgainAfterItsSubfolder) {
   const TemporaryFolder root;
   for (const char* name : {"a/b/1.jpg", "a/c.jpg"}) writeFile(root / name, "x");
   test::FailingFileManager files;
@@ -129,7 +153,7 @@ TEST(FolderWalk, TellsOfAFolderThatCannotBeOpenedAgainAfterItsSubfolder) {
   files.onOpenFolder = [&](const Path& path) {
     return path == root / "a" && ++opened == 2 ? std::optional(inputError()) : std::nullopt;
   };
-  EXPECT_THAT(unreadableBelow(files, root.path()), ElementsAre("a/c.jpg: Input/output error"));
+  EXPECT_THAT(visitsBelow(files, root.path()), ElementsAre("a/b/1.jpg 1", "a/c.jpg 0: Input/output error"));
 }
 
 }  // namespace kestrova

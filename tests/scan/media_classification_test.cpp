@@ -1,6 +1,7 @@
 #include "scan/media_classification.h"
 
 #include "support/headless_program.h"
+#include "toolkit/PKStringAdditions.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@ namespace kestrova {
 namespace {
 
 bool isInList(PhotoFormats formats, const char* extension) {
-  return listHoldsExtension(photoExtensions(formats), QString::fromUtf8(extension));
+  return photoExtensions(formats).holds(extension);
 }
 
 }  // namespace
@@ -30,14 +31,14 @@ TEST(MediaClassification, TakesTifOnlyWithJpegAndTiffAndPngOnlyWithAllThree) {
 }
 
 TEST(MediaClassification, TakesMovAndMkvAsVideosButNotMp3) {
-  EXPECT_TRUE(listHoldsExtension(videoExtensions(), QStringLiteral("MOV")));
-  EXPECT_TRUE(listHoldsExtension(videoExtensions(), QStringLiteral("mkv")));
-  EXPECT_FALSE(listHoldsExtension(videoExtensions(), QStringLiteral("mp3")));
+  EXPECT_TRUE(videoExtensions().holds("MOV"));
+  EXPECT_TRUE(videoExtensions().holds("mkv"));
+  EXPECT_FALSE(videoExtensions().holds("mp3"));
 }
 
 TEST(MediaClassification, TakesAnEmptyExtensionAsNeither) {
   EXPECT_FALSE(isInList(PhotoFormats::jpegTiffPng, ""));
-  EXPECT_FALSE(listHoldsExtension(videoExtensions(), QString()));
+  EXPECT_FALSE(videoExtensions().holds(""));
 }
 
 TEST(MediaClassification, MatchesAnExtensionWholeAndNotItsEnd) {
@@ -49,16 +50,16 @@ TEST(MediaClassification, HasNoListWhereNoFormatsAreChosen) {
 }
 
 TEST(MediaClassification, FiltersByTheChoiceOfMedia) {
-  const QString photos = photoExtensions(PhotoFormats::jpeg);
-  const QString videos = videoExtensions();
-  EXPECT_EQ(mediaFilter(Media::photosAndVideos, photos, videos), photos + u',' + videos);
+  const ExtensionList photos = photoExtensions(PhotoFormats::jpeg);
+  const ExtensionList videos = videoExtensions();
+  EXPECT_EQ(mediaFilter(Media::photosAndVideos, photos, videos).text(), photos.text() + u',' + videos.text());
   EXPECT_EQ(mediaFilter(Media::photos, photos, videos), photos);
   EXPECT_EQ(mediaFilter(Media::videos, photos, videos), videos);
 }
 
 TEST(MediaClassification, PassesOnlyJpgWhenNoMediaAreChosen) {
-  const ExtensionFilter filter(
-      mediaFilter(Media::none, photoExtensions(PhotoFormats::jpeg), videoExtensions()));
+  const ExtensionList filter =
+      mediaFilter(Media::none, photoExtensions(PhotoFormats::jpeg), videoExtensions());
   EXPECT_TRUE(filter.accepts("a.jpg"));
   EXPECT_TRUE(filter.accepts("a.JPG"));
   EXPECT_FALSE(filter.accepts("a.avi"));
@@ -73,28 +74,32 @@ TEST(MediaClassification, ReadsAnExtensionAfterTheLastDotOfAName) {
   EXPECT_EQ(extensionOfName(".jpg"), "");
   EXPECT_EQ(extensionOfName("a."), "");
   EXPECT_EQ(extensionOfName(".a.jpg"), "jpg");
-  EXPECT_EQ(pathExtension(Path("/folder.d/name")), QString());
+  const Path dotted("/folder.d/name");
+  const Path deep("/folder.d/name.Jpg");
+  const Path bare("name.jpg");
+  EXPECT_EQ(extensionOfPath(dotted), "");
+  EXPECT_EQ(extensionOfPath(deep), "Jpg");
+  EXPECT_EQ(extensionOfPath(bare), "jpg");
 }
 
-TEST(MediaClassification, AgreesWithTheListTestForEveryKindOfName) {
-  const QString list =
+TEST(MediaClassification, FindsAnExtensionAsTextBetweenCommasWhateverItsLetters) {
+  const ExtensionList list =
       mediaFilter(Media::photosAndVideos, photoExtensions(PhotoFormats::jpegTiffPng), videoExtensions());
-  const ExtensionFilter filter(list);
   for (const char* extension : {"jpg", "JPEG", "mKv", "pg", "j", "jpg,jpeg", "(", ")", "m\xe2\x84\xaav",
                                 "\xff", "p ng", "averyveryverylongextensionthatisplain", "jpg\n"}) {
-    const bool expected = listHoldsExtension(list, QString::fromUtf8(extension));
-    EXPECT_EQ(filter.accepts(std::string("name.") + extension), expected) << extension;
+    const QString whole = u',' + QString::fromUtf8(extension).toLower() + u',';
+    EXPECT_EQ(list.holds(extension), PKStringAdditions::containsString(list.text(), whole)) << extension;
   }
 }
 
 TEST(MediaClassification, FollowsTheControllersLists) {
   test::HeadlessProgram program;
   auto& manager = program.manager();
-  EXPECT_TRUE(manager.isPhoto(QStringLiteral("JPG")));
-  EXPECT_FALSE(manager.isPhoto(QStringLiteral("png")));
-  EXPECT_TRUE(manager.isVideo(QStringLiteral("MOV")));
+  EXPECT_TRUE(manager.isPhoto("JPG"));
+  EXPECT_FALSE(manager.isPhoto("png"));
+  EXPECT_TRUE(manager.isVideo("MOV"));
   program.interface->comboPhotoFormats->chooseItem(2);
-  EXPECT_TRUE(manager.isPhoto(QStringLiteral("png")));
+  EXPECT_TRUE(manager.isPhoto("png"));
 }
 
 }  // namespace kestrova

@@ -38,8 +38,8 @@ class FailingFileManager : public FileManager {
     return watched(path, [&] { return inner_->openFolder(path, finalLink); });
   }
 
-  std::optional<Bytes> readPrefix(const Path& path, std::size_t count) const override {
-    if (ask(onRead, path)) return std::nullopt;
+  FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const override {
+    if (auto error = ask(onRead, path)) return tl::make_unexpected(*error);
     return inner_->readPrefix(path, count);
   }
 

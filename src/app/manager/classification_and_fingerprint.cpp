@@ -4,17 +4,19 @@
 
 namespace kestrova {
 
-bool OrganiseManager::isPhoto(const QString& extension) const {
-  return listHoldsExtension(extensionImages.get(), extension);
+bool OrganiseManager::isPhoto(std::string_view extension) const {
+  return extensionImages.get().holds(extension);
 }
 
-bool OrganiseManager::isVideo(const QString& extension) const {
-  return listHoldsExtension(extensionVideo.get(), extension);
+bool OrganiseManager::isVideo(std::string_view extension) const {
+  return extensionVideo.get().holds(extension);
 }
 
 // The name is older than the count.
 std::optional<Bytes> OrganiseManager::read10KFromFile(const Path& path) const {
-  return host_.files->readPrefix(path, prefixLength);
+  auto start = host_.files->readPrefix(path, prefixLength);
+  if (!start) return std::nullopt;
+  return *std::move(start);
 }
 
 std::string OrganiseManager::hashData(const std::optional<Bytes>& data) const {

@@ -28,9 +28,13 @@ void OrganiseManager::copyRecord(const OperationRecord& record) {
     return;
   }
   const Path to = record.file("to").value_or(Path());
-  const QString extension = pathExtension(record.file("from").value_or(Path()));
+  const Path from = record.file("from").value_or(Path());
+  const std::string_view extension = extensionOfPath(from);
   const QString number = countText(tTotalCount + 1);
-  if (isPhoto(extension)) setStatus(QStringLiteral("Copying Photo (%1) %2").arg(extension.toUpper(), number));
+  if (isPhoto(extension)) {
+    const QString kind = QString::fromUtf8(extension).toUpper();
+    setStatus(QStringLiteral("Copying Photo (%1) %2").arg(kind, number));
+  }
   if (isVideo(extension)) setStatus(QStringLiteral("Copying VIDEO ") + number);
   prepareFolderOf(to);
   copyAsItIs(record);
@@ -58,7 +62,7 @@ void OrganiseManager::copyAsItIs(const OperationRecord& record, const std::strin
                                             [&] { return checkIsAsPlanned(record); });
   if (copied) {
     verdict.outcome = Outcome::copied;
-    verdict.error = remark;
+    verdict.error = remark.empty() && record.planned() ? record.planned()->readError : remark;
     noteTarget(verdict);
     settle(verdict);
     log(QStringLiteral("Copy successful"));

@@ -1,11 +1,11 @@
 #include "app/organise_manager.h"
 #include "planning/calendar.h"
-#include "planning/operation_decision.h"
+#include "planning/plan_file.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
-#include "scan/media_classification.h"
 
 #include <exception>
+#include <utility>
 
 namespace kestrova {
 
@@ -48,7 +48,12 @@ void OrganiseManager::planFiles(const InvocationOperation& planner) {
 // Of a file that raises an exception, and of all after it, nothing comes in this run.
 void OrganiseManager::planOrSettle(FileList::Iterator entry, const InvocationOperation& planner) {
   try {
-    planFile(entry->path, planner);
+    auto planned = planFile(entry->path, planningContext(), *host_.files);
+    if (planned) {
+      queueEntry(*std::move(planned), planner);
+    } else {
+      settle(planned.error());
+    }
   } catch (const std::exception& error) {
     settle({.outcome = Outcome::failed,
             .source = entry->path,
@@ -67,37 +72,15 @@ void OrganiseManager::settleUnreached(FileList::Iterator first) {
   }
 }
 
-void OrganiseManager::planFile(const Path& file, const InvocationOperation& planner) {
-  const PlanningOptions options = planningOptions();
-  const FileFacts facts = factsOf(file);
-  if (isSmallFile(facts, options)) return leaveOut(file, facts.size);
-  if (isLogging()) log(QStringLiteral("IMAGE  ") + displayPath(file));
-
-  const ImageMetadata metadata = facts.isPhoto ? imageMetadata(read10KFromFile(file)) : ImageMetadata();
-  if (metadata.pixelWidth && metadata.pixelHeight && isLogging()) {
-    log(QStringLiteral("Pixel Width : %1  Pixel Height : %2")
-            .arg(*metadata.pixelWidth)
-            .arg(*metadata.pixelHeight));
-  }
-  if (isSmallPicture(metadata, options)) return leaveOut(file, facts.size);
-
-  const auto target = targetOf(file, facts, dateOf(file, metadata), options.folderFormat);
-  const FileResult<bool> exists = target ? host_.files->fileExists(*target) : false;
-  if (!exists || *exists) {
-    settle({.outcome = exists ? Outcome::exists : Outcome::failed,
-            .source = file,
-            .target = target,
-            .sourceSize = facts.size,
-            .error = exists ? std::string() : exists.error().message});
-    return;
-  }
-  queueEntry({chooseHandler(facts, metadata, options),
-              file,
-              target,
-              metadata.orientation,
-              options.resolution,
-              {.size = facts.size, .isNameTaken = target && !takeTarget(*target)}},
-             planner);
+// The options are read for each file: the user may change them meanwhile.
+PlanningContext OrganiseManager::planningContext() const {
+  return {.options = planningOptions(),
+          .photos = extensionImages.get(),
+          .videos = extensionVideo.get(),
+          .months = months,
+          .days = days,
+          .target = targetPath.get(),
+          .runStart = starttime ? *starttime : host_.now()};
 }
 
 PlanningOptions OrganiseManager::planningOptions() const {
@@ -108,41 +91,15 @@ PlanningOptions OrganiseManager::planningOptions() const {
           .resolution = optionAt<Resolution>(comboResolution->indexOfSelectedItem())};
 }
 
-FileFacts OrganiseManager::factsOf(const Path& file) const {
-  const QString extension = pathExtension(file);
-  return {sizeOfFile(file), isPhoto(extension), isVideo(extension)};
-}
-
-// Small videos are counted with the small photos.
-void OrganiseManager::leaveOut(const Path& file, std::uint64_t size) {
-  settle({.outcome = Outcome::small, .source = file, .sourceSize = size});
-}
-
 // Hashes take a tenth of the memory of names. Where two are equal by chance, the second file is written all
 // the same.
 bool OrganiseManager::takeTarget(const Path& target) {
   return plannedTargets_.insert(std::hash<std::string>()(target.native())).second;
 }
 
-// A file that has no date at all counts as one of today: of the start of the run.
-Date OrganiseManager::dateOf(const Path& file, const ImageMetadata& metadata) const {
-  if (metadata.captureDate) return *metadata.captureDate;
-  if (const auto modified = getModifiedDate(fileUrlString(file))) return *modified;
-  return starttime.value_or(host_.now());
-}
-
-std::optional<Path> OrganiseManager::targetOf(const Path& file, const FileFacts& facts, Date date,
-                                              FolderFormat format) const {
-  const auto target = targetPath.get();
-  if (!target) return std::nullopt;
-  const DateParts parts = splitDate(date);
-  auto folder = targetFolder(*target, format, parts, months, days);
-  if (!folder) return std::nullopt;
-  return *folder / targetFileName(mediaKindOf(facts), parts, facts.size, pathExtension(file));
-}
-
 // A Stop that comes while a file is being queued must reach it too.
-void OrganiseManager::queueEntry(const PlanEntry& entry, const InvocationOperation& planner) {
+void OrganiseManager::queueEntry(PlanEntry entry, const InvocationOperation& planner) {
+  entry.planned.isNameTaken = entry.to && !takeTarget(*entry.to);
   const auto handler = entry.handler == PlanEntry::Handler::resize ? &OrganiseManager::resizeOperation
                                                                    : &OrganiseManager::copyOperation;
   const auto operation = std::make_shared<InvocationOperation>();

@@ -52,7 +52,7 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
 }
 
 void OrganiseManager::rewrite(const OperationRecord& record) {
-  const Verdict verdict = verdictOn(record);
+  Verdict verdict = verdictOn(record);
   const auto photo = readPhoto(*host_.files, verdict);
   const RewriteWishes wishes{.resolution = resolutionOf(record),
                              .upright = chkRotate->state() == CheckBox::on,
@@ -64,7 +64,9 @@ void OrganiseManager::rewrite(const OperationRecord& record) {
   if (!rewriting) {
     copyUndecodable(record, rewriting.error().reason);
   } else if (rewriting->isLeftOut) {
-    leaveOut(verdict.source, verdict.sourceSize);
+    verdict.outcome = Outcome::small;
+    verdict.target.reset();
+    settle(verdict);
   } else {
     writePhoto(record, verdict, *rewriting);
   }

@@ -63,7 +63,7 @@ void OrganiseManager::writeDataOperation(const OperationRecord& record) {
   const Bytes* data = record.data();
   const auto written = data == nullptr ? FileResult<void>() : host_.files->writeData(*data, to);
   if (written) {
-    increaseRotateCount(pathExtension(to), data == nullptr ? 0 : data->size());
+    increaseRotateCount(extensionOfPath(to), data == nullptr ? 0 : data->size());
   } else if (writeErrorCode(written.error()) == fullWhenWriting) {
     log(QStringLiteral("No space left!!!!!"));
     pauseRun();

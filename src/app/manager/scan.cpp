@@ -5,6 +5,22 @@
 
 namespace kestrova {
 
+namespace {
+
+/// The verdict on a file that is set aside as it seems to equal another.
+Verdict setAside(const WalkedFile& file, const Sighting& sighting, Outcome outcome) {
+  Verdict verdict{
+      .outcome = outcome, .source = file.path, .sourceSize = file.size, .original = sighting.original};
+  if (file.error) {
+    verdict.becomeUnreadable(file.error->message);
+  } else if (!sighting.readError.empty()) {
+    verdict.becomeUnreadable(sighting.readError);
+  }
+  return verdict;
+}
+
+}  // namespace
+
 void OrganiseManager::analyseSourceOperation(const InvocationOperation& operation) {
   beginScan(operation);
   const WalkEnd end = walkSources(operation);
@@ -79,8 +95,8 @@ void OrganiseManager::clearLabels(const InvocationOperation& operation) {
 }
 
 OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation& operation) {
-  const ExtensionFilter filter(mediaFilter(optionAt<Media>(comboCopy->indexOfSelectedItem()),
-                                           extensionImages.get(), extensionVideo.get()));
+  const ExtensionList filter = mediaFilter(optionAt<Media>(comboCopy->indexOfSelectedItem()),
+                                           extensionImages.get(), extensionVideo.get());
   WalkEnd end = WalkEnd::complete;
   FolderWalk walk;
   walk.wants = [&filter](std::string_view name) { return filter.accepts(name); };
@@ -91,7 +107,10 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
       end = WalkEnd::suspended;
     return end == WalkEnd::complete;
   };
-  walk.visits = [this](const WalkedFile& file) { takeFile(file.path, file.size); };
+  walk.visits = [this](const WalkedFile& file) { takeFile(file); };
+  walk.cannotRead = [this](const Path& path, const FileError& error) {
+    if (unreadableListener) unreadableListener(path, error);
+  };
   for (const Path& source : sourcePathList.get()) {
     setStatus(QStringLiteral("Analyzing source folders"));
     if (!walkFolder(*host_.files, source, walk)) break;
@@ -99,39 +118,40 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
   return end;
 }
 
-void OrganiseManager::takeFile(const Path& path, std::uint64_t size) {
+void OrganiseManager::takeFile(const WalkedFile& file) {
   using Kind = Sighting::Kind;
-  const auto fingerprintOf = [this](const Path& file) { return hashData(read10KFromFile(file)); };
-  const Sighting sighting = judgeFile(fileList, hashList, path, size, fingerprintOf);
+  const auto fingerprintOf = [this](const Path& path) { return readFingerprint(*host_.files, path); };
+  const Sighting sighting = judgeFile(fileList, hashList, file.path, file.size, fingerprintOf);
   switch (sighting.kind) {
     case Kind::newFile:
-      return addNew(path, size, "NEW : ");
+      addNew(file, "NEW : ");
+      break;
     case Kind::sameFileSize:
-      return addNew(path, size, "SAME FILE SIZE : ");
+      addNew(file, "SAME FILE SIZE : ");
+      break;
     case Kind::duplicate:
-      return addDuplicate(path, size, sighting);
+      addDuplicate(file, sighting);
+      break;
     case Kind::sameContent:
-      settle({.outcome = Outcome::sameContent,
-              .source = path,
-              .sourceSize = size,
-              .original = sighting.original});
+      settle(setAside(file, sighting, Outcome::sameContent));
+      break;
   }
 }
 
-void OrganiseManager::addNew(const Path& path, std::uint64_t size, const char* label) {
-  increaseSourceCount(pathExtension(path), size);
+void OrganiseManager::addNew(const WalkedFile& file, const char* label) {
+  increaseSourceCount(extensionOfPath(file.path), file.size);
   if (isLogging())
-    log(QString::fromLatin1(label) + displayPath(path) + QStringLiteral(" : ") + QString::number(size));
+    log(QString::fromLatin1(label) + displayPath(file.path) + QStringLiteral(" : %1").arg(file.size));
 }
 
-void OrganiseManager::addDuplicate(const Path& path, std::uint64_t size, const Sighting& sighting) {
+void OrganiseManager::addDuplicate(const WalkedFile& file, const Sighting& sighting) {
   if (isLogging()) {
     const auto fingerprint = QString::fromStdString(sighting.fingerprint);
-    log(QStringLiteral("DUPLICATE -----> ") + displayPath(path) +
-        QStringLiteral(" : %1 : %2").arg(fingerprint).arg(size));
+    log(QStringLiteral("DUPLICATE -----> ") + displayPath(file.path) +
+        QStringLiteral(" : %1 : %2").arg(fingerprint).arg(file.size));
   }
-  duplicateList.push_back(path.native());
-  settle({.outcome = Outcome::duplicate, .source = path, .sourceSize = size, .original = sighting.original});
+  duplicateList.push_back(file.path.native());
+  settle(setAside(file, sighting, Outcome::duplicate));
 }
 
 // A Stop that comes while the planner is being added must reach it too.

@@ -81,7 +81,7 @@ void OrganiseManager::loadSettings() {
   // The stored value decides here, as a 32-bit number, not the combo box.
   const auto formats =
       static_cast<std::int32_t>(defaults.integer(QStringLiteral("selectedPhotoFormats")).value_or(0));
-  const QString extensions = photoExtensions(optionAt<PhotoFormats>(formats));
+  const ExtensionList extensions = photoExtensions(optionAt<PhotoFormats>(formats));
   extensionImages = extensions.isEmpty() ? photoExtensions(PhotoFormats::jpeg) : extensions;
   extensionVideo = videoExtensions();
   loadingSettings = false;
@@ -91,7 +91,7 @@ void OrganiseManager::loadSettings() {
 void OrganiseManager::comboBoxSelectionDidChange() {
   if (loadingSettings) return;
   saveSettings();
-  const QString extensions =
+  const ExtensionList extensions =
       photoExtensions(optionAt<PhotoFormats>(comboPhotoFormats->indexOfSelectedItem()));
   if (!extensions.isEmpty()) extensionImages = extensions;
 }

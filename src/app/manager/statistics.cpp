@@ -69,8 +69,8 @@ void OrganiseManager::settle(const Verdict& verdict) {
 }
 
 void OrganiseManager::count(const Verdict& verdict) {
-  const QString from = pathExtension(verdict.source);
-  const QString to = pathExtension(verdict.target.value_or(Path()));
+  const std::string_view from = extensionOfPath(verdict.source);
+  const std::string_view to = verdict.target ? extensionOfPath(*verdict.target) : std::string_view();
   switch (verdict.counted()) {
     case Outcome::copied:
       increaseTargetCount(to, verdict.sourceSize);
@@ -99,7 +99,7 @@ void OrganiseManager::count(const Verdict& verdict) {
   }
 }
 
-void OrganiseManager::increaseSourceCount(const QString& extension, std::uint64_t size) {
+void OrganiseManager::increaseSourceCount(std::string_view extension, std::uint64_t size) {
   if (isPhoto(extension)) raise(*this, foundPhotos, size);
   if (isVideo(extension)) raise(*this, foundVideos, size);
   sTotalCount = sPhotoCount + sVideoCount;
@@ -107,12 +107,12 @@ void OrganiseManager::increaseSourceCount(const QString& extension, std::uint64_
   showSourceLabels();
 }
 
-void OrganiseManager::increaseSourceDuplicate(const QString&, std::uint64_t size) {
+void OrganiseManager::increaseSourceDuplicate(std::string_view, std::uint64_t size) {
   raise(*this, duplicates, size);
   refresh(Rows::duplicates);
 }
 
-void OrganiseManager::increaseTargetCount(const QString& extension, std::uint64_t size) {
+void OrganiseManager::increaseTargetCount(std::string_view extension, std::uint64_t size) {
   const bool photo = isPhoto(extension);
   const bool video = isVideo(extension);
   if (photo) raise(*this, copiedPhotos, size);
@@ -123,18 +123,18 @@ void OrganiseManager::increaseTargetCount(const QString& extension, std::uint64_
   refresh(Rows::written);
 }
 
-void OrganiseManager::increaseRotateCount(const QString&, std::uint64_t size) {
+void OrganiseManager::increaseRotateCount(std::string_view, std::uint64_t size) {
   raise(*this, rewritten, size);
   updateTargetTotals();
   refresh(Rows::rewritten);
 }
 
-void OrganiseManager::increaseTargetAlready(const QString&, std::uint64_t size) {
+void OrganiseManager::increaseTargetAlready(std::string_view, std::uint64_t size) {
   raise(*this, already, size);
   refresh(Rows::already);
 }
 
-void OrganiseManager::increaseFilteredPhoto(const QString&, std::uint64_t size) {
+void OrganiseManager::increaseFilteredPhoto(std::string_view, std::uint64_t size) {
   raise(*this, filtered, size);
   refresh(Rows::filtered);
 }

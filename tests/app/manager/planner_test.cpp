@@ -58,7 +58,7 @@ TEST_F(Planner, DatesAFileWithoutAnyDateByTheStartOfTheRun) {
   };
   program.run();
   const DateParts today = splitDate(manager().starttime.value());
-  const std::string expected = targetFileName(MediaKind::video, today, 0, QStringLiteral("mov"));
+  const std::string expected = targetFileName(MediaKind::video, today, 0, "mov");
   ASSERT_EQ(program.targetFiles().size(), 1U);
   EXPECT_TRUE(program.targetFiles()[0].ends_with(expected)) << program.targetFiles()[0];
 }

@@ -95,8 +95,8 @@ TEST_F(RunStopRace, TheNextRunStartsAfterAStopInAnyStage) {
 TEST_F(RunStopRace, ALabelThatWaitsToBeShownDoesNotKeepBackThoseOfTheNextRun) {
   program.chooseFolders();
   manager().processQueue = std::make_shared<OperationQueue>();
-  manager().increaseSourceCount(QStringLiteral("jpg"), 1);
-  manager().increaseSourceDuplicate(QStringLiteral("jpg"), 1);
+  manager().increaseSourceCount("jpg", 1);
+  manager().increaseSourceDuplicate("jpg", 1);
   const auto scan = std::make_shared<InvocationOperation>();
   test::writePhoto(program.source / "a2.jpg", 1000 + 'a');
   manager().analyseSourceOperation(*scan);

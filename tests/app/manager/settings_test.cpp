@@ -42,7 +42,7 @@ class Settings : public testing::Test {
   void launch() { program = std::make_unique<test::HeadlessProgram>(systemFileManager(), defaults); }
   MainInterface& controls() { return *program->interface; }
   OrganiseManager& manager() { return program->manager(); }
-  QString extensionImages() { return program->manager().extensionImages.get(); }
+  QString extensionImages() { return program->manager().extensionImages.get().text(); }
 
   std::shared_ptr<RecordingDefaults> defaults = std::make_shared<RecordingDefaults>();
   std::unique_ptr<test::HeadlessProgram> program;
@@ -64,7 +64,8 @@ TEST_F(Settings, AtAFirstLaunchShowTheFirstItemsAndTheCopyTextInTheFolderFormat)
   EXPECT_EQ(controls().chkFilterSmallPhotos->state(), CheckBox::off);
   EXPECT_EQ(controls().chkFilterSmallVideos->state(), CheckBox::off);
   EXPECT_EQ(extensionImages(), QStringLiteral("(,jpg,jpeg,)"));
-  EXPECT_EQ(program->manager().extensionVideo.get(), QStringLiteral("(,avi,mov,divx,mp4,mpg,m4v,flv,mkv,)"));
+  EXPECT_EQ(program->manager().extensionVideo.get().text(),
+            QStringLiteral("(,avi,mov,divx,mp4,mpg,m4v,flv,mkv,)"));
   EXPECT_TRUE(program->manager().sourcePathList.get().empty());
   EXPECT_FALSE(controls().buttonStop->isEnabled());
   EXPECT_TRUE(controls().buttonStart->isEnabled());

@@ -7,9 +7,9 @@ namespace kestrova {
 
 namespace {
 
-const QString jpg = QStringLiteral("jpg");
-const QString mov = QStringLiteral("mov");
-const QString txt = QStringLiteral("txt");
+constexpr std::string_view jpg = "jpg";
+constexpr std::string_view mov = "mov";
+constexpr std::string_view txt = "txt";
 
 class Statistics : public testing::Test {
  protected:
