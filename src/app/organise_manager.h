@@ -1,7 +1,8 @@
 #pragma once
 
-#include "app/controls.h"
+#include "app/counters.h"
 #include "app/host.h"
+#include "app/outlets.h"
 #include "execution/operation_queue.h"
 #include "execution/operation_record.h"
 #include "model/run_state.h"
@@ -50,7 +51,7 @@ enum class TerminateReply { cancel, now };
 /// the operations run on threads of `processQueue`, one at a time from planning on. A worker changes fields
 /// and posts what changes a control. Fields that cross threads are a `RelaxedAtomic` or a
 /// `GuardedValue`; the scan lists belong to the stage that runs. Made and destroyed on the main thread.
-class OrganiseManager {
+class OrganiseManager : public Counters, public Outlets {
  public:
   /// The window gets its controls after this; settings are loaded into them by the main queue's next turn.
   explicit OrganiseManager(Host host);
@@ -68,22 +69,6 @@ class OrganiseManager {
   HashList hashList;
   std::vector<std::string> duplicateList;  ///< paths as bytes, in the order found
 
-  // --- Source counters: files and bytes ---
-  Counter sTotalCount, sTotalSize;
-  Counter sDuplicateCount, sDuplicateSize;
-  Counter sPhotoCount, sPhotoSize;
-  Counter sVideoCount, sVideoSize;
-
-  // --- Target counters: files and bytes ---
-  Counter tTotalCount, tTotalSize;
-  Counter tPhotoCount, tPhotoSize;
-  Counter tVideoCount, tVideoSize;
-  Counter tAlreadyCount, tAlreadySize;    ///< targets that were there when the run was planned
-  Counter tRotatedCount, tRotatedSize;    ///< rewritten photos, resized ones included
-  Counter tFilteredCount, tFilteredSize;  ///< small photos and videos left out
-  Counter targetCount, targetSize;
-  Counter targetExistCount;  ///< targets that turned out to be there when they were to be written
-
   // --- Run state ---
   std::shared_ptr<OperationQueue> processQueue;  ///< absent until the first start; a new one at every start
   PublishedValue<ExtensionList> extensionImages;
@@ -97,23 +82,6 @@ class OrganiseManager {
   std::optional<Date> starttime;  ///< of the last run
   RelaxedAtomic<bool> haserror;
   RelaxedAtomic<bool> hasstopped;
-
-  // --- Outlets: the window owns the controls ---
-  Window* window = nullptr;
-  Outlet<TableView> sourceList;
-  Outlet<TextField> lblSourceCount, lblSourceSize, lblSourceDuplicates, lblSourceDuplicateSize;
-  Outlet<TextField> lblTargetPath, lblTargetCount, lblTargetSize, lblTargetExistCount;
-  Outlet<TextField> lblDuplicateCount, lblDuplicateSize, lblPhotoCount, lblPhotoSize;
-  Outlet<TextField> lblTotalCount, lblTotalSize, lblVideoCount, lblVideoSize;
-  Outlet<TextField> trgExistCount, trgExistSize, trgPhotoCount, trgPhotoSize;
-  Outlet<TextField> trgTotalCount, trgTotalSize, trgVideoCount, trgVideoSize;
-  Outlet<TextField> trgRotatedCount, trgRotatedSize, trgFilteredCount, trgFilteredSize;
-  Outlet<CheckBox> chkRotate, chkFilterSmallPhotos, chkFilterSmallVideos;
-  Outlet<ComboBox> comboCopy, comboFolderFormat, comboResolution, comboPhotoFormats;
-  Outlet<RadioMatrix> radioResolution;
-  Outlet<Button> buttonStart, buttonStop, btnReview;
-  Outlet<ProgressIndicator> processBar, sourceProgress;
-  Outlet<TextField> lblStatus;
 
   /// Told of every file's fate, once; set before a run, on the main thread.
   VerdictListener verdictListener;

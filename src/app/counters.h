@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/relaxed_atomic.h"
+
+namespace kestrova {
+
+/// What a run has counted so far. One worker at a time raises them; any thread may read them.
+struct Counters {
+  // Source side: files and bytes
+  Counter sTotalCount, sTotalSize;
+  Counter sDuplicateCount, sDuplicateSize;
+  Counter sPhotoCount, sPhotoSize;
+  Counter sVideoCount, sVideoSize;
+
+  // Target side: files and bytes
+  Counter tTotalCount, tTotalSize;
+  Counter tPhotoCount, tPhotoSize;
+  Counter tVideoCount, tVideoSize;
+  Counter tAlreadyCount, tAlreadySize;    ///< targets that were there when the run was planned
+  Counter tRotatedCount, tRotatedSize;    ///< rewritten photos, resized ones included
+  Counter tFilteredCount, tFilteredSize;  ///< small photos and videos left out
+  Counter targetCount, targetSize;
+  Counter targetExistCount;  ///< targets that turned out to be there when they were to be written
+};
+
+}  // namespace kestrova
