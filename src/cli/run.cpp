@@ -30,7 +30,7 @@ Host hostWith(std::shared_ptr<FileManager> files) {
   return host;
 }
 
-void applyOptions(MainInterface& interface, const Arguments& arguments) {
+void applyOptions(MainInterface& interface, const OrganiseArguments& arguments) {
   interface.comboCopy->chooseItem(indexOf(arguments.media));
   interface.comboPhotoFormats->chooseItem(indexOf(arguments.photoFormats));
   interface.comboFolderFormat->chooseItem(indexOf(arguments.folders));
@@ -121,7 +121,7 @@ Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
 
 }  // namespace
 
-std::string unusableFolder(const Arguments& arguments, const FileManager& files) {
+std::string unusableFolder(const OrganiseArguments& arguments, const FileManager& files) {
   for (const Path& source : arguments.sources) {
     const auto attributes = files.attributesOfItem(source);
     if (!attributes) return unusable(source, attributes.error().message);
@@ -133,7 +133,7 @@ std::string unusableFolder(const Arguments& arguments, const FileManager& files)
   return target && !target->isDirectory ? unusable(arguments.target, "this target is not a folder") : "";
 }
 
-Summary organise(const Arguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
+Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
                  Progress& progress, Tally& tally) {
   const auto start = Clock::now();
   MainInterface interface(hostWith(std::move(files)));

@@ -53,7 +53,7 @@ class CliRun : public testing::Test {
   TemporaryFolder root_;
   Path in_ = root_ / "in";
   Path out_ = root_ / "out";
-  Arguments arguments_;
+  OrganiseArguments arguments_;
   std::shared_ptr<FailingFileManager> files_ = std::make_shared<FailingFileManager>();
   StopSignals stop_;
   Progress progress_{Progress::Mode::silent};

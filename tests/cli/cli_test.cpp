@@ -183,7 +183,7 @@ TEST(Cli, RefusesWrongUsage) {
   const Path file = writeFile(folders.root / "file", "");
   const std::string missing = folders.root / "missing";
   const std::array<std::pair<Words, std::string>, 5> cases{{
-      {{}, "no command is given: there is \"organise\""},
+      {{}, "no command is given: expected organise"},
       {{"organise", folders.in}, "no target folder is given: --to FOLDER names it"},
       {{"organise", missing, "--to", folders.out}, '"' + missing + "\": No such file or directory"},
       {{"organise", file, "--to", folders.out}, '"' + file.native() + "\": this source is not a folder"},

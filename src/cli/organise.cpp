@@ -1,0 +1,68 @@
+#include "cli/organise.h"
+
+#include "cli/output.h"
+#include "cli/run.h"
+
+#include <QLoggingCategory>
+
+namespace kestrova::cli {
+
+namespace {
+
+Progress::Mode progressMode(const OrganiseArguments& arguments) {
+  if (arguments.quiet) return Progress::Mode::silent;
+  return arguments.log ? Progress::Mode::plain : Progress::modeOfStandardError();
+}
+
+void printResult(const OrganiseArguments& arguments, const Summary& summary,
+                 const std::vector<Tally::Remark>& remarks) {
+  if (arguments.json) {
+    print(stdout, summaryJson(summary).toStdString());
+  } else if (!arguments.quiet) {
+    print(stdout, summaryTable(summary).toStdString());
+  }
+  if (!arguments.quiet) print(stderr, noticeLines(remarks).toStdString());
+  print(stderr, errorLines(summary, remarks).toStdString());
+}
+
+}  // namespace
+
+tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Path& currentFolder) {
+  OrganiseArguments arguments;
+  OptionParser parser(currentFolder);
+  parser.operands("a source folder", arguments.sources);
+  parser.path("--to", "a folder", arguments.target);
+  parser.choice("--media", arguments.media);
+  parser.choice("--photo-formats", arguments.photoFormats);
+  parser.choice("--folders", arguments.folders);
+  parser.choice("--size", arguments.size);
+  parser.flags("--upright", "--no-upright", arguments.upright);
+  parser.flag("--skip-small-photos", arguments.skipSmallPhotos);
+  parser.flag("--skip-small-videos", arguments.skipSmallVideos);
+  parser.flag("--json", arguments.json);
+  parser.flag("--quiet", arguments.quiet);
+  parser.flag("--log", arguments.log);
+  if (const Step parsed = parser.parse(words); !parsed) return tl::unexpected(parsed.error());
+  if (arguments.sources.empty()) return tl::unexpected(std::string("no source folder is given"));
+  if (arguments.target.empty()) {
+    return tl::unexpected(std::string("no target folder is given: --to FOLDER names it"));
+  }
+  return arguments;
+}
+
+int run(const OrganiseArguments& arguments) {
+  if (arguments.log) QLoggingCategory::setFilterRules(QStringLiteral("*=false\nkestrova=true"));
+  const auto files = systemFileManager();
+  if (const std::string reason = unusableFolder(arguments, *files); !reason.empty()) return refuse(reason);
+
+  StopSignals stop;
+  Tally tally;
+  const Summary summary = [&] {
+    Progress progress(progressMode(arguments));
+    return organise(arguments, files, stop, progress, tally);
+  }();
+  printResult(arguments, summary, tally.remarks());
+  return exitStatus(summary);
+}
+
+}  // namespace kestrova::cli

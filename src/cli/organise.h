@@ -1,0 +1,53 @@
+#pragma once
+
+#include "cli/option_parser.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrova::cli {
+
+/// What `organise` is asked to do.
+struct OrganiseArguments {
+  std::vector<Path> sources;  ///< absolute
+  Path target;                ///< absolute
+  Media media = Media::photosAndVideos;
+  PhotoFormats photoFormats = PhotoFormats::jpeg;
+  FolderFormat folders = FolderFormat::longName;
+  Resolution size = Resolution::original;
+  bool upright = true;
+  bool skipSmallPhotos = false;
+  bool skipSmallVideos = false;
+  bool json = false;
+  bool quiet = false;
+  bool log = false;
+};
+
+constexpr std::string_view organiseHelp = R"(organise SOURCE... --to TARGET [OPTION...]
+  --to TARGET            the folder for the new tree; created if it does not exist
+  --media all|photos|videos
+                         what to copy (default all)
+  --photo-formats jpeg|jpeg+tiff|jpeg+tiff+png
+                         which formats count as photos (default jpeg)
+  --folders long|medium|short
+                         2014/05/21-May-2014 Wednesday, 2014/05/21-May Wednesday or
+                         2014/05/21 (default long)
+  --size original|720p|1080p
+                         the largest size for photos (default original)
+  --upright, --no-upright
+                         rotate photos upright or keep their orientation (default --upright)
+  --skip-small-photos    skip photos smaller than 20,000 bytes or 400 pixels on a side
+  --skip-small-videos    skip videos smaller than 2,000,000 bytes
+  --json                 print the summary as one JSON object
+  --quiet                print errors only: no progress, no table
+  --log                  log what happens to each file on standard error
+  Ctrl-C stops after the current file. Run the same command again to resume.
+)";
+
+tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Path& currentFolder);
+
+/// Organises, prints what the run came to and returns the exit status.
+int run(const OrganiseArguments& arguments);
+
+}  // namespace kestrova::cli
