@@ -228,6 +228,7 @@ class OrganiseManager : public Counters, public Outlets {
   void haltRun();
   void resumeRun();
   void noticeEnd(const OperationQueue& queue);
+  void releaseTarget();
   void postEnd();
   void showEnded();
 
@@ -259,6 +260,7 @@ class OrganiseManager : public Counters, public Outlets {
   std::unordered_set<std::size_t> plannedTargets_;  // hashes; of the planner
   std::array<std::atomic<bool>, rowGroups> refreshPending_{};
   std::shared_ptr<HeldTarget> heldTarget_;  ///< from planning to the run's end; the workers'
+  FileResult<void> namesAreDurable_;        ///< of the last run, once it has ended; the workers'
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

@@ -77,6 +77,10 @@ class HeldTarget {
   /// Until then, a link to a folder that is met on the way to an item is the user's own: it is followed, and
   /// is to lead to the same folder for the whole run. To be called when the run is planned.
   virtual void followNoNewLinks() = 0;
+
+  /// Returns once every name that was given below the target since it is held is safe on the medium: those of
+  /// files and folders, and that of the target folder itself. All are tried; the error is the first one.
+  virtual FileResult<void> makeNamesDurable() = 0;
 };
 
 /// What the program asks of the host's file system. Paths are bytes and never pass through a text codec; they
@@ -140,7 +144,14 @@ enum class Staging {
                        ///< run
 };
 
+/// How files wait for their names in a folder, which is given as an open place.
+using StagingChoice = std::function<Staging(int folder)>;
+
+/// Unseen, unless the folder's volume may lose files that were made durable before they had a name.
+Staging stagingFor(int folder);
+
 /// The host's own file system.
-std::shared_ptr<FileManager> systemFileManager(Staging staging = Staging::unseen);
+std::shared_ptr<FileManager> systemFileManager(StagingChoice staging = stagingFor);
+std::shared_ptr<FileManager> systemFileManager(Staging staging);
 
 }  // namespace kestrova

@@ -16,6 +16,10 @@ FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags);
 /// thing.
 FileResult<FileDescriptor> createUnnamed(int folder, mode_t mode);
 
+/// Whether the folder's volume may lose a file that was made durable before it had a name, or be damaged by
+/// that: on btrfs some kernels replay a log that has the file without a name.
+bool mayLoseUnnamedFiles(int folder);
+
 /// Gives such a file its first name. Fails with EEXIST when the name is taken.
 FileResult<void> nameUnnamed(int file, int folder, const char* name);
 
@@ -30,6 +34,10 @@ FileResult<void> copyContents(int from, int to, std::uint64_t size);
 /// Returns once the file's bytes, and what is needed to find them, are safe on the medium. A name given to
 /// the file afterwards cannot outlive a crash without them.
 FileResult<void> makeDurable(int file);
+
+/// The same for the names in a folder, given as an open place. Does nothing where the file system knows
+/// nothing of the kind.
+FileResult<void> makeNamesDurable(int folder);
 
 struct FileTimes {
   timespec accessAndModification[2];  ///< as futimens takes them

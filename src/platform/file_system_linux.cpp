@@ -5,8 +5,10 @@
 #include <string>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <linux/openat2.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace kestrova::host {
@@ -28,6 +30,11 @@ FileResult<FileDescriptor> createUnnamed(int folder, mode_t mode) {
   return file;
 }
 
+bool mayLoseUnnamedFiles(int folder) {
+  struct statfs volume = {};
+  return ::fstatfs(folder, &volume) == 0 && volume.f_type == BTRFS_SUPER_MAGIC;
+}
+
 FileResult<void> nameUnnamed(int file, int folder, const char* name) {
   const std::string inProc = "/proc/self/fd/" + std::to_string(file);
   const int answer =
@@ -43,6 +50,19 @@ FileResult<void> renameExclusively(int folder, const char* from, const char* to)
 
 FileResult<void> makeDurable(int file) {
   return succeeded(uninterrupted([&] { return ::fdatasync(file); }));
+}
+
+FileResult<void> makeNamesDurable(int folder) {
+  const FileDescriptor opened(
+      uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (!opened && errno == EACCES) {
+    ::sync();  // a folder that may be written but not read; this needs no permission
+    return {};
+  }
+  if (!opened) return failure();
+  auto done = succeeded(uninterrupted([&] { return ::fsync(opened.get()); }));
+  if (!done && (done.error().code == EINVAL || done.error().code == ENOTSUP)) return {};
+  return done;
 }
 
 FileTimes timesOf(const struct stat& status) {

@@ -15,6 +15,8 @@ FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags) 
 
 FileResult<FileDescriptor> createUnnamed(int, mode_t) { return failure(ENOTSUP); }
 
+bool mayLoseUnnamedFiles(int) { return false; }
+
 FileResult<void> nameUnnamed(int, int, const char*) { return failure(ENOTSUP); }
 
 FileResult<void> renameExclusively(int folder, const char* from, const char* to) {
@@ -35,6 +37,16 @@ FileResult<void> makeDurable(int file) {
   // fsync alone leaves the bytes in the drive's own cache.
   if (::fcntl(file, F_FULLFSYNC) == 0) return {};
   return succeeded(uninterrupted([&] { return ::fsync(file); }));
+}
+
+FileResult<void> makeNamesDurable(int folder) {
+  const FileDescriptor opened(
+      uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (!opened && errno == EACCES) {
+    ::sync();  // a folder that may be written but not read; this needs no permission
+    return {};
+  }
+  return opened ? makeDurable(opened.get()) : failure();
 }
 
 FileTimes timesOf(const struct stat& status) {

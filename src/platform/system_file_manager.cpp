@@ -28,7 +28,7 @@ FileResult<void> writeWhole(ByteView data, int to) {
 
 class SystemFileManager final : public FileManager {
  public:
-  explicit SystemFileManager(Staging staging) : staging_(staging) {}
+  explicit SystemFileManager(StagingChoice staging) : staging_(std::move(staging)) {}
 
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
     if (const auto tree = treeOf(path.parent_path()); tree && path.has_filename()) {
@@ -96,31 +96,43 @@ class SystemFileManager final : public FileManager {
     return tree && tree->holds(folder) ? tree : nullptr;
   }
 
+  /// Opens the folder of a file that is to get its name there.
   FileResult<FileDescriptor> openFolderOf(const Path& file) const {
     const Path folder = file.parent_path();
     const auto tree = treeOf(folder);
-    return tree ? tree->enter(folder) : openPlace(folder);
+    if (!tree) return openPlace(folder);
+    tree->noteNewName(folder);
+    return tree->enter(folder);
   }
 
   template <typename Fill>
   FileResult<std::unique_ptr<StagedFile>> stage(const Path& to, mode_t mode, const Fill& fill) const {
     auto folder = openFolderOf(to);
     if (!folder) return tl::make_unexpected(folder.error());
-    auto pending = PendingFile::create(std::move(*folder), to.filename().native(), mode, staging_);
+    const Staging staging = staging_(folder->get());
+    auto pending = PendingFile::create(std::move(*folder), to.filename().native(), mode, staging);
     if (!pending) return tl::make_unexpected(pending.error());
     const FileResult<void> filled = fill((*pending)->descriptor());
     if (!filled) return tl::make_unexpected(filled.error());
     return std::move(*pending);
   }
 
-  const Staging staging_;
+  const StagingChoice staging_;
   GuardedValue<std::weak_ptr<TargetTree>> target_;
 };
 
 }  // namespace
 
+Staging stagingFor(int folder) {
+  return host::mayLoseUnnamedFiles(folder) ? Staging::underTemporaryName : Staging::unseen;
+}
+
+std::shared_ptr<FileManager> systemFileManager(StagingChoice staging) {
+  return std::make_shared<SystemFileManager>(std::move(staging));
+}
+
 std::shared_ptr<FileManager> systemFileManager(Staging staging) {
-  return std::make_shared<SystemFileManager>(staging);
+  return systemFileManager([staging](int) { return staging; });
 }
 
 }  // namespace kestrova

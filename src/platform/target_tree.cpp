@@ -44,6 +44,41 @@ void TargetTree::followNoNewLinks() {
   followsNewLinks_ = false;
 }
 
+void TargetTree::noteNewName(const Path& folder) {
+  const MutexLock lock(mutex_);
+  newNames_.insert(folder);
+}
+
+/// What is missing of the path is about to be created.
+void TargetTree::noteMissing(Path folder) {
+  for (std::error_code error; !std::filesystem::exists(folder, error); folder = folder.parent_path()) {
+    if (!folder.has_relative_path()) return;
+    noteNewName(folder.parent_path());
+  }
+}
+
+// A folder that is gone, or was moved elsewhere, has its names no longer from this run.
+FileResult<void> TargetTree::makeNamesDurable() {
+  std::set<Path> folders;
+  {
+    const MutexLock lock(mutex_);
+    folders.swap(newNames_);
+  }
+  FileResult<void> result;
+  for (const Path& folder : folders) {
+    const auto place = holds(folder) ? enter(folder) : openPlace(folder);
+    if (!place && place.error().code == ENOENT) continue;
+    const auto done = place ? host::makeNamesDurable(place->get()) : tl::make_unexpected(place.error());
+    if (!done && result) result = done;
+  }
+  return result;
+}
+
+std::set<Path> TargetTree::foldersWithNewNames() {
+  const MutexLock lock(mutex_);
+  return newNames_;
+}
+
 std::optional<std::string_view> TargetTree::namesBelow(const Path& folder) const {
   std::string_view names = folder.native();
   if (!names.starts_with(root_.native())) return std::nullopt;
@@ -80,6 +115,7 @@ FileResult<int> TargetTree::openRoot(IfMissing ifMissing) {
 FileResult<FileDescriptor> TargetTree::openRootAnew(IfMissing ifMissing) {
   const Path above = root_.parent_path();
   if (ifMissing == IfMissing::create) {
+    noteMissing(root_);
     if (const auto created = createFolders(above); !created) return tl::make_unexpected(created.error());
   }
   const auto parent = openPlace(above);
@@ -105,6 +141,7 @@ FileResult<FileDescriptor> TargetTree::enterNext(const Step& step, IfMissing ifM
   const char* const name = step.name.c_str();
   auto folder = openPlace(step.parent, name, FinalLink::refused);
   if (!folder && folder.error().code == ENOENT && ifMissing == IfMissing::create) {
+    noteNewName(Path(root_.native() + step.path).parent_path());
     if (const auto created = createFolder(step.parent, name); !created)
       return tl::make_unexpected(created.error());
     folder = openPlace(step.parent, name, FinalLink::refused);

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,12 @@ class TargetTree final : public HeldTarget {
 
   void followNoNewLinks() override;
 
+  /// A name is about to be given in the folder, which this holds.
+  void noteNewName(const Path& folder);
+  FileResult<void> makeNamesDurable() override;
+  /// Those that wait for that.
+  std::set<Path> foldersWithNewNames();
+
  private:
   enum class IfMissing { fail, create };
 
@@ -47,6 +54,7 @@ class TargetTree final : public HeldTarget {
     std::string path;  ///< from the target folder
   };
 
+  void noteMissing(Path folder);
   static FileResult<Identity> identityOf(int folder);
   std::optional<std::string_view> namesBelow(const Path& folder) const;
   FileResult<FileDescriptor> walk(const Path& folder, IfMissing ifMissing);
@@ -61,6 +69,7 @@ class TargetTree final : public HeldTarget {
   FileDescriptor opened_ GUARDED_BY(mutex_);                  ///< the target folder, once there is one
   std::map<std::string, Identity> links_ GUARDED_BY(mutex_);  ///< by their paths from the target folder
   bool followsNewLinks_ GUARDED_BY(mutex_) = true;
+  std::set<Path> newNames_ GUARDED_BY(mutex_);
 };
 
 }  // namespace kestrova

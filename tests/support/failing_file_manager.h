@@ -24,6 +24,7 @@ class FailingFileManager : public FileManager {
   std::function<Failure(const Path& to)> onCommit;  ///< both kinds of commit
   std::function<Failure(const Path& path)> onAttributes;
   std::function<Failure(const Path& folder)> onCreateDirectory;
+  std::function<Failure()> onNamesDurable;  ///< of a held target
   std::function<Failure(const Path& path)> onOpenFolder;
   std::function<Failure(const Path& path)> onListed;  ///< asked when a folder's entries have been told
   std::function<Failure(const Path& path)> onEntryAttributes;  ///< of an entry of an open folder
@@ -50,7 +51,9 @@ class FailingFileManager : public FileManager {
 
   FileResult<void> checkTarget(const Path& folder) const override { return inner_->checkTarget(folder); }
 
-  std::shared_ptr<HeldTarget> holdTarget(const Path& folder) override { return inner_->holdTarget(folder); }
+  std::shared_ptr<HeldTarget> holdTarget(const Path& folder) override {
+    return std::make_shared<Held>(inner_->holdTarget(folder), onNamesDurable);
+  }
 
   FileResult<void> createDirectory(const Path& folder) override {
     if (auto error = ask(onCreateDirectory, folder)) return tl::make_unexpected(*error);
@@ -68,6 +71,22 @@ class FailingFileManager : public FileManager {
   }
 
  private:
+  class Held : public HeldTarget {
+   public:
+    Held(std::shared_ptr<HeldTarget> inner, std::function<Failure()> hook)
+        : inner_(std::move(inner)), hook_(std::move(hook)) {}
+
+    void followNoNewLinks() override { inner_->followNoNewLinks(); }
+    FileResult<void> makeNamesDurable() override {
+      if (auto error = ask(hook_)) return tl::make_unexpected(*error);
+      return inner_->makeNamesDurable();
+    }
+
+   private:
+    std::shared_ptr<HeldTarget> inner_;
+    std::function<Failure()> hook_;
+  };
+
   class Staged : public StagedFile {
    public:
     Staged(std::unique_ptr<StagedFile> inner, std::function<Failure(const Path&)> hook, Path to)

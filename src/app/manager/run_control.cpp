@@ -1,6 +1,8 @@
 #include "app/organise_manager.h"
 #include "platform/log.h"
 
+#include <utility>
+
 namespace kestrova {
 
 void OrganiseManager::startProcess(const Control*) {
@@ -92,7 +94,7 @@ void OrganiseManager::endEarly(RunEnd end) {
 // end all the same.
 void OrganiseManager::noticeEnd(const OperationQueue& queue) {
   if (queue.operationCount() > 0) return;
-  heldTarget_.reset();
+  releaseTarget();
   const bool isReported = runState().phase == RunPhase::executing;
   if (!isReported) postEnd();
 }
@@ -101,6 +103,15 @@ void OrganiseManager::postEnd() {
   post([this, ended = processQueue.get()] {
     if (ended == processQueue.get()) runState_.update([](RunState& state) { state.finish(); });
   });
+}
+
+// Before the end is announced: what has a name keeps it from here on, even if the power fails.
+void OrganiseManager::releaseTarget() {
+  const auto target = std::exchange(heldTarget_, nullptr);
+  namesAreDurable_ = target ? target->makeNamesDurable() : FileResult<void>();
+  if (namesAreDurable_) return;
+  haserror = true;
+  runState_.update([](RunState& state) { state.end = RunEnd::error; });
 }
 
 void OrganiseManager::showEnded() {
@@ -116,6 +127,10 @@ void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const Ope
   log(QStringLiteral("queue has completed"));
   if (!haserror) setStatus(QStringLiteral("Completed"));
   if (hasstopped) setStatus(QStringLiteral("Stopped"));
+  if (!namesAreDurable_) {
+    setStatus(QStringLiteral("The disk did not confirm what was written: ") +
+              QString::fromStdString(namesAreDurable_.error().message));
+  }
   post([this] { showEnded(); });
   postEnd();
   host_.power->release(assertionID);

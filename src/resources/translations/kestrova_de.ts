@@ -72,6 +72,10 @@
         <translation>Nicht genug Platz!</translation>
     </message>
     <message>
+        <source>The disk did not confirm what was written: %1</source>
+        <translation>Die Festplatte hat das Geschriebene nicht bestätigt: %1</translation>
+    </message>
+    <message>
         <source>Error</source>
         <translation>Fehler</translation>
     </message>

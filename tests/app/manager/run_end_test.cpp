@@ -1,5 +1,9 @@
 #include "run_fixture.h"
 
+#include <cerrno>
+
+#include <gmock/gmock.h>
+
 namespace kestrova {
 
 namespace {
@@ -190,6 +194,46 @@ TEST_F(EndOfARun, OrganisesTheTargetInsideASourceWithoutHarm) {
   program.waitUntilEnded();
   EXPECT_EQ(program.targetFiles(), first);
   EXPECT_EQ(test::filesBelow(program.source).size(), 5U);
+}
+
+TEST_F(EndOfARun, IsAnnouncedOnlyWhenTheNamesAreOnTheDisk) {
+  test::Gate confirming;
+  files->onNamesDurable = [&]() -> std::optional<FileError> {
+    confirming.pass();
+    return std::nullopt;
+  };
+  start();
+  program.waitUntil([&] { return confirming.isReached(); });
+  program.settle();
+  EXPECT_EQ(program.targetFiles().size(), 5U);
+  EXPECT_FALSE(program.statusTexts().contains(QStringLiteral("Completed")));
+  EXPECT_EQ(manager().runState().phase, RunPhase::executing);
+  EXPECT_FALSE(program.log.holds(QStringLiteral("queue has completed")));
+  confirming.open();
+  program.waitUntilEnded();
+  EXPECT_EQ(program.status(), QStringLiteral("Completed"));
+  EXPECT_EQ(manager().runState().end, RunEnd::completed);
+}
+
+TEST_F(EndOfARun, FailsWhenTheDiskDoesNotConfirmTheNames) {
+  files->onNamesDurable = [] { return FileError{EIO, "Input/output error"}; };
+  program.run();
+  EXPECT_EQ(program.status(),
+            QStringLiteral("The disk did not confirm what was written: Input/output error"));
+  EXPECT_FALSE(program.statusTexts().contains(QStringLiteral("Completed")));
+  EXPECT_TRUE(manager().haserror);
+  EXPECT_EQ(manager().runState().end, RunEnd::error);
+  EXPECT_EQ(startTitle(), QStringLiteral("Start"));
+}
+
+TEST_F(EndOfARun, FailsWhenTheDiskDoesNotConfirmWhatAStoppedRunWrote) {
+  files->onNamesDurable = [] { return FileError{EIO, "Input/output error"}; };
+  startAndHoldFirstCopy();
+  program.press(controls().buttonStop);
+  copying.open();
+  program.waitUntilEnded();
+  EXPECT_THAT(program.status().toStdString(), testing::HasSubstr("did not confirm"));
+  EXPECT_EQ(manager().runState().end, RunEnd::error);
 }
 
 }  // namespace kestrova
