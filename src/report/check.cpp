@@ -71,6 +71,7 @@ class Check {
         files_.push_back({.path = file.path, .size = file.size});
       } else {
         result_.leftBehind.add(name, file.size);
+        if (request_.leavesBehind) request_.leavesBehind(file.path);
       }
     });
     walk.cannotRead = [&](const Path& path, const FileError& error) {
@@ -82,7 +83,7 @@ class Check {
   void groupBySize() {
     for (std::size_t i = 0; i < files_.size(); ++i) {
       groups_[files_[i].size].sources.push_back(i);
-      progress_.total += files_[i].size;
+      progress_.total += {1, static_cast<std::int64_t>(files_[i].size)};
     }
   }
 
@@ -105,7 +106,8 @@ class Check {
     for (auto& [size, group] : groups_) {
       if (isStopped()) return;
       compareGroup(size, group);
-      progress_.done += size * group.sources.size();
+      const auto count = static_cast<std::int64_t>(group.sources.size());
+      progress_.done += {count, count * static_cast<std::int64_t>(size)};
       if (request_.progress) request_.progress(progress_);
     }
   }
@@ -137,7 +139,7 @@ class Check {
   const CheckRequest& request_;
   std::vector<SourceFile> files_;
   std::map<std::uint64_t, SizeGroup> groups_;
-  CheckProgress progress_;
+  WorkProgress progress_;
   CheckResult result_;
 };
 

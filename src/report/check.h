@@ -2,6 +2,7 @@
 
 #include "report/content.h"
 #include "report/left_behind.h"
+#include "report/work_progress.h"
 
 #include <cstdint>
 #include <functional>
@@ -10,19 +11,15 @@
 
 namespace kestrova::report {
 
-/// How far the comparison is, in bytes of the source files.
-struct CheckProgress {
-  std::uint64_t done = 0;
-  std::uint64_t total = 0;
-};
-
 struct CheckRequest {
   std::vector<Path> sources;  ///< folders
   Path target;                ///< a folder; no source lies above it
   /// Whether a photo stands in the target rewritten, as a run's record proves; absent: none does.
   std::function<bool(const Path& photo)> isRewrittenInTarget = {};
+  /// Told of each file that is neither photo nor video, if there is one to be told.
+  std::function<void(const Path& file)> leavesBehind = {};
   Stopped stopped = {};
-  std::function<void(const CheckProgress&)> progress = {};
+  ProgressListener progress = {};  ///< by the source files
 };
 
 /// A file of the sources that the target does not hold.

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include <openssl/evp.h>
@@ -41,8 +43,50 @@ class Sha256 {
 
 bool isStopped(const Stopped& stopped) { return stopped && stopped(); }
 
+/// Room for a piece of the file; for all of a small one, and then some, so that its end is met at once.
+Bytes pieceFor(const FileReader& file) {
+  return Bytes(static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, file.size() + 1)));
+}
+
 tl::unexpected<ComparisonError> comparisonError(bool isFirst, const FileError& error) {
   return tl::make_unexpected(ComparisonError{isFirst, error});
+}
+
+struct FilePair {
+  FileReader first;
+  FileReader second;
+};
+
+struct FileToOpen {
+  const Path& path;
+  ReadFrom from;
+};
+
+tl::expected<FilePair, ComparisonError> openPair(const FileToOpen& first, const FileToOpen& second) {
+  auto a = FileReader::open(first.path, first.from);
+  if (!a) return comparisonError(true, a.error());
+  auto b = FileReader::open(second.path, second.from);
+  if (!b) return comparisonError(false, b.error());
+  return FilePair{std::move(*a), std::move(*b)};
+}
+
+/// Hands on what both have in common, piece by piece.
+template <typename Take>
+tl::expected<bool, ComparisonError> compare(FilePair& pair, const Stopped& stopped, const Take& take) {
+  if (pair.first.size() != pair.second.size()) return false;
+  Bytes pieceOfFirst = pieceFor(pair.first);
+  Bytes pieceOfSecond = pieceFor(pair.second);
+  for (;;) {
+    if (isStopped(stopped)) return comparisonError(true, systemError(ECANCELED));
+    const auto first = pair.first.read(pieceOfFirst);
+    if (!first) return comparisonError(true, first.error());
+    const auto second = pair.second.read(pieceOfSecond);
+    if (!second) return comparisonError(false, second.error());
+    if (*first != *second || std::memcmp(pieceOfFirst.data(), pieceOfSecond.data(), *first) != 0)
+      return false;
+    if (*first == 0) return true;
+    take(ByteView(pieceOfFirst).first(*first));
+  }
 }
 
 }  // namespace
@@ -51,7 +95,7 @@ FileResult<std::string> sha256Of(const Path& path, ReadFrom from, const Stopped&
   auto reader = FileReader::open(path, from);
   if (!reader) return tl::make_unexpected(reader.error());
   Sha256 sum;
-  Bytes piece(pieceSize);
+  Bytes piece = pieceFor(*reader);
   for (;;) {
     if (isStopped(stopped)) return failure(ECANCELED);
     const auto count = reader->read(piece);
@@ -69,23 +113,21 @@ std::string sha256Of(ByteView bytes) {
 
 tl::expected<bool, ComparisonError> haveSameContent(const Path& first, const Path& second, ReadFrom from,
                                                     const Stopped& stopped) {
-  auto a = FileReader::open(first, from);
-  if (!a) return comparisonError(true, a.error());
-  auto b = FileReader::open(second, from);
-  if (!b) return comparisonError(false, b.error());
-  if (a->size() != b->size()) return false;
-  Bytes pieceOfA(pieceSize);
-  Bytes pieceOfB(pieceSize);
-  for (;;) {
-    if (isStopped(stopped)) return comparisonError(true, systemError(ECANCELED));
-    const auto countOfA = a->read(pieceOfA);
-    if (!countOfA) return comparisonError(true, countOfA.error());
-    const auto countOfB = b->read(pieceOfB);
-    if (!countOfB) return comparisonError(false, countOfB.error());
-    if (!std::ranges::equal(ByteView(pieceOfA).first(*countOfA), ByteView(pieceOfB).first(*countOfB)))
-      return false;
-    if (*countOfA == 0) return true;
-  }
+  auto pair = openPair({first, from}, {second, from});
+  if (!pair) return tl::make_unexpected(pair.error());
+  return compare(*pair, stopped, [](ByteView) {});
+}
+
+tl::expected<ComparisonResult, ComparisonError> compareAndSum(const Path& first, const Path& second,
+                                                              ReadFrom from, const Stopped& stopped) {
+  auto pair = openPair({first, ReadFrom::cache}, {second, from});
+  if (!pair) return tl::make_unexpected(pair.error());
+  Sha256 sum;
+  const auto isSame = compare(*pair, stopped, [&](ByteView piece) { sum.add(piece); });
+  if (!isSame) return tl::make_unexpected(isSame.error());
+  return ComparisonResult{.isSameContent = *isSame,
+                          .isSameFile = pair->first.identity() == pair->second.identity(),
+                          .sha256 = *isSame ? sum.take() : std::string()};
 }
 
 bool areSameFile(const Path& first, const Path& second) {

@@ -29,6 +29,19 @@ tl::expected<bool, ComparisonError> haveSameContent(const Path& first, const Pat
                                                     ReadFrom from = ReadFrom::cache,
                                                     const Stopped& stopped = {});
 
+/// What a comparison came to.
+struct ComparisonResult {
+  bool isSameContent = false;
+  bool isSameFile = false;  ///< two names of one file
+  std::string sha256 = {};  ///< of the content, where it is the same
+};
+
+/// Compares two regular files and sums what they have in common, with one reading of each. `from` is where
+/// the second one's bytes come from.
+tl::expected<ComparisonResult, ComparisonError> compareAndSum(const Path& first, const Path& second,
+                                                              ReadFrom from = ReadFrom::cache,
+                                                              const Stopped& stopped = {});
+
 /// Whether both paths lead to one file; false where either cannot be opened.
 bool areSameFile(const Path& first, const Path& second);
 

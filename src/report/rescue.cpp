@@ -34,15 +34,19 @@ class Rescue {
       : request_(request), files_(files), names_(folderNames(request.sources)) {}
 
   RescueResult run() {
-    std::size_t done = 0;
+    const auto held = files_.holdTarget(request_.folder);
+    WorkProgress progress{.done = {}, .total = {static_cast<std::int64_t>(request_.files.size()), 0}};
     for (const Path& file : request_.files) {
       if (request_.stopped && request_.stopped()) {
         result_.wasStopped = true;
         break;
       }
       rescue(file);
-      if (request_.progress) request_.progress(++done);
+      ++progress.done.files;
+      if (request_.progress) request_.progress(progress);
     }
+    if (const auto durable = held->makeNamesDurable(); !durable)
+      result_.failed.push_back({request_.folder, durable.error().message});
     return std::move(result_);
   }
 
@@ -65,9 +69,21 @@ class Rescue {
     if (request_.record) request_.record(row);
   }
 
+  /// What is still missing of a folder below the rescue folder, the outermost first.
+  std::vector<Path> missingFolders(const Path& relative) const {
+    std::vector<Path> missing;
+    Path folder;
+    for (const Path& name : relative) {
+      folder /= name;
+      if (!files_.isDirectory(request_.folder / folder)) missing.push_back(folder);
+    }
+    return missing;
+  }
+
   /// Completes the row; nothing when the file is in its place, otherwise why it is not.
   std::optional<std::string> copy(FileRow& row) {
     const Path to = request_.folder / *row.target;
+    row.createdFolders = missingFolders(row.target->parent_path());
     if (const auto created = files_.createDirectory(to.parent_path()); !created)
       return created.error().message;
     const auto copied = files_.copyItem(row.source, to);

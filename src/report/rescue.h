@@ -2,6 +2,7 @@
 
 #include "report/content.h"
 #include "report/row.h"
+#include "report/work_progress.h"
 
 #include <cstdint>
 #include <functional>
@@ -16,7 +17,7 @@ struct RescueRequest {
   /// Told of each file once it is there, or is not, as a run's record has it.
   std::function<void(const FileRow&)> record = {};
   Stopped stopped = {};
-  std::function<void(std::size_t done)> progress = {};  ///< files
+  ProgressListener progress = {};  ///< files; their bytes are not counted
 };
 
 struct RescueFailure {
@@ -33,7 +34,8 @@ struct RescueResult {
 
 /// Copies files as they are, under their paths and names, into one folder for each source, which is named as
 /// the source is (a second one of a name gets "-2"). Nothing is overwritten; each file is there whole or not
-/// at all, and is read back from the disk and compared before it counts.
+/// at all, and is read back from the disk and compared before it counts. In the end the names are durable
+/// too.
 RescueResult rescueFiles(const RescueRequest& request, FileManager& files);
 
 }  // namespace kestrova::report

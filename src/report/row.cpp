@@ -38,18 +38,22 @@ std::optional<Outcome> outcomeOf(std::string_view word) {
   return std::nullopt;
 }
 
-/// Dated folders have names in ASCII.
+/// Each as an object of its own, as a path may need two keys.
 void putFolders(QJsonObject& object, const std::vector<Path>& folders) {
   if (folders.empty()) return;
-  QJsonArray names;
-  for (const Path& folder : folders) names.append(QString::fromStdString(folder.native()));
-  object.insert(keyOf("createdFolders"), names);
+  QJsonArray array;
+  for (const Path& folder : folders) {
+    QJsonObject holder;
+    putPath(holder, keyOf("path"), folder);
+    array.append(holder);
+  }
+  object.insert(keyOf("createdFolders"), array);
 }
 
 std::vector<Path> foldersIn(const QJsonObject& object) {
   std::vector<Path> folders;
-  for (const auto& name : object.value(keyOf("createdFolders")).toArray()) {
-    folders.emplace_back(name.toString().toStdString());
+  for (const auto& holder : object.value(keyOf("createdFolders")).toArray()) {
+    if (auto folder = pathIn(holder.toObject(), keyOf("path"))) folders.push_back(std::move(*folder));
   }
   return folders;
 }

@@ -38,6 +38,7 @@ FileResult<void> writeRunInfo(FileManager& files, const Path& run, const RunInfo
     object.insert(QStringLiteral("result"), text(info.result));
     object.insert(QStringLiteral("counts"), info.counts);
   }
+  if (!info.takenBack.empty()) object.insert(QStringLiteral("takenBack"), text(info.takenBack));
   const QByteArray json = QJsonDocument(object).toJson();
   return files.writeDataReplacing(
       {reinterpret_cast<const std::uint8_t*>(json.data()), static_cast<std::size_t>(json.size())},
@@ -64,6 +65,7 @@ std::optional<RunInfo> readRunInfo(const FileManager& files, const Path& run) {
   info.started = textIn(object, "started");
   info.ended = textIn(object, "ended");
   info.result = textIn(object, "result");
+  info.takenBack = textIn(object, "takenBack");
   info.counts = object.value(QStringLiteral("counts")).toObject();
   return info;
 }

@@ -14,13 +14,14 @@ struct RunInfo {
   std::string id = {};       ///< the name of the record's folder; not in the file
   std::string version = {};  ///< of the program
   std::string command = {};  ///< organise or rescue
-  QJsonObject options;
+  QJsonObject options;       ///< by their names on the command line, in camel case
   std::vector<Path> sources = {};
   Path target;
   std::string started = {};
-  std::string ended = {};   ///< empty while the run goes on, and for ever when it broke off
-  std::string result = {};  ///< completed, nothing-to-do, stopped or failed; empty like `ended`
-  QJsonObject counts;       ///< {"files":n,"bytes":n} by verdict
+  std::string ended = {};      ///< empty while the run goes on, and for ever when it broke off
+  std::string result = {};     ///< completed, nothing-to-do, stopped or failed; empty like `ended`
+  std::string takenBack = {};  ///< when an undo left nothing of what the run wrote; empty before
+  QJsonObject counts;          ///< {"files":n,"bytes":n} by verdict
 };
 
 /// Writes run.json into the record's folder, whole or not at all.

@@ -1,5 +1,6 @@
 #include "report/undo.h"
 
+#include "report/stand_ins.h"
 #include "report/timestamps.h"
 
 #include <algorithm>
@@ -17,22 +18,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool isRewritten(Outcome outcome) { return outcome == Outcome::resized || outcome == Outcome::rewritten; }
-
-bool wasWritten(const FileRow& row) {
-  return row.target && (row.verdict == Outcome::copied || isRewritten(row.verdict));
-}
-
 /// A name below the target and nothing else: a record may have been tampered with.
 bool staysBelow(const Path& relative) {
   if (relative.empty() || relative.is_absolute()) return false;
   return std::ranges::none_of(relative, [](const Path& name) { return name == ".."; });
 }
 
-/// Nothing, or why the sources's bytes are not those that the run read.
+/// Nothing, or why the source's bytes are not those that the run read.
 std::optional<std::string> whySourceDiffers(const FileRow& row, const Path& target, const Stopped& stopped) {
   if (areSameFile(row.source, target)) return "is the same file as its source";
-  if (isRewritten(row.verdict)) {
+  if (isRewritten(row)) {
     if (row.sourceSha256.empty()) return "the record has no sum of its source";
     const auto sum = sha256Of(row.source, ReadFrom::cache, stopped);
     if (!sum) return "its source cannot be read: " + sum.error().message;
@@ -53,7 +48,7 @@ std::optional<std::string> whyTargetDiffers(const FileRow& row, const Path& targ
   if (row.targetSize != attributes.size) return "has another size than the run gave it";
   if (row.targetModified != nanosecondsText(attributes.modified)) return "was changed after the run";
   if (row.targetSha256.empty()) {
-    if (isRewritten(row.verdict)) return "the record has no sum of it";
+    if (isRewritten(row)) return "the record has no sum of it";
     return std::nullopt;
   }
   const auto sum = sha256Of(target, ReadFrom::cache, stopped);
@@ -70,12 +65,9 @@ class Undo {
     if (const auto listed = listTargets(); !listed) return tl::make_unexpected(listed.error());
     std::size_t line = 0;
     const auto read = readRows(request_.rows, [&](const Row& row) {
-      if (request_.stopped && request_.stopped()) {
-        result_.wasStopped = true;
-        return false;
-      }
+      if (isStopped()) return false;
       const auto* file = std::get_if<FileRow>(&row);
-      if (file != nullptr && wasWritten(*file) && isLast(*file, line++)) takeBack(*file);
+      if (file != nullptr && isWritten(*file) && isLast(*file, line++)) takeBack(*file);
       return true;
     });
     if (!read) return tl::make_unexpected(read.error());
@@ -84,6 +76,10 @@ class Undo {
   }
 
  private:
+  bool isStopped() {
+    return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
+  }
+
   /// Of several rows of one target the last one tells what stands there.
   FileResult<void> listTargets() {
     std::size_t line = 0;
@@ -91,8 +87,9 @@ class Undo {
       const auto* file = std::get_if<FileRow>(&row);
       if (file == nullptr) return true;
       for (const Path& folder : file->createdFolders) folders_.push_back(folder);
-      if (wasWritten(*file)) lastLineOf_[file->target->native()] = line++;
-      progress_.total = lastLineOf_.size();
+      if (!isWritten(*file)) return true;
+      if (lastLineOf_.insert_or_assign(file->target->native(), line++).second)
+        progress_.total += {1, static_cast<std::int64_t>(file->targetSize.value_or(0))};
       return true;
     });
   }
@@ -105,8 +102,8 @@ class Undo {
   void takeBack(const FileRow& row) {
     const Path target = request_.target / *row.target;
     const auto refusal = staysBelow(*row.target) ? takeAway(row, target) : "lies outside the target folder";
-    if (refusal && !(request_.stopped && request_.stopped())) result_.refused.push_back({target, *refusal});
-    ++progress_.done;
+    if (refusal && !isStopped()) result_.refused.push_back({target, *refusal});
+    progress_.done += {1, static_cast<std::int64_t>(row.targetSize.value_or(0))};
     if (request_.progress) request_.progress(progress_);
   }
 
@@ -146,7 +143,7 @@ class Undo {
   std::unordered_map<std::string, std::size_t>
       lastLineOf_;             ///< by target: among the rows of what was written
   std::vector<Path> folders_;  ///< that the run created, below the target
-  UndoProgress progress_;
+  WorkProgress progress_;
   UndoResult result_;
 };
 

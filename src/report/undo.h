@@ -2,6 +2,7 @@
 
 #include "report/content.h"
 #include "report/row.h"
+#include "report/work_progress.h"
 
 #include <cstdint>
 #include <functional>
@@ -10,11 +11,6 @@
 
 namespace kestrova::report {
 
-struct UndoProgress {
-  std::uint64_t done = 0;   ///< files
-  std::uint64_t total = 0;  ///< files
-};
-
 struct UndoRequest {
   Path rows;    ///< the record's rows
   Path target;  ///< the target folder of the run
@@ -22,7 +18,7 @@ struct UndoRequest {
   std::function<FileResult<void>(const Path& file)> discard;
   bool isDryRun = false;
   Stopped stopped = {};
-  std::function<void(const UndoProgress&)> progress = {};
+  ProgressListener progress = {};  ///< by the files in the target
 };
 
 /// A file that stays, and why.

@@ -60,6 +60,15 @@ TEST_F(CheckTest, CountsAllFormatsAndTellsTheRest) {
   EXPECT_EQ(summaryOf(result.leftBehind), "2 HEIC, 1 without extension, 1 XMP");
 }
 
+TEST_F(CheckTest, TellsOfEachFileThatIsLeftBehind) {
+  const Path sidecar = writeFile(card / "DCIM/a.xmp", "sidecar");
+  writeFile(card / "DCIM/a.jpg", "photo");
+  std::vector<Path> left;
+  request.leavesBehind = [&](const Path& file) { left.push_back(file); };
+  check();
+  EXPECT_THAT(left, ElementsAre(sidecar));
+}
+
 TEST_F(CheckTest, TakesNoLinkForACopy) {
   const Path photo = writeFile(card / "IMG_1.JPG", "one");
   const Path elsewhere = writeFile(folder / "elsewhere.jpg", "one");
@@ -108,16 +117,16 @@ TEST_F(CheckTest, IsNotSafeWhenItWasStopped) {
   EXPECT_FALSE(check().isSafe());
 }
 
-TEST_F(CheckTest, TellsHowFarItIsInBytes) {
+TEST_F(CheckTest, TellsHowFarItIs) {
   writeFile(card / "IMG_1.JPG", "one");
   writeFile(card / "IMG_2.JPG", "three");
-  std::vector<std::uint64_t> done;
-  request.progress = [&](const CheckProgress& progress) {
-    EXPECT_EQ(progress.total, 8U);
-    done.push_back(progress.done);
+  std::vector<std::int64_t> done;
+  request.progress = [&](const WorkProgress& progress) {
+    EXPECT_EQ(progress.total, (Amount{2, 8}));
+    done.push_back(progress.done.bytes);
   };
   check();
-  EXPECT_THAT(done, ElementsAre(3U, 8U));
+  EXPECT_THAT(done, ElementsAre(3, 8));
 }
 
 TEST_F(CheckTest, IsSafeWhereThereIsNothing) {

@@ -39,6 +39,20 @@ TEST_F(Content, IsComparedToTheLastByte) {
   EXPECT_FALSE(haveSameContent(first, writeFile(folder / "longer", large + 'y')).value());
 }
 
+TEST_F(Content, IsComparedAndSummedWithOneReading) {
+  const Path first = writeFile(folder / "first", large);
+  const Path second = writeFile(folder / "second", large);
+  const auto same = compareAndSum(first, second, ReadFrom::disk).value();
+  EXPECT_TRUE(same.isSameContent);
+  EXPECT_FALSE(same.isSameFile);
+  EXPECT_EQ(same.sha256, sha256Of(first).value());
+  EXPECT_TRUE(compareAndSum(first, first).value().isSameFile);
+  large.back() = 'y';
+  const auto other = compareAndSum(first, writeFile(folder / "other", large)).value();
+  EXPECT_FALSE(other.isSameContent);
+  EXPECT_EQ(other.sha256, "");
+}
+
 TEST_F(Content, SaysWhichFileCannotBeRead) {
   const Path file = writeFile(folder / "file", "abc");
   const auto first = haveSameContent(folder / "missing", file);

@@ -1,6 +1,9 @@
 #include "report/rescue.h"
 
+#include "support/failing_file_manager.h"
 #include "support/temporary_folder.h"
+
+#include <cerrno>
 
 #include <gmock/gmock.h>
 
@@ -72,6 +75,24 @@ TEST_F(RescueTest, IsRecordedAsARunIs) {
   EXPECT_EQ(rows[0].sourceModified, rows[0].targetModified);
   EXPECT_EQ(rows[1].verdict, Outcome::failed);
   EXPECT_NE(rows[1].reason, "");
+}
+
+TEST_F(RescueTest, RecordsTheFoldersThatItCreated) {
+  request.files = {writeFile(card / "DCIM/1.jpg", "one"), writeFile(card / "DCIM/2.jpg", "two")};
+  rescue();
+  EXPECT_THAT(rows[0].createdFolders, ElementsAre("CARD", "CARD/DCIM"));
+  EXPECT_THAT(rows[1].createdFolders, testing::IsEmpty());
+}
+
+TEST_F(RescueTest, SaysWhenTheDiskDoesNotConfirmTheNames) {
+  const auto failing = std::make_shared<test::FailingFileManager>();
+  failing->onNamesDurable = [] { return FileError{EIO, "Input/output error"}; };
+  files = failing;
+  request.files = {writeFile(card / "1.jpg", "one")};
+  const RescueResult result = rescue();
+  ASSERT_EQ(result.failed.size(), 1U);
+  EXPECT_EQ(result.failed[0].source, refuge);
+  EXPECT_EQ(result.failed[0].reason, "Input/output error");
 }
 
 TEST_F(RescueTest, EndsBetweenTwoFilesWhenItIsStopped) {

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "model/amount.h"
+#include "report/row.h"
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <unordered_map>
+
+namespace kestrova::report {
+
+/// Tells the rows of a run in their order, as readRows does; may be asked several times.
+using RowSource = std::function<FileResult<void>(const std::function<bool(const Row&)>& visit)>;
+
+/// Whether a run wrote the row's target anew, rather than copying the source as it is.
+bool isRewritten(const FileRow& row);
+/// Whether the run wrote the row's target.
+bool isWritten(const FileRow& row);
+
+/// What became of a file that stands for others.
+struct StandIn {
+  FileRow row;
+  bool isLast = true;  ///< no later row of the run wrote over its target
+};
+
+/// What the rows of a run say of each other. Only those are kept in memory that others refer to, and the
+/// names of what was written.
+class StandIns {
+ public:
+  /// Reads the rows twice.
+  static FileResult<StandIns> of(const RowSource& rows);
+
+  /// The source files of all rows.
+  Amount sizeOfAll() const { return sizeOfAll_; }
+
+  /// Whether no later row wrote over the row's target. `number` counts the rows of files from 0.
+  bool isLast(const FileRow& row, std::size_t number) const;
+
+  /// The row of a file that stands for others; null where there is none.
+  const StandIn* find(const Path& original) const;
+
+ private:
+  Amount sizeOfAll_;
+  std::unordered_map<std::string, std::size_t> lastRowOf_;  ///< by target: among the rows of files
+  std::unordered_map<std::string, StandIn> standIns_;       ///< by source
+};
+
+}  // namespace kestrova::report

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "model/amount.h"
+
+#include <functional>
+
+namespace kestrova::report {
+
+/// How far a piece of work is.
+struct WorkProgress {
+  Amount done;
+  Amount total;
+};
+
+/// Told after each file, on the caller's thread.
+using ProgressListener = std::function<void(const WorkProgress&)>;
+
+}  // namespace kestrova::report
