@@ -23,6 +23,8 @@ tl::expected<Arguments, std::string> parse(Words words, const Path& currentFolde
 
 constexpr std::array commands{
     Command{"organise", organiseHelp, parse<parseOrganise>},
+    Command{"check", checkHelp, parse<parseCheck>},
+    Command{"undo", undoHelp, parse<parseUndo>},
 };
 
 std::string commandNames() {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "cli/check.h"
 #include "cli/option_parser.h"
 #include "cli/organise.h"
+#include "cli/undo.h"
 
 #include <string>
 #include <variant>
@@ -13,7 +15,7 @@ struct VersionRequest {};
 
 /// What the command line asks for. Each command has a type of its own, and a function `run` that takes it and
 /// returns the exit status.
-using Arguments = std::variant<HelpRequest, VersionRequest, OrganiseArguments>;
+using Arguments = std::variant<HelpRequest, VersionRequest, OrganiseArguments, CheckArguments, UndoArguments>;
 
 /// Reads the words that follow the program's name. The command is the first that does not begin with "-". No
 /// file is looked at.

@@ -1,0 +1,90 @@
+#include "cli/check.h"
+
+#include "cli/check_report.h"
+#include "cli/output.h"
+#include "cli/rescue.h"
+#include "cli/work.h"
+#include "platform/path_relation.h"
+#include "report/check.h"
+#include "report/rewritten_photos.h"
+#include "report/run_folder.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace kestrova::cli {
+
+namespace {
+
+/// Why the folders cannot be checked; empty when they can.
+std::string unusable(const CheckArguments& arguments, const FileManager& files) {
+  const Path target = resolvedPath(arguments.target);
+  if (!files.isDirectory(target)) return cli::quoted(arguments.target.native()) + " is not a folder";
+  for (const Path& source : arguments.sources) {
+    const std::string name = cli::quoted(source.native());
+    if (!files.isDirectory(source)) return name + " is not a folder";
+    if (isInside(target, resolvedPath(source)))
+      return "the target lies inside the source " + name + " and would be erased with it";
+    if (!arguments.rescue.empty() && isInside(resolvedPath(arguments.rescue), resolvedPath(source)))
+      return "the rescue folder lies inside the source " + name + " and would be erased with it";
+  }
+  return {};
+}
+
+/// The records are read only if a file is asked for.
+std::function<bool(const Path&)> rewrittenPhotos(const Path& target, const FileManager& files,
+                                                 const report::Stopped& stopped) {
+  const auto photos = std::make_shared<std::optional<report::RewrittenPhotos>>();
+  return [=, &files](const Path& photo) {
+    const auto runs = report::runsFolder();
+    if (!runs) return false;
+    if (!*photos) photos->emplace(*runs, target, files);
+    return (*photos)->hold(photo, stopped);
+  };
+}
+
+report::CheckResult check(const CheckArguments& arguments, const FileManager& files,
+                          std::vector<Path>& leftBehind) {
+  Work work(QStringLiteral("Comparing"), Progress::modeOfStandardError());
+  report::CheckRequest request{.sources = arguments.sources, .target = arguments.target};
+  request.isRewrittenInTarget = rewrittenPhotos(arguments.target, files, work.stopped());
+  if (!arguments.rescue.empty()) request.leavesBehind = [&](const Path& file) { leftBehind.push_back(file); };
+  request.stopped = work.stopped();
+  request.progress = work.listener();
+  return report::checkSources(request);
+}
+
+}  // namespace
+
+tl::expected<CheckArguments, std::string> parseCheck(Words words, const Path& currentFolder) {
+  CheckArguments arguments;
+  OptionParser parser(currentFolder);
+  parser.operands("a source folder", arguments.sources);
+  parser.path("--in", "a folder", arguments.target);
+  parser.path("--rescue", "a folder", arguments.rescue);
+  parser.flag("--json", arguments.json);
+  if (const Step parsed = parser.parse(words); !parsed) return tl::unexpected(parsed.error());
+  if (arguments.sources.empty()) return tl::unexpected(std::string("no source folder is given"));
+  if (arguments.target.empty())
+    return tl::unexpected(std::string("no target folder is given: --in FOLDER names it"));
+  return arguments;
+}
+
+int run(const CheckArguments& arguments) {
+  const auto files = systemFileManager();
+  if (const std::string reason = unusable(arguments, *files); !reason.empty()) return refuse(reason);
+
+  CheckOutcome outcome{.target = arguments.target, .rescue = arguments.rescue};
+  std::vector<Path> wanted;
+  outcome.check = check(arguments, *files, wanted);
+  if (!arguments.rescue.empty() && !outcome.check.wasStopped) {
+    for (const report::Missing& missing : outcome.check.missing) wanted.push_back(missing.source);
+    outcome.rescued = rescue({arguments.sources, std::move(wanted), arguments.rescue}, *files);
+  }
+  print(stdout, arguments.json ? checkJson(outcome).toStdString() : checkText(outcome).toStdString());
+  print(stderr, rescueErrors(outcome).toStdString());
+  return exitStatus(outcome);
+}
+
+}  // namespace kestrova::cli

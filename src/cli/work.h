@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cli/progress.h"
+#include "cli/stop_signals.h"
+#include "report/content.h"
+#include "report/work_progress.h"
+
+#include <QString>
+
+namespace kestrova::cli {
+
+/// Shows on standard error how far a piece of work is, and has it end on Ctrl-C or SIGTERM. Made before any
+/// other thread.
+class Work {
+ public:
+  Work(QString status, Progress::Mode mode) : status_(std::move(status)), progress_(mode) {}
+
+  /// To be asked by the work now and then.
+  report::Stopped stopped() const {
+    return [this] { return stop_.isPending(); };
+  }
+  report::ProgressListener listener();
+
+ private:
+  QString status_;
+  StopSignals stop_;
+  Progress progress_;
+  Progress::Clock::time_point shown_;
+};
+
+}  // namespace kestrova::cli
