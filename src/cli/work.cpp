@@ -5,8 +5,19 @@ namespace kestrova::cli {
 namespace {
 
 constexpr auto refreshInterval = std::chrono::milliseconds(100);
+constexpr auto askInterval = std::chrono::milliseconds(10);
 
 }  // namespace
+
+// The work asks before every file; the system is asked less often.
+report::Stopped Work::stopped() {
+  return [this] {
+    const auto now = Progress::Clock::now();
+    if (isStopped_ || now - asked_ < askInterval) return isStopped_;
+    asked_ = now;
+    return isStopped_ = stop_.isPending();
+  };
+}
 
 report::ProgressListener Work::listener() {
   return [this](const report::WorkProgress& work) {

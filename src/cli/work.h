@@ -16,9 +16,7 @@ class Work {
   Work(QString status, Progress::Mode mode) : status_(std::move(status)), progress_(mode) {}
 
   /// To be asked by the work now and then.
-  report::Stopped stopped() const {
-    return [this] { return stop_.isPending(); };
-  }
+  report::Stopped stopped();
   report::ProgressListener listener();
 
  private:
@@ -26,6 +24,8 @@ class Work {
   StopSignals stop_;
   Progress progress_;
   Progress::Clock::time_point shown_;
+  Progress::Clock::time_point asked_;
+  bool isStopped_ = false;
 };
 
 }  // namespace kestrova::cli

@@ -6,15 +6,13 @@
 #include "scan/media_classification.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 namespace kestrova::report {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Everything that can be organised, whatever a run was set to take.
 ExtensionList allMedia() {
@@ -25,11 +23,12 @@ struct SourceFile {
   Path path;
   std::uint64_t size = 0;
   bool isSafe = false;
-  std::string reason = "is not in the target";
+  std::string reason = {};  ///< why it is not safe, where that is more than that it is missing
 };
 
 /// The files of one size, by their places in the list of source files.
 struct SizeGroup {
+  std::uint64_t size = 0;
   std::vector<std::size_t> sources;
   std::vector<Path> candidates;
 };
@@ -82,40 +81,47 @@ class Check {
 
   void groupBySize() {
     for (std::size_t i = 0; i < files_.size(); ++i) {
-      groups_[files_[i].size].sources.push_back(i);
+      const auto [place, isNew] = groupOfSize_.try_emplace(files_[i].size, groups_.size());
+      if (isNew) groups_.push_back({.size = files_[i].size, .sources = {}, .candidates = {}});
+      groups_[place->second].sources.push_back(i);
       progress_.total += {1, static_cast<std::int64_t>(files_[i].size)};
     }
   }
 
   /// A link is no copy, and what lies in a source goes with it.
   void listCandidates() {
-    std::vector<Path> sources;
-    for (const Path& source : request_.sources) sources.push_back(resolvedPath(source));
     const Path target = resolvedPath(request_.target);
+    std::vector<Path> sourcesInTarget;
+    for (const Path& source : request_.sources) {
+      if (Path resolved = resolvedPath(source); isInside(resolved, target))
+        sourcesInTarget.push_back(std::move(resolved));
+    }
     const FolderWalk walk = walkOf([&](const WalkedFile& file) {
-      const auto group = groups_.find(file.size);
-      if (group == groups_.end()) return;
+      const auto place = groupOfSize_.find(file.size);
       const auto holdsFile = [&](const Path& source) { return isInside(file.path, source); };
-      if (std::ranges::any_of(sources, holdsFile) || fs::is_symlink(fs::symlink_status(file.path))) return;
-      group->second.candidates.push_back(file.path);
+      if (place == groupOfSize_.end() || file.isLink || std::ranges::any_of(sourcesInTarget, holdsFile))
+        return;
+      groups_[place->second].candidates.push_back(file.path);
     });
     walkFolder(*systemFileManager(), target, walk);
   }
 
   void compare() {
-    for (auto& [size, group] : groups_) {
+    for (SizeGroup& group : groups_) {
       if (isStopped()) return;
-      compareGroup(size, group);
+      compareGroup(group);
       const auto count = static_cast<std::int64_t>(group.sources.size());
-      progress_.done += {count, count * static_cast<std::int64_t>(size)};
+      progress_.done += {count, count * static_cast<std::int64_t>(group.size)};
       if (request_.progress) request_.progress(progress_);
     }
   }
 
-  void compareGroup(std::uint64_t size, SizeGroup& group) {
-    EqualSizedFiles sameSize{.size = size, .wanted = {}, .candidates = std::move(group.candidates)};
-    for (const std::size_t index : group.sources) sameSize.wanted.push_back(files_[index].path);
+  void compareGroup(SizeGroup& group) {
+    EqualSizedFiles sameSize{.size = group.size, .wanted = {}, .candidates = std::move(group.candidates)};
+    for (const std::size_t index : group.sources) sameSize.wanted.push_back(std::move(files_[index].path));
     const auto found = findEqualFiles(sameSize, ReadFrom::cache, [this] { return isStopped(); });
+    for (std::size_t i = 0; i < group.sources.size(); ++i)
+      files_[group.sources[i]].path = std::move(sameSize.wanted[i]);
     if (!found) return;
     for (std::size_t i = 0; i < group.sources.size(); ++i) {
       SourceFile& file = files_[group.sources[i]];
@@ -131,14 +137,16 @@ class Check {
       if (file.isSafe)
         ++result_.safe;
       else
-        result_.missing.push_back({std::move(file.path), std::move(file.reason)});
+        result_.missing.push_back(
+            {std::move(file.path), file.reason.empty() ? "is not in the target" : file.reason});
     }
     return std::move(result_);
   }
 
   const CheckRequest& request_;
   std::vector<SourceFile> files_;
-  std::map<std::uint64_t, SizeGroup> groups_;
+  std::vector<SizeGroup> groups_;  ///< in the order of their first source files, as those lie on the disk
+  std::unordered_map<std::uint64_t, std::size_t> groupOfSize_;
   WorkProgress progress_;
   CheckResult result_;
 };

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 namespace kestrova::report {
@@ -18,12 +19,12 @@ constexpr std::size_t mostPieceBytes = std::size_t{64} * 1024 * 1024;  ///< of a
 constexpr std::size_t mostOpenFiles = 64;
 
 struct File {
-  Path path;
+  const Path* path = nullptr;
   std::size_t index = 0;  ///< among the wanted files, or among the candidates
   bool isWanted = false;
   std::optional<FileReader> reader;  ///< kept from piece to piece where few files are compared
   FileIdentity identity;
-  Bytes piece;
+  std::unique_ptr<std::uint8_t[]> piece;  ///< without a value until it is read
 };
 
 /// Files whose bytes agree up to an offset.
@@ -33,8 +34,8 @@ struct Class {
 };
 
 /// As memcmp does; pieces of one class are equally long.
-int comparePieces(const File& a, const File& b) {
-  return a.piece.empty() ? 0 : std::memcmp(a.piece.data(), b.piece.data(), a.piece.size());
+int comparePieces(const File& a, const File& b, std::size_t length) {
+  return length == 0 ? 0 : std::memcmp(a.piece.get(), b.piece.get(), length);
 }
 
 bool holdsBothKinds(const std::vector<File*>& files) {
@@ -73,8 +74,12 @@ class Comparison {
 
  private:
   void add(const Path& path, std::size_t index, bool isWanted) {
-    files_.push_back(
-        {.path = path, .index = index, .isWanted = isWanted, .reader = {}, .identity = {}, .piece = {}});
+    files_.push_back({.path = &path,
+                      .index = index,
+                      .isWanted = isWanted,
+                      .reader = {},
+                      .identity = {},
+                      .piece = nullptr});
   }
 
   std::vector<File*> allFiles() {
@@ -99,13 +104,13 @@ class Comparison {
 
   FileResult<void> readPiece(File& file, std::uint64_t offset, std::size_t length) const {
     if (!file.reader) {
-      auto reader = FileReader::open(file.path, from_);
+      auto reader = FileReader::open(*file.path, from_);
       if (!reader) return tl::make_unexpected(reader.error());
       file.reader = std::move(*reader);
       file.identity = file.reader->identity();
     }
-    file.piece.resize(length);
-    const auto count = file.reader->readAt(offset, file.piece);
+    if (!file.piece) file.piece = std::make_unique_for_overwrite<std::uint8_t[]>(length);
+    const auto count = file.reader->readAt(offset, {file.piece.get(), length});
     const bool hasItsSize = file.reader->size() == size_;
     if (files_.size() > mostOpenFiles) file.reader.reset();
     if (!count) return tl::make_unexpected(count.error());
@@ -113,12 +118,14 @@ class Comparison {
     return {};
   }
 
-  static std::vector<std::vector<File*>> split(Class& current) {
-    const auto order = [](const File* a, const File* b) { return comparePieces(*a, *b) < 0; };
+  std::vector<std::vector<File*>> split(Class& current) const {
+    const std::size_t length = pieceLength(current.offset);
+    const auto order = [&](const File* a, const File* b) { return comparePieces(*a, *b, length) < 0; };
     std::ranges::stable_sort(current.files, order);
     std::vector<std::vector<File*>> classes;
     for (File* file : current.files) {
-      if (classes.empty() || comparePieces(*classes.back().front(), *file) != 0) classes.emplace_back();
+      if (classes.empty() || comparePieces(*classes.back().front(), *file, length) != 0)
+        classes.emplace_back();
       classes.back().push_back(file);
     }
     return classes;

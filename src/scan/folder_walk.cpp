@@ -137,7 +137,7 @@ void Walker::take(Listing& listing, const char* name, EntryKind kind) const {
 /// What is surely a file counts even where its attributes cannot be read.
 void Walker::visitFile(const Listing& listing, const Entry& entry) {
   const auto attributes = attributesOf(listing, entry);
-  WalkedFile file{.path = path_};
+  WalkedFile file{.path = path_, .isLink = entry.kind == EntryKind::link};
   if (attributes) {
     if (!attributes->isRegularFile) return;
     file.size = attributes->size;

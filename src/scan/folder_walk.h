@@ -13,6 +13,7 @@ struct WalkedFile {
   Path path;               ///< the root as given, with the names below it
   std::uint64_t size = 0;  ///< bytes, just before the visit; 0 where the attributes cannot be read
   std::optional<FileError> error = {};  ///< why they cannot be read
+  bool isLink = false;                  ///< a symbolic link to a file
 };
 
 struct FolderWalk {
