@@ -67,7 +67,7 @@ FileResult<void> TargetTree::makeNamesDurable() {
   FileResult<void> result;
   for (const Path& folder : folders) {
     const auto place = holds(folder) ? enter(folder) : openPlace(folder);
-    if (!place && place.error().code == ENOENT) continue;
+    if (!place && place.error().kind == FileError::Kind::notFound) continue;
     const auto done = place ? host::makeNamesDurable(place->get()) : tl::make_unexpected(place.error());
     if (!done && result) result = done;
   }

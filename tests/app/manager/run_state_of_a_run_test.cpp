@@ -53,6 +53,24 @@ TEST_F(RunStateOfARun, IsKnownToHaveEndedOnlyAfterAllThatItPosted) {
   EXPECT_EQ(startTitle(), QStringLiteral("Start"));
 }
 
+// The block that ends the state of a run may still be waiting when the next run starts.
+TEST_F(RunStateOfARun, IsNotEndedByTheRunBefore) {
+  start();
+  queue().waitUntilIdle();
+  test::writePhoto(program.source / "f.jpg", 1000 + 'a', 'z');
+  files->onRead = [this](const Path&) -> std::optional<FileError> {
+    if (manager().appStatus == 1) scanning.pass();
+    return std::nullopt;
+  };
+  program.press(controls().buttonStart);
+  program.waitUntil([this] { return scanning.isReached(); });
+  program.settle();
+  EXPECT_EQ(phase(), RunPhase::scanning);
+  scanning.open();
+  program.waitUntilEnded();
+  EXPECT_EQ(end(), RunEnd::completed);
+}
+
 TEST_F(RunStateOfARun, IsPausedUntilItIsContinued) {
   startAndHoldFirstCopy();
   program.press(controls().buttonStart);
