@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace kestrova {
 
@@ -52,6 +53,8 @@ struct Host {
   /// Asks the application to terminate, which asks its delegate.
   std::function<void()> terminate;
   std::function<Date()> now = currentDate;
+  /// Where runs are recorded, see report::runsFolder; absent: they are not.
+  std::optional<Path> runs = {};
 };
 
 }  // namespace kestrova

@@ -3,6 +3,7 @@
 #include "app/counters.h"
 #include "app/host.h"
 #include "app/outlets.h"
+#include "execution/folder_maker.h"
 #include "execution/operation_queue.h"
 #include "execution/operation_record.h"
 #include "model/run_state.h"
@@ -12,6 +13,7 @@
 #include "platform/guarded_value.h"
 #include "platform/published_value.h"
 #include "platform/relaxed_atomic.h"
+#include "report/recorder.h"
 #include "scan/duplicate_index.h"
 #include "scan/media_classification.h"
 
@@ -43,6 +45,7 @@ enum class TerminateReply { cancel, now };
 ///   Classification, fingerprint  classification_and_fingerprint.cpp
 ///   Scan                         scan.cpp
 ///   Statistics                   statistics.cpp
+///   Record of the run            record.cpp
 ///   Planning                     planning.cpp
 ///   Run control                  run_control.cpp
 ///   Operations                   copy_operation.cpp, rotate_operation.cpp, resize_operation.cpp
@@ -88,6 +91,9 @@ class OrganiseManager : public Counters, public Outlets {
   /// Told of every folder of the sources that could not be read, or not to its end: nobody knows what it
   /// holds. A file gets a verdict instead. Called by the scan; set before a run, on the main thread.
   std::function<void(const Path& path, const FileError& error)> unreadableListener;
+  /// Told of every row of the run's record, whether or not the run is recorded. Called by workers; set before
+  /// a run, on the main thread.
+  std::function<void(const report::Row& row)> rowListener;
 
   // --- Status line and clock ---
   /// Shows the text in the status line. Callable from any thread; texts appear in the order of the calls.
@@ -146,6 +152,11 @@ class OrganiseManager : public Counters, public Outlets {
   void showSourceLabels();
   void showSourceLabelsTimer();
 
+  // --- Record of the run ---
+  /// Why the last run is not recorded, or not to its end, in the system's words; empty when it is, or was not
+  /// to be. Main thread, after the run.
+  std::string recordFailure() const;
+
   // --- Planning (worker) ---
   void analyseAndDecideOperation(const InvocationOperation& operation);
   /// When the file was last modified; nothing for what is no file URL or cannot be read.
@@ -177,8 +188,8 @@ class OrganiseManager : public Counters, public Outlets {
   void post(std::function<void()> block);
   /// The same for a block of a stage: it does nothing if the stage has been cancelled by then.
   void postFrom(const InvocationOperation& stage, std::function<void()> block);
-  /// What becomes of a file, said once: raises its counters, has them shown, tells the listener.
-  void settle(const Verdict& verdict);
+  /// What becomes of a file, said once: raises its counters, has them shown, tells the listeners.
+  void settle(Verdict verdict);
 
   // Scan
   void beginScan(const InvocationOperation& operation);
@@ -205,6 +216,13 @@ class OrganiseManager : public Counters, public Outlets {
   void forgetPendingRefreshes();
   void show(Rows rows);
   void showProgress();
+
+  // Record of the run
+  void beginRecord();
+  void endRecord();
+  bool tellsRows() const { return recorder_ != nullptr || rowListener; }
+  void tellRow(const report::Row& row);
+  void tellUnreadable(const Path& path, const FileError& error);
 
   // Planning
   void planFiles(const InvocationOperation& planner);
@@ -259,8 +277,12 @@ class OrganiseManager : public Counters, public Outlets {
   GuardedValue<RunState> runState_;
   std::unordered_set<std::size_t> plannedTargets_;  // hashes; of the planner
   std::array<std::atomic<bool>, rowGroups> refreshPending_{};
-  std::shared_ptr<HeldTarget> heldTarget_;  ///< from planning to the run's end; the workers'
-  FileResult<void> namesAreDurable_;        ///< of the last run, once it has ended; the workers'
+  std::shared_ptr<HeldTarget> heldTarget_;      ///< from planning to the run's end; the workers'
+  FileResult<void> namesAreDurable_;            ///< of the last run, once it has ended; the workers'
+  std::unique_ptr<report::Recorder> recorder_;  ///< from the scan's start; the workers'
+  std::string beginFailure_;                    ///< why there is none; the workers'
+  Path runTarget_;                              ///< the target folder when the run began; the workers'
+  FolderMaker folderMaker_;                     ///< the workers'
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

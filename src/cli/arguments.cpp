@@ -25,6 +25,7 @@ constexpr std::array commands{
     Command{"organise", organiseHelp, parse<parseOrganise>},
     Command{"check", checkHelp, parse<parseCheck>},
     Command{"undo", undoHelp, parse<parseUndo>},
+    Command{"runs", runsHelp, parse<parseRuns>},
 };
 
 std::string commandNames() {

@@ -40,5 +40,6 @@ int main(int argc, char** argv) {
   QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
   int count = 1;  // Qt is not to look for options of its own
   const QCoreApplication application(count, argv);
+  QCoreApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
   return std::visit([](const auto& command) { return run(command); }, *arguments);
 }

@@ -25,6 +25,15 @@ void printResult(const OrganiseArguments& arguments, const Summary& summary,
   print(stderr, errorLines(summary, remarks).toStdString());
 }
 
+/// Why the report cannot be written, in one line for the user; empty when it can.
+std::string openReport(const Path& file, Findings& findings) {
+  if (file.empty()) return {};
+  auto rows = report::RowFile::create(file, *report::RowFile::formatOf(file));
+  if (!rows) return cli::quoted(file.native()) + ": " + rows.error().message;
+  findings.report = *std::move(rows);
+  return {};
+}
+
 }  // namespace
 
 tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Path& currentFolder) {
@@ -39,6 +48,8 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   parser.flags("--upright", "--no-upright", arguments.upright);
   parser.flag("--skip-small-photos", arguments.skipSmallPhotos);
   parser.flag("--skip-small-videos", arguments.skipSmallVideos);
+  parser.path("--report", "a file", arguments.report);
+  parser.flag("--no-record", arguments.noRecord);
   parser.flag("--json", arguments.json);
   parser.flag("--quiet", arguments.quiet);
   parser.flag("--log", arguments.log);
@@ -46,6 +57,9 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   if (arguments.sources.empty()) return tl::unexpected(std::string("no source folder is given"));
   if (arguments.target.empty()) {
     return tl::unexpected(std::string("no target folder is given: --to FOLDER names it"));
+  }
+  if (!arguments.report.empty() && !report::RowFile::formatOf(arguments.report)) {
+    return tl::unexpected(std::string("--report takes a file whose name ends in .ndjson or .csv"));
   }
   return arguments;
 }
@@ -55,13 +69,17 @@ int run(const OrganiseArguments& arguments) {
   const auto files = systemFileManager();
   if (const std::string reason = unusableFolder(arguments, *files); !reason.empty()) return refuse(reason);
 
+  Findings findings;
+  if (const std::string reason = openReport(arguments.report, findings); !reason.empty()) {
+    return refuse(reason);
+  }
+
   StopSignals stop;
-  Tally tally;
   const Summary summary = [&] {
     Progress progress(progressMode(arguments));
-    return organise(arguments, files, stop, progress, tally);
+    return organise(arguments, files, stop, progress, findings);
   }();
-  printResult(arguments, summary, tally.remarks());
+  printResult(arguments, summary, findings.tally.remarks());
   return exitStatus(summary);
 }
 

@@ -19,6 +19,8 @@ struct OrganiseArguments {
   bool upright = true;
   bool skipSmallPhotos = false;
   bool skipSmallVideos = false;
+  Path report;  ///< where the rows of the record go besides; empty: nowhere
+  bool noRecord = false;
   bool json = false;
   bool quiet = false;
   bool log = false;
@@ -39,6 +41,9 @@ constexpr std::string_view organiseHelp = R"(organise SOURCE... --to TARGET [OPT
                          rotate photos upright or keep their orientation (default --upright)
   --skip-small-photos    skip photos smaller than 20,000 bytes or 400 pixels on a side
   --skip-small-videos    skip videos smaller than 2,000,000 bytes
+  --report FILE.ndjson|FILE.csv
+                         write what becomes of each file into a new file, too
+  --no-record            keep no record of the run (see "runs")
   --json                 print the summary as one JSON object
   --quiet                print errors only: no progress, no table
   --log                  log what happens to each file on standard error

@@ -2,6 +2,7 @@
 
 #include "model/size_text.h"
 #include "platform/printable_text.h"
+#include "report/json_amount.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -9,6 +10,8 @@
 namespace kestrova::cli {
 
 namespace {
+
+using report::jsonOf;
 
 QString row(const char* name, const Amount& amount) {
   return QStringLiteral("  %1%2%3\n")
@@ -33,46 +36,64 @@ QString seconds(std::chrono::milliseconds elapsed) {
 std::int64_t failedFiles(const Summary& summary) { return summary.failed.files + summary.unreadable.files; }
 
 QString closingLine(const Summary& summary) {
-  if (summary.end == RunEnd::nothingFound) return QStringLiteral("Nothing to organise was found.\n");
+  const QString unread =
+      summary.unreadableFolders.empty() ? QString() : QStringLiteral(", but not all folders could be read");
+  if (summary.end == RunEnd::nothingFound) {
+    return QStringLiteral("Nothing to organise was found%1.\n").arg(unread);
+  }
   const QString failures =
-      failedFiles(summary) > 0 ? QStringLiteral(", but not all files could be written") : QString();
+      failedFiles(summary) > 0 ? QStringLiteral(", but not all files could be written") : unread;
   return QStringLiteral("%1%2 (%3)\n").arg(printableText(summary.status), failures, seconds(summary.elapsed));
 }
 
-QJsonObject json(const Amount& amount) {
-  return {{QStringLiteral("files"), static_cast<qint64>(amount.files)},
-          {QStringLiteral("bytes"), static_cast<qint64>(amount.bytes)}};
-}
-
-QString nameOf(RunEnd end) {
-  switch (end) {
-    case RunEnd::completed:
-      return QStringLiteral("completed");
-    case RunEnd::nothingFound:
-      return QStringLiteral("nothing-to-do");
-    case RunEnd::stopped:
-      return QStringLiteral("stopped");
-    case RunEnd::outOfSpace:
-    case RunEnd::error:
-      return QStringLiteral("failed");
-  }
-  return {};
+QString textOf(std::string_view word) {
+  return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));
 }
 
 bool hasFailed(RunEnd end) { return end == RunEnd::outOfSpace || end == RunEnd::error; }
 
 const auto program = QStringLiteral("kestrova-cli: ");
 
+QString line(const char* what, const Path& path, const std::string& reason) {
+  return program + QLatin1String(what) + printableText(path.native()) + QStringLiteral(": ") +
+         printableText(reason) + u'\n';
+}
+
 QString line(const char* what, const Tally::Remark& remark) {
-  return program + QLatin1String(what) + printableText(remark.source.native()) + QStringLiteral(": ") +
-         printableText(remark.error) + u'\n';
+  return line(what, remark.source, remark.error);
+}
+
+QString failureLine(const char* what, const std::string& reason) {
+  if (reason.empty()) return {};
+  return program + QLatin1String(what) + printableText(reason) + u'\n';
+}
+
+QString leftBehindLine(const report::LeftBehind& files) {
+  if (files.empty()) return {};
+  return QStringLiteral("Left behind: ") + QString::fromStdString(report::summaryOf(files)) + u'\n';
+}
+
+QJsonObject jsonOf(const report::LeftBehind& files) {
+  QJsonObject object;
+  for (const auto& [extension, amount] : files.byExtension()) {
+    object.insert(QString::fromStdString(extension), jsonOf(amount));
+  }
+  return object;
+}
+
+/// Files by their amount, and how many folders nobody knows the contents of.
+QJsonObject unreadableJson(const Summary& summary) {
+  QJsonObject object = jsonOf(summary.unreadable);
+  object.insert(QStringLiteral("folders"), static_cast<qint64>(summary.unreadableFolders.size()));
+  return object;
 }
 
 }  // namespace
 
 int exitStatus(const Summary& summary) {
   if (summary.end == RunEnd::stopped) return 130;
-  return hasFailed(summary.end) || failedFiles(summary) > 0 ? 1 : 0;
+  const bool isWhole = failedFiles(summary) == 0 && summary.unreadableFolders.empty();
+  return hasFailed(summary.end) || !isWhole ? 1 : 0;
 }
 
 QString summaryTable(const Summary& summary) {
@@ -84,30 +105,31 @@ QString summaryTable(const Summary& summary) {
          row("Already there", summary.alreadyThere) + row("Small", summary.small) +
          row("Name taken", summary.nameTaken) + row("Failed", summary.failed) +
          row("Unreadable", summary.unreadable) + row("Not reached", summary.notReached) + u'\n' +
-         closingLine(summary);
+         leftBehindLine(summary.leftBehind) + closingLine(summary);
 }
 
 QByteArray summaryJson(const Summary& summary) {
   const auto group = [](const auto& amounts) {
-    return QJsonObject{{QStringLiteral("photos"), json(amounts.photos)},
-                       {QStringLiteral("videos"), json(amounts.videos)},
-                       {QStringLiteral("total"), json(amounts.total)}};
+    return QJsonObject{{QStringLiteral("photos"), jsonOf(amounts.photos)},
+                       {QStringLiteral("videos"), jsonOf(amounts.videos)},
+                       {QStringLiteral("total"), jsonOf(amounts.total)}};
   };
   const QJsonObject object{
-      {QStringLiteral("result"), nameOf(summary.end)},
+      {QStringLiteral("result"), textOf(wordOf(summary.end))},
       {QStringLiteral("status"), summary.status},
       {QStringLiteral("seconds"), static_cast<double>(summary.elapsed.count()) / 1000.0},
       {QStringLiteral("found"), group(summary.found)},
-      {QStringLiteral("duplicates"), json(summary.duplicates)},
-      {QStringLiteral("passedOver"), json(summary.sameContent)},
+      {QStringLiteral("duplicates"), jsonOf(summary.duplicates)},
+      {QStringLiteral("passedOver"), jsonOf(summary.sameContent)},
       {QStringLiteral("written"), group(summary.written)},
-      {QStringLiteral("rewritten"), json(summary.rewritten)},
-      {QStringLiteral("alreadyThere"), json(summary.alreadyThere)},
-      {QStringLiteral("small"), json(summary.small)},
-      {QStringLiteral("exists"), json(summary.nameTaken)},
-      {QStringLiteral("failed"), json(summary.failed)},
-      {QStringLiteral("unreadable"), json(summary.unreadable)},
-      {QStringLiteral("notReached"), json(summary.notReached)},
+      {QStringLiteral("rewritten"), jsonOf(summary.rewritten)},
+      {QStringLiteral("alreadyThere"), jsonOf(summary.alreadyThere)},
+      {QStringLiteral("small"), jsonOf(summary.small)},
+      {QStringLiteral("exists"), jsonOf(summary.nameTaken)},
+      {QStringLiteral("failed"), jsonOf(summary.failed)},
+      {QStringLiteral("unreadable"), unreadableJson(summary)},
+      {QStringLiteral("notReached"), jsonOf(summary.notReached)},
+      {QStringLiteral("leftBehind"), jsonOf(summary.leftBehind)},
   };
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -119,6 +141,9 @@ QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& rem
     if (traitsOf(remark.outcome).isError)
       lines += line(isUnreadable ? "not readable: " : "not written: ", remark);
   }
+  for (const auto& [path, reason] : summary.unreadableFolders) lines += line("not readable: ", path, reason);
+  lines += failureLine("the run is not recorded to its end: ", summary.recordFailure);
+  lines += failureLine("the report is not whole: ", summary.reportFailure);
   if (hasFailed(summary.end)) lines += program + printableText(summary.status) + u'\n';
   return lines;
 }

@@ -2,9 +2,13 @@
 
 #include "model/run_state.h"
 #include "model/tally.h"
+#include "report/left_behind.h"
+#include "report/row.h"
 
 #include <QString>
 #include <chrono>
+#include <string>
+#include <vector>
 
 namespace kestrova::cli {
 
@@ -26,9 +30,13 @@ struct Summary {
   Amount failed;        ///< could not be written
   Amount unreadable;    ///< could not be read
   Amount notReached;
+  report::LeftBehind leftBehind;                         ///< not of a kind that is organised
+  std::vector<report::UnreadableRow> unreadableFolders;  ///< nobody knows what they hold
+  std::string recordFailure;                             ///< why the record is missing or not whole
+  std::string reportFailure;                             ///< why the report is not whole
 };
 
-/// 0 completed, 1 ended in error or a file could not be read or written, 130 stopped.
+/// 0 completed, 1 ended in error or something could not be read or written, 130 stopped.
 int exitStatus(const Summary& summary);
 
 /// A table for people, ending with one line that says how the run ended.
@@ -37,7 +45,7 @@ QString summaryTable(const Summary& summary);
 /// One JSON object on one line, in UTF-8.
 QByteArray summaryJson(const Summary& summary);
 
-/// One line for every file that could not be read or written, and one when the run ended in error.
+/// One line for everything that could not be read or written, and one when the run ended in error.
 QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& remarks);
 
 /// One line for every photo that was copied as it is, as it could not be rewritten.

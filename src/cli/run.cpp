@@ -3,6 +3,7 @@
 #include "app/main_interface.h"
 #include "platform/main_queue.h"
 #include "platform/printable_text.h"
+#include "report/run_folder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -22,11 +23,12 @@ std::string unusable(const Path& folder, const std::string& reason) {
   return '"' + printableText(folder.native()).toStdString() + "\": " + reason;
 }
 
-Host hostWith(std::shared_ptr<FileManager> files) {
+Host hostWith(std::shared_ptr<FileManager> files, bool isRecorded) {
   Host host;
   host.files = std::move(files);
   host.defaults = volatileUserDefaults();
   host.power = systemPowerAssertions();
+  if (isRecorded) host.runs = report::runsFolder();
   return host;
 }
 
@@ -104,7 +106,7 @@ Amount Summary::*placeOf(Outcome outcome) {
   return nullptr;
 }
 
-Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
+Summary summaryOf(const OrganiseManager& manager, const Findings& findings) {
   Summary summary;
   summary.found = {amountOf(manager.sPhotoCount, manager.sPhotoSize),
                    amountOf(manager.sVideoCount, manager.sVideoSize),
@@ -113,13 +115,25 @@ Summary summaryOf(const OrganiseManager& manager, const Tally& tally) {
                      amountOf(manager.tVideoCount, manager.tVideoSize),
                      amountOf(manager.tTotalCount, manager.tTotalSize)};
   summary.rewritten = amountOf(manager.tRotatedCount, manager.tRotatedSize);
-  for (const auto& [outcome, amount] : tally.amounts()) {
+  for (const auto& [outcome, amount] : findings.tally.amounts()) {
     if (Amount Summary::*const place = placeOf(outcome)) summary.*place += amount;
   }
+  summary.leftBehind = findings.leftBehind;
+  summary.unreadableFolders = findings.unreadable;
+  summary.recordFailure = manager.recordFailure();
+  if (findings.report && findings.report->error()) summary.reportFailure = findings.report->error()->message;
   return summary;
 }
 
 }  // namespace
+
+void Findings::add(const report::Row& row) {
+  if (report) report->add(row);
+  if (const auto* folder = std::get_if<report::UnreadableRow>(&row)) unreadable.push_back(*folder);
+  if (const auto* file = std::get_if<report::LeftBehindRow>(&row)) {
+    leftBehind.add(file->source.filename().native(), file->sourceSize);
+  }
+}
 
 std::string unusableFolder(const OrganiseArguments& arguments, const FileManager& files) {
   for (const Path& source : arguments.sources) {
@@ -134,16 +148,17 @@ std::string unusableFolder(const OrganiseArguments& arguments, const FileManager
 }
 
 Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
-                 Progress& progress, Tally& tally) {
+                 Progress& progress, Findings& findings) {
   const auto start = Clock::now();
-  MainInterface interface(hostWith(std::move(files)));
+  MainInterface interface(hostWith(std::move(files), !arguments.noRecord));
   MainQueue::instance().runPending();  // the controller loads its settings first
   applyOptions(interface, arguments);
-  interface.manager.verdictListener = [&tally](const Verdict& verdict) { tally.add(verdict); };
+  interface.manager.verdictListener = [&](const Verdict& verdict) { findings.tally.add(verdict); };
+  interface.manager.rowListener = [&](const report::Row& row) { findings.add(row); };
   interface.manager.startProcess();
-  const auto halted = waitForEnd(interface, tally, stop, progress);
+  const auto halted = waitForEnd(interface, findings.tally, stop, progress);
 
-  Summary summary = summaryOf(interface.manager, tally);
+  Summary summary = summaryOf(interface.manager, findings);
   summary.end = interface.manager.runState().end.value_or(RunEnd::error);
   summary.status = statusOf(summary.end, halted.value_or(interface.lblStatus->stringValue()));
   summary.elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);

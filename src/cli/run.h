@@ -4,18 +4,32 @@
 #include "cli/progress.h"
 #include "cli/report.h"
 #include "cli/stop_signals.h"
+#include "report/left_behind.h"
+#include "report/row_file.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace kestrova::cli {
 
 /// Why the folders cannot be organised, in one line for the user; empty when they can.
 std::string unusableFolder(const OrganiseArguments& arguments, const FileManager& files);
 
+/// What a run tells of, file by file. Written by its workers: only the tally may be read before the run's
+/// end.
+struct Findings {
+  Tally tally;
+  report::LeftBehind leftBehind;
+  std::vector<report::UnreadableRow> unreadable;
+  std::optional<report::RowFile> report;  ///< takes all rows
+
+  void add(const report::Row& row);
+};
+
 /// Organises the folders as the window would, with its controls but no user defaults, and returns when the
-/// run has ended. Every file's fate goes into the tally. Main thread only; the process's main queue runs
-/// meanwhile.
+/// run has ended. Main thread only; the process's main queue runs meanwhile.
 Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
-                 Progress& progress, Tally& tally);
+                 Progress& progress, Findings& findings);
 
 }  // namespace kestrova::cli

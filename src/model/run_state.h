@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace kestrova {
 
@@ -22,6 +23,22 @@ enum class RunEnd : std::uint8_t {
   error,  ///< an exception
   nothingFound,
 };
+
+/// How a run ended, in records and summaries.
+constexpr std::string_view wordOf(RunEnd end) {
+  switch (end) {
+    case RunEnd::completed:
+      return "completed";
+    case RunEnd::nothingFound:
+      return "nothing-to-do";
+    case RunEnd::stopped:
+      return "stopped";
+    case RunEnd::outOfSpace:
+    case RunEnd::error:
+      return "failed";
+  }
+  return {};
+}
 
 /// How far a run is: one value, so that phase, pause and end always fit together.
 struct RunState {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kestrova {
 
@@ -27,6 +28,9 @@ struct Verdict {
   std::optional<Path> original = {};  ///< the source that stands for this one, whose content or name it has
   std::string error = {};             ///< the system's words, or why a photo was not rewritten; UTF-8
   std::int64_t pagesLeftOut = 0;      ///< of a TIFF that was rewritten
+  std::string sourceSha256 = {};      ///< of the bytes that were read, for a rewritten photo: 64 hex digits
+  std::string targetSha256 = {};      ///< of the bytes that were written, for a rewritten photo
+  std::vector<Path> createdFolders = {};  ///< for this file, below the target folder, the outermost first
   /// Which counters it raises, where these are not its outcome's own: a file that cannot be read may count as
   /// a duplicate.
   std::optional<Outcome> countedAs = {};

@@ -131,9 +131,12 @@ bool takeLines(std::string& text, const std::function<bool(const Row&)>& visit) 
 
 }  // namespace
 
+QJsonObject jsonOf(const Row& row) {
+  return std::visit([](const auto& kind) { return objectOf(kind); }, row);
+}
+
 std::string lineOf(const Row& row) {
-  const QJsonObject object = std::visit([](const auto& kind) { return objectOf(kind); }, row);
-  return (QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n').toStdString();
+  return (QJsonDocument(jsonOf(row)).toJson(QJsonDocument::Compact) + '\n').toStdString();
 }
 
 std::optional<Row> rowOf(std::string_view line) {

@@ -3,6 +3,7 @@
 #include "model/outcome.h"
 #include "platform/file_manager.h"
 
+#include <QJsonObject>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -49,6 +50,9 @@ struct LeftBehindRow {
 };
 
 using Row = std::variant<FileRow, UnreadableRow, LeftBehindRow>;
+
+/// A row's keys and values.
+QJsonObject jsonOf(const Row& row);
 
 /// One line, with its line end.
 std::string lineOf(const Row& row);

@@ -37,6 +37,7 @@ FileResult<void> writeRunInfo(FileManager& files, const Path& run, const RunInfo
     object.insert(QStringLiteral("ended"), text(info.ended));
     object.insert(QStringLiteral("result"), text(info.result));
     object.insert(QStringLiteral("counts"), info.counts);
+    if (!info.recordError.empty()) object.insert(QStringLiteral("recordError"), text(info.recordError));
   }
   if (!info.takenBack.empty()) object.insert(QStringLiteral("takenBack"), text(info.takenBack));
   const QByteArray json = QJsonDocument(object).toJson();
@@ -67,6 +68,7 @@ std::optional<RunInfo> readRunInfo(const FileManager& files, const Path& run) {
   info.result = textIn(object, "result");
   info.takenBack = textIn(object, "takenBack");
   info.counts = object.value(QStringLiteral("counts")).toObject();
+  info.recordError = textIn(object, "recordError");
   return info;
 }
 

@@ -21,7 +21,8 @@ struct RunInfo {
   std::string ended = {};      ///< empty while the run goes on, and for ever when it broke off
   std::string result = {};     ///< completed, nothing-to-do, stopped or failed; empty like `ended`
   std::string takenBack = {};  ///< when an undo left nothing of what the run wrote; empty before
-  QJsonObject counts;          ///< {"files":n,"bytes":n} by verdict
+  QJsonObject counts;  ///< {"files":n,"bytes":n} by verdict, and of left-behind and unreadable-folders
+  std::string recordError = {};  ///< why the rows end before the run did, in the system's words
 };
 
 /// Writes run.json into the record's folder, whole or not at all.

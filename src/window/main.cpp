@@ -1,5 +1,6 @@
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "report/run_folder.h"
 #include "window/main_window.h"
 #include "window/translations.h"
 
@@ -34,6 +35,7 @@ Host systemHost() {
   host.defaults = standardUserDefaults();
   host.power = systemPowerAssertions();
   host.workspace = desktopWorkspace();
+  host.runs = report::runsFolder();
   return host;
 }
 

@@ -106,7 +106,7 @@ TEST(CliArguments, HelpAndVersionNeedNothingElse) {
 }
 
 TEST(CliArguments, MissWhatIsNecessary) {
-  EXPECT_EQ(errorOf(parse({})), "no command is given: expected organise");
+  EXPECT_EQ(errorOf(parse({})), "no command is given: expected organise, check, undo or runs");
   EXPECT_EQ(errorOf(parse({"organise", "--to", "/out"})), "no source folder is given");
   EXPECT_EQ(errorOf(parse({"organise", "/in"})), "no target folder is given: --to FOLDER names it");
   EXPECT_EQ(errorOf(parse({"organise", "/in", "--to"})), "--to needs a folder");
@@ -120,11 +120,12 @@ TEST(CliArguments, TakeNoOptionForAFolder) {
 }
 
 TEST(CliArguments, RefuseWhatIsUnknown) {
-  EXPECT_EQ(errorOf(parse({"organize", "/in"})), "unknown command \"organize\": expected organise");
-  for (const std::string_view option : {"--report", "--dry-run", "--media-x", "-h", "-q", "--Json"}) {
+  EXPECT_EQ(errorOf(parse({"organize", "/in"})),
+            "unknown command \"organize\": expected organise, check, undo or runs");
+  for (const std::string_view option : {"--in", "--dry-run", "--media-x", "-h", "-q", "--Json"}) {
     EXPECT_EQ(errorOf(parseWith({option})), "unknown option \"" + std::string(option) + '"');
   }
-  EXPECT_EQ(errorOf(parseWith({"--report=x.csv"})), "unknown option \"--report\"");
+  EXPECT_EQ(errorOf(parseWith({"--in=x.csv"})), "unknown option \"--in\"");
 }
 
 TEST(CliArguments, ListTheValuesThatAreAllowed) {

@@ -32,7 +32,7 @@ class CliRun : public testing::Test {
     arguments_.target = out_;
   }
 
-  Summary organise() { return cli::organise(arguments_, files_, stop_, progress_, tally_); }
+  Summary organise() { return cli::organise(arguments_, files_, stop_, progress_, findings_); }
 
   /// A hook that does something on its `number`th call.
   static auto atCall(int number, std::function<void()> block) {
@@ -57,7 +57,7 @@ class CliRun : public testing::Test {
   std::shared_ptr<FailingFileManager> files_ = std::make_shared<FailingFileManager>();
   StopSignals stop_;
   Progress progress_{Progress::Mode::silent};
-  Tally tally_;
+  Findings findings_;
 };
 
 }  // namespace
@@ -68,7 +68,7 @@ TEST_F(CliRun, CompletesAndCountsEveryFile) {
   EXPECT_EQ(exitStatus(summary), 0);
   EXPECT_EQ(summary.written.total.files, 4);
   EXPECT_EQ(summary.written.total.bytes, 10);
-  EXPECT_EQ(tally_.settled().files, 4);
+  EXPECT_EQ(findings_.tally.settled().files, 4);
 }
 
 TEST_F(CliRun, EndsInErrorWhenAnOperationMeetsAnException) {

@@ -24,6 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::AllOf;
+using testing::Each;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -183,7 +184,7 @@ TEST(Cli, RefusesWrongUsage) {
   const Path file = writeFile(folders.root / "file", "");
   const std::string missing = folders.root / "missing";
   const std::array<std::pair<Words, std::string>, 5> cases{{
-      {{}, "no command is given: expected organise"},
+      {{}, "no command is given: expected organise, check, undo or runs"},
       {{"organise", folders.in}, "no target folder is given: --to FOLDER names it"},
       {{"organise", missing, "--to", folders.out}, '"' + missing + "\": No such file or directory"},
       {{"organise", file, "--to", folders.out}, '"' + file.native() + "\": this source is not a folder"},
@@ -434,7 +435,7 @@ TEST(Cli, KeepsNoSettings) {
   options.environment.push_back("HOME=" + home.native());
   options.environment.push_back("XDG_CONFIG_HOME=" + home.native());
   EXPECT_EQ(runProcess(commandOf({"organise", folders.in, "--to", folders.out}), options).status, 0);
-  EXPECT_TRUE(fs::is_empty(home));
+  EXPECT_THAT(filesBelow(home), Each(StartsWith(".local/state/kestrova/runs/")));
 }
 
 }  // namespace kestrova::test

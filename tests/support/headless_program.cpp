@@ -68,6 +68,7 @@ HeadlessProgram::HeadlessProgram(std::shared_ptr<FileManager> files, std::shared
   host.files = std::move(files);
   host.defaults = std::move(defaults);
   host.power = power;
+  host.runs = runs;
   host.now = [this] { return clock(); };
   interface = std::make_unique<MainInterface>(std::move(host));
   interface->lblStatus->didChange = [this] { statusTexts_ << status(); };

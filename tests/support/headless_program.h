@@ -53,6 +53,7 @@ class HeadlessProgram {
   TemporaryFolder folder;
   const Path source = folder / "source";
   const Path target = folder / "target";
+  const Path runs = folder / "runs";  ///< where runs are recorded
   std::shared_ptr<FakePowerAssertions> power = std::make_shared<FakePowerAssertions>();
   LogCapture log;
   /// What the program takes for the time; asked on any thread.

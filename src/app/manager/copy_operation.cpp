@@ -46,7 +46,7 @@ void OrganiseManager::prepareFolderOf(const Path& file) {
 }
 
 void OrganiseManager::createFolder(const Path& file) {
-  const auto created = host_.files->createDirectory(file.parent_path());
+  const auto created = folderMaker_.create(*host_.files, file.parent_path());
   if (!created)
     log(QStringLiteral("Error creating directory path: ") + QString::fromStdString(created.error().message));
 }

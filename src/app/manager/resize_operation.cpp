@@ -4,6 +4,7 @@
 #include "model/size_text.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
+#include "report/content.h"
 
 #include <exception>
 
@@ -68,6 +69,7 @@ void OrganiseManager::rewrite(const OperationRecord& record) {
     verdict.target.reset();
     settle(verdict);
   } else {
+    verdict.sourceSha256 = report::sha256Of(*photo);
     writePhoto(record, verdict, *rewriting);
   }
 }
@@ -87,6 +89,7 @@ void OrganiseManager::writePhoto(const OperationRecord& record, Verdict verdict,
   }
   verdict.outcome = rewriting.isResized ? Outcome::resized : Outcome::rewritten;
   verdict.pagesLeftOut = rewriting.photo.pagesLeftOut;
+  verdict.targetSha256 = report::sha256Of(rewriting.photo.bytes);
   noteTarget(verdict);
   settle(verdict);
 }

@@ -2,6 +2,7 @@
 #include "execution/error_codes.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
+#include "report/content.h"
 #include "scan/media_classification.h"
 #include "toolkit/image_codec.h"
 
@@ -38,7 +39,8 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
   setStatus(QStringLiteral("Rotating photo : ") + displayPath(verdict.source));
   prepareFolderOf(to);
   log(QStringLiteral("ROTATING PHOTOOOOO!"));
-  const auto jpeg = asJpeg(host_.files->readFile(verdict.source));
+  const auto photo = host_.files->readFile(verdict.source);
+  const auto jpeg = asJpeg(photo);
   if (!jpeg) {
     // Counted with the rewritten photos, though nothing is written.
     verdict.countedAs = Outcome::rewritten;
@@ -46,6 +48,8 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
   } else if (const auto written = host_.files->writeData(*jpeg, to)) {
     verdict.outcome = Outcome::rewritten;
     verdict.targetSize = jpeg->size();
+    verdict.sourceSha256 = report::sha256Of(*photo);
+    verdict.targetSha256 = report::sha256Of(*jpeg);
     noteTarget(verdict);
     settle(verdict);
   } else {

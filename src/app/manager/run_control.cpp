@@ -58,6 +58,7 @@ void OrganiseManager::enter(RunPhase phase) {
 void OrganiseManager::startRun() {
   // The last run's completion may still be under way on its thread; it must not read the new run's flags.
   if (processQueue) processQueue->waitUntilIdle();
+  recorder_.reset();
   haserror = false;
   hasstopped = false;
   starttime = host_.now();
@@ -95,6 +96,7 @@ void OrganiseManager::endEarly(RunEnd end) {
 void OrganiseManager::noticeEnd(const OperationQueue& queue) {
   if (queue.operationCount() > 0) return;
   releaseTarget();
+  endRecord();
   const bool isReported = runState().phase == RunPhase::executing;
   if (!isReported) postEnd();
 }

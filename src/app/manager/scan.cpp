@@ -1,5 +1,6 @@
 #include "app/organise_manager.h"
 #include "platform/log.h"
+#include "report/left_behind.h"
 #include "scan/folder_walk.h"
 #include "scan/media_classification.h"
 
@@ -17,6 +18,12 @@ Verdict setAside(const WalkedFile& file, const Sighting& sighting, Outcome outco
     verdict.becomeUnreadable(sighting.readError);
   }
   return verdict;
+}
+
+report::LeftBehindRow leftBehindRow(const WalkedFile& file) {
+  return {.source = file.path,
+          .extension = report::leftBehindExtension(file.path.filename().native()),
+          .sourceSize = file.size};
 }
 
 }  // namespace
@@ -54,6 +61,9 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
 
 void OrganiseManager::beginScan(const InvocationOperation& operation) {
   appStatus = 1;
+  runTarget_ = targetPath.get().value_or(Path());
+  folderMaker_ = FolderMaker(runTarget_);
+  beginRecord();
   postFrom(operation, [this] { buttonStart->setEnabled(false); });
   setStatus(QStringLiteral("Process started!"));
   if (const auto identifier = host_.power->create(QStringLiteral("Kestrova Process")))
@@ -108,9 +118,8 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
     return end == WalkEnd::complete;
   };
   walk.visits = [this](const WalkedFile& file) { takeFile(file); };
-  walk.cannotRead = [this](const Path& path, const FileError& error) {
-    if (unreadableListener) unreadableListener(path, error);
-  };
+  if (tellsRows()) walk.leaves = [this](const WalkedFile& file) { tellRow(leftBehindRow(file)); };
+  walk.cannotRead = [this](const Path& path, const FileError& error) { tellUnreadable(path, error); };
   for (const Path& source : sourcePathList.get()) {
     setStatus(QStringLiteral("Analyzing source folders"));
     if (!walkFolder(*host_.files, source, walk)) break;

@@ -1,6 +1,7 @@
 #include "app/organise_manager.h"
 #include "model/size_text.h"
 #include "platform/log.h"
+#include "report/verdict_row.h"
 #include "scan/media_classification.h"
 
 namespace kestrova {
@@ -63,9 +64,11 @@ void raise(Manager& manager, const Row& row, std::uint64_t size) {
 
 }  // namespace
 
-void OrganiseManager::settle(const Verdict& verdict) {
+void OrganiseManager::settle(Verdict verdict) {
+  verdict.createdFolders = folderMaker_.takeCreated();
   count(verdict);
   if (verdictListener) verdictListener(verdict);
+  if (tellsRows()) tellRow(report::rowOf(verdict, runTarget_));
 }
 
 void OrganiseManager::count(const Verdict& verdict) {

@@ -1,0 +1,87 @@
+#include "report/recorder.h"
+
+#include "report/json_amount.h"
+#include "report/run_folder.h"
+#include "report/timestamps.h"
+
+#include <utility>
+
+namespace kestrova::report {
+
+namespace {
+
+std::int64_t signedSize(const std::optional<std::uint64_t>& size) {
+  return static_cast<std::int64_t>(size.value_or(0));
+}
+
+// What is written counts with the size that it has in the target.
+Amount amountOf(const FileRow& row) {
+  return {1, signedSize(row.targetSize ? row.targetSize : row.sourceSize)};
+}
+Amount amountOf(const UnreadableRow&) { return {1, 0}; }
+Amount amountOf(const LeftBehindRow& row) { return {1, signedSize(row.sourceSize)}; }
+
+std::string wordOf(const FileRow& row) { return std::string(traitsOf(row.verdict).word); }
+std::string wordOf(const UnreadableRow&) { return "unreadable-folders"; }
+std::string wordOf(const LeftBehindRow&) { return "left-behind"; }
+
+}  // namespace
+
+FileResult<std::unique_ptr<Recorder>> Recorder::begin(const Path& runs, RunInfo info,
+                                                      std::chrono::sys_seconds start) {
+  const auto folder = createRunFolder(runs, start);
+  if (!folder) return tl::make_unexpected(folder.error());
+  info.started = utcText(start);
+  std::unique_ptr<Recorder> recorder(new Recorder(systemFileManager(), *folder, std::move(info)));
+  const MutexLock lock(recorder->mutex_);
+  auto rows = RowFile::create(rowsFile(*folder), RowFile::Format::ndjson);
+  if (!rows) return tl::make_unexpected(rows.error());
+  recorder->rows_ = *std::move(rows);
+  if (const auto written = writeRunInfo(*recorder->files_, *folder, recorder->info_); !written) {
+    return tl::make_unexpected(written.error());
+  }
+  removeOldRuns(runs);
+  return recorder;
+}
+
+Recorder::Recorder(std::shared_ptr<FileManager> files, Path folder, RunInfo info)
+    : files_(std::move(files)), folder_(std::move(folder)), info_(std::move(info)) {}
+
+void Recorder::add(const Row& row) {
+  const MutexLock lock(mutex_);
+  if (!rows_) return;
+  rows_->add(row);
+  if (!error_) error_ = rows_->error();
+  count(row);
+}
+
+void Recorder::end(std::string_view result, std::chrono::sys_seconds time) {
+  const MutexLock lock(mutex_);
+  if (!rows_) return;
+  rows_.reset();
+  info_.ended = utcText(time);
+  info_.result = result;
+  info_.counts = counts();
+  if (error_) info_.recordError = error_->message;
+  if (const auto written = writeRunInfo(*files_, folder_, info_); !written && !error_)
+    error_ = written.error();
+}
+
+std::optional<FileError> Recorder::error() const {
+  const MutexLock lock(mutex_);
+  return error_;
+}
+
+void Recorder::count(const Row& row) {
+  std::visit([this](const auto& kind) { counts_[wordOf(kind)] += amountOf(kind); }, row);
+}
+
+QJsonObject Recorder::counts() const {
+  QJsonObject object;
+  for (const auto& [word, amount] : counts_) {
+    object.insert(QString::fromStdString(word), jsonOf(amount));
+  }
+  return object;
+}
+
+}  // namespace kestrova::report

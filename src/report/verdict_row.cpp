@@ -1,0 +1,54 @@
+#include "report/verdict_row.h"
+
+#include "report/timestamps.h"
+
+#include <cstdio>
+
+namespace kestrova::report {
+
+namespace {
+
+/// As far as it lies below the folder.
+Path relativeTo(const Path& folder, const Path& path) {
+  std::string_view rest = path.native();
+  const std::string& prefix = folder.native();
+  if (!rest.starts_with(prefix)) return path;
+  rest.remove_prefix(prefix.size());
+  const bool isBelow = rest.starts_with('/') || prefix.ends_with('/');
+  if (!isBelow) return path;
+  rest.remove_prefix(std::min(rest.find_first_not_of('/'), rest.size()));
+  return rest;
+}
+
+std::string textOf(const DateParts& date) {
+  char text[64];
+  const int length =
+      std::snprintf(text, sizeof text, "%04lld-%02d-%02dT%02d:%02d:%02d", static_cast<long long>(date.year),
+                    date.month, date.day, date.hour, date.minute, date.second);
+  return {text, static_cast<std::size_t>(length)};
+}
+
+}  // namespace
+
+FileRow rowOf(const Verdict& verdict, const Path& targetFolder) {
+  FileRow row{.source = verdict.source,
+              .verdict = verdict.outcome,
+              .sourceSize = verdict.sourceSize,
+              .targetSize = verdict.targetSize,
+              .original = verdict.original,
+              .sourceSha256 = verdict.sourceSha256,
+              .targetSha256 = verdict.targetSha256,
+              .reason = verdict.error,
+              .pagesLeftOut = static_cast<int>(verdict.pagesLeftOut),
+              .createdFolders = verdict.createdFolders};
+  if (verdict.target) row.target = relativeTo(targetFolder, *verdict.target);
+  if (verdict.sourceModified) row.sourceModified = nanosecondsText(*verdict.sourceModified);
+  if (verdict.targetModified) row.targetModified = nanosecondsText(*verdict.targetModified);
+  if (verdict.date) {
+    row.date = textOf(verdict.date->local);
+    row.dateFrom = wordOf(verdict.date->origin);
+  }
+  return row;
+}
+
+}  // namespace kestrova::report

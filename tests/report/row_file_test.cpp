@@ -1,0 +1,66 @@
+#include "report/row_file.h"
+
+#include "report/csv_line.h"
+#include "support/temporary_folder.h"
+
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+namespace kestrova::report {
+
+namespace {
+
+using test::readFile;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const FileRow copied{.source = "/a.jpg", .verdict = Outcome::copied, .target = "b.jpg", .sourceSize = 3};
+const LeftBehindRow left{.source = "/a, \"b\"\n.heic", .extension = "heic", .sourceSize = 7};
+
+}  // namespace
+
+TEST(RowFile, TellsItsFormatByTheName) {
+  EXPECT_EQ(RowFile::formatOf("/x/a.ndjson"), RowFile::Format::ndjson);
+  EXPECT_EQ(RowFile::formatOf("a.csv"), RowFile::Format::csv);
+  EXPECT_EQ(RowFile::formatOf("a.json"), std::nullopt);
+  EXPECT_EQ(RowFile::formatOf("csv"), std::nullopt);
+}
+
+TEST(RowFile, HoldsEachRowAsSoonAsItIsAdded) {
+  const test::TemporaryFolder folder;
+  auto rows = RowFile::create(folder / "a.ndjson", RowFile::Format::ndjson).value();
+  rows.add(copied);
+  EXPECT_EQ(readFile(folder / "a.ndjson"), lineOf(copied));
+  rows.add(left);
+  EXPECT_EQ(readFile(folder / "a.ndjson"), lineOf(copied) + lineOf(left));
+  EXPECT_FALSE(rows.error());
+}
+
+TEST(RowFile, BeginsATableWithTheNamesOfItsColumns) {
+  const test::TemporaryFolder folder;
+  auto rows = RowFile::create(folder / "a.csv", RowFile::Format::csv).value();
+  rows.add(copied);
+  EXPECT_EQ(readFile(folder / "a.csv"), csvHeader() + csvLineOf(copied));
+  EXPECT_THAT(csvHeader(), StartsWith("kind,verdict,source,target,"));
+  EXPECT_THAT(csvLineOf(copied), StartsWith("file,copied,/a.jpg,b.jpg,3,,"));
+}
+
+TEST(RowFile, QuotesWhatWouldEndAFieldOfATable) {
+  EXPECT_THAT(csvLineOf(left), StartsWith("left-behind,,\"/a, \"\"b\"\"\n.heic\",,7,"));
+}
+
+TEST(RowFile, KeepsTheBytesOfNamesInATable) {
+  EXPECT_THAT(csvLineOf(FileRow{.source = "/\xff"}), HasSubstr(",L/8="));
+}
+
+TEST(RowFile, ReplacesNothing) {
+  const test::TemporaryFolder folder;
+  test::writeFile(folder / "a.csv", "mine");
+  const auto refused = RowFile::create(folder / "a.csv", RowFile::Format::csv);
+  ASSERT_FALSE(refused);
+  EXPECT_EQ(refused.error().code, EEXIST);
+  EXPECT_EQ(readFile(folder / "a.csv"), "mine");
+}
+
+}  // namespace kestrova::report
