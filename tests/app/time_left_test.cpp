@@ -50,13 +50,15 @@ TEST_F(TimeLeftTest, FollowsAChangedSpeedWithoutJumping) {
   for (int i = 0; i < 20; ++i) after(seconds(1), done += 10);
   const auto steady = after(seconds(1), done += 10);
   EXPECT_EQ(steady, seconds(79));
+  constexpr seconds smallStep(11);
   const auto slower = after(seconds(1), done += 1);
-  EXPECT_GT(slower, seconds(79));
-  EXPECT_LT(slower, seconds(90));
+  EXPECT_GT(slower, steady);
+  EXPECT_LT(slower, *steady + smallStep);
   std::optional<seconds> settled;
   for (int i = 0; i < 100; ++i) settled = after(seconds(1), done += 1);
-  EXPECT_GT(settled, seconds(600));
-  EXPECT_LT(settled, seconds(690));
+  constexpr seconds atTheNewSpeed(690);  // of what is left, one a second
+  EXPECT_GT(settled, atTheNewSpeed - seconds(90)) << "most of the old speed should be forgotten";
+  EXPECT_LT(settled, atTheNewSpeed);
 }
 
 TEST_F(TimeLeftTest, TakesManySmallStepsForTheSameAsALargeOne) {

@@ -1,4 +1,5 @@
 #include "cli/progress.h"
+#include "support/error_output.h"
 
 #include <gmock/gmock.h>
 
@@ -7,14 +8,17 @@ namespace kestrova::cli {
 namespace {
 
 using std::chrono::seconds;
+using test::errorOutputOf;
 using testing::HasSubstr;
 using testing::Not;
 
 constexpr std::int64_t megabyte = 1024 * 1024;
 
 Standing writing(std::int64_t done, std::int64_t found) {
-  return {
-      RunPhase::executing, QStringLiteral("Copying"), {found, found * megabyte}, 0, {done, done * megabyte}};
+  return {.phase = RunPhase::executing,
+          .status = QStringLiteral("Copying"),
+          .found = {.files = found, .bytes = found * megabyte},
+          .settled = {.files = done, .bytes = done * megabyte}};
 }
 
 std::string line(const Standing& standing, std::optional<seconds> left = {}, int width = 200) {
@@ -24,7 +28,10 @@ std::string line(const Standing& standing, std::optional<seconds> left = {}, int
 }  // namespace
 
 TEST(CliProgress, CountsWhatAScanFinds) {
-  EXPECT_EQ(line({RunPhase::scanning, QStringLiteral("Analyzing source folders"), {12, 0}, 3, {}}),
+  EXPECT_EQ(line({.phase = RunPhase::scanning,
+                  .status = QStringLiteral("Analyzing source folders"),
+                  .found = {.files = 12},
+                  .duplicates = 3}),
             "12 found, 3 duplicates  Analyzing source folders");
 }
 
@@ -45,37 +52,36 @@ TEST(CliProgress, SaysTheTimeLeftInFittingUnits) {
 }
 
 TEST(CliProgress, HasNothingToDoInAnEmptyRun) {
-  EXPECT_THAT(line({RunPhase::executing, {}, {}, 0, {}}), HasSubstr("  0%  0 of 0"));
+  EXPECT_THAT(line({.phase = RunPhase::executing}), HasSubstr("  0%  0 of 0"));
 }
 
 TEST(CliProgress, EscapesTheStatus) {
-  EXPECT_THAT(line({RunPhase::scanning, QStringLiteral("\x1b[2J"), {}, 0, {}}), Not(HasSubstr("\x1b")));
+  EXPECT_THAT(line({.phase = RunPhase::scanning, .status = QStringLiteral("\x1b[2J")}),
+              Not(HasSubstr("\x1b")));
 }
 
 TEST(CliProgress, AddsLinesWhereThereIsNoTerminal) {
-  testing::internal::CaptureStderr();
-  {
+  const std::string added = errorOutputOf([] {
     Progress progress(Progress::Mode::plain, {});
     progress.show(writing(5, 20));
-  }
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), line(writing(5, 20)) + '\n');
+  });
+  EXPECT_EQ(added, line(writing(5, 20)) + '\n');
 }
 
 TEST(CliProgress, IsSilentThereWhenARunIsShort) {
-  testing::internal::CaptureStderr();
-  Progress progress(Progress::Mode::plain, std::chrono::hours(1));
-  progress.show(writing(5, 20));
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  const std::string added = errorOutputOf([] {
+    Progress progress(Progress::Mode::plain, std::chrono::hours(1));
+    progress.show(writing(5, 20));
+  });
+  EXPECT_EQ(added, "");
 }
 
 TEST(CliProgress, DrawsOneLineOnATerminalAndTakesItAway) {
-  testing::internal::CaptureStderr();
-  {
+  const std::string drawn = errorOutputOf([] {
     Progress progress(Progress::Mode::terminal);
     progress.show(writing(5, 20));
     progress.show(writing(6, 20));
-  }
-  const std::string drawn = testing::internal::GetCapturedStderr();
+  });
   EXPECT_THAT(drawn, HasSubstr("\r[=====>"));
   EXPECT_THAT(drawn, testing::EndsWith("\r\x1b[K"));
   EXPECT_THAT(drawn, Not(HasSubstr("\n")));

@@ -1,6 +1,7 @@
 #include "support/folder_state.h"
 #include "support/process.h"
 #include "support/random_tree.h"
+#include "support/text_bytes.h"
 #include "toolkit/image.h"
 
 #include <QByteArray>
@@ -165,8 +166,7 @@ class CliRandomTrees : public testing::TestWithParam<unsigned> {
       if (file.contents == contents) return true;
       hasSource |= !file.isVideo();
     }
-    const auto* data = reinterpret_cast<const std::uint8_t*>(contents.data());
-    const auto picture = Image::fromData(ByteView(data, contents.size()));
+    const auto picture = Image::fromData(viewOf(contents));
     return hasSource && !options_.copiesOnly() && picture && !picture->representations().empty();
   }
 

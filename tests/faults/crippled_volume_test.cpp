@@ -1,4 +1,5 @@
 #include "platform/file_manager.h"
+#include "support/file_results.h"
 #include "support/system_call_faults.h"
 #include "support/temporary_folder.h"
 
@@ -18,6 +19,7 @@ namespace kestrova {
 
 namespace {
 
+using test::codeOf;
 using test::readFile;
 using test::writeFile;
 
@@ -25,8 +27,6 @@ const Bytes data{'n', 'e', 'w'};
 
 const std::vector<test::FailingCall> neitherLinksNorExclusiveRenames{{SYS_linkat, EPERM},
                                                                      {SYS_renameat2, EINVAL}};
-
-int codeOf(const FileResult<void>& result) { return result ? 0 : result.error().code; }
 
 }  // namespace
 

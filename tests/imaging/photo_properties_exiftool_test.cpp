@@ -1,7 +1,9 @@
 #include "imaging/photo_properties.h"
+#include "support/patience.h"
 #include "support/real_photos.h"
 #include "support/sample_media.h"
 #include "support/temporary_folder.h"
+#include "support/text_bytes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -92,7 +94,7 @@ const std::vector<Explanation> explanations{
 
 int exifBlocksIn(ByteView bytes) {
   constexpr std::string_view name("Exif\0\0", 6);
-  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  const std::string text = test::textOf(bytes);
   int count = 0;
   for (auto at = text.find(name); at != text.npos; at = text.find(name, at + 1)) ++count;
   return count;
@@ -151,7 +153,8 @@ std::map<Path, Reading> askExiftool(const Path& folder) {
   QProcess exiftool;
   exiftool.start(QStringLiteral("exiftool"),
                  arguments + QStringList(QString::fromStdString(folder.native())));
-  EXPECT_TRUE(exiftool.waitForFinished(120'000)) << "exiftool (libimage-exiftool-perl) does not run";
+  EXPECT_TRUE(exiftool.waitForFinished(static_cast<int>(patience.count())))
+      << "exiftool (libimage-exiftool-perl) does not run";
   std::map<Path, Reading> readings;
   for (const QJsonValue& value : QJsonDocument::fromJson(exiftool.readAllStandardOutput()).array()) {
     const Path file = textOf(value.toObject(), "SourceFile");
@@ -235,9 +238,11 @@ std::vector<Photo> photosOfSeveralBlocks() {
   const Bytes exif = exifSegment(exifBlock({.orientation = 6}).encode());
   const Bytes other = exifSegment(exifBlock({.orientation = 3, .digitized = "1999:09:09 09:09:09"}).encode());
   const Bytes plain = jpegPhoto({.width = 96, .height = 64, .exif = false});
-  return {{"XMP before Exif", ".jpg", withSegments(plain, {xmp, exif})},
-          {"Exif before XMP", ".jpg", withSegments(plain, {exif, xmp})},
-          {"two Exif blocks", ".jpg", withSegments(plain, {exif, other})}};
+  const auto jpegOf = [&](const std::string& name, const std::vector<Bytes>& segments) {
+    return Photo{.name = name, .extension = ".jpg", .file = withSegments(plain, segments)};
+  };
+  return {jpegOf("XMP before Exif", {xmp, exif}), jpegOf("Exif before XMP", {exif, xmp}),
+          jpegOf("two Exif blocks", {exif, other})};
 }
 
 using PropertiesOfRealPhotos = RealPhotosTest;

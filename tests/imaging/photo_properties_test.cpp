@@ -74,7 +74,7 @@ TEST(PhotoProperties, TakesAnOrientationOfAnyWholeNumberType) {
 TEST(PhotoProperties, TakesAnOrientationOfEightBytesInABigTiff) {
   TiffBlock block;
   block.bigTiff = true;
-  block.image = {{orientationTag, TiffType::long8, {3}}};
+  block.image = {{.tag = orientationTag, .type = TiffType::long8, .values = {3}}};
   EXPECT_EQ(readPrefix(block.encode()).orientation, 3);
 }
 

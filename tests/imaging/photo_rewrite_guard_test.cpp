@@ -52,7 +52,7 @@ struct Block {
                                      {0x0116, height}}) {
       file.image.push_back(tiffLong(static_cast<std::uint16_t>(tag), static_cast<std::uint64_t>(value)));
     }
-    file.image.push_back({0x0102, TiffType::shortInt, {8, 8, 8}});
+    file.image.push_back({.tag = 0x0102, .type = TiffType::shortInt, .values = {8, 8, 8}});
     return finished(file);
   }
 

@@ -10,8 +10,10 @@ using Handler = PlanEntry::Handler;
 
 const PlanningOptions bothFilters{.filterSmallPhotos = true, .filterSmallVideos = true};
 
-FileFacts photo(std::uint64_t size) { return {size, true, false}; }
-FileFacts video(std::uint64_t size) { return {size, false, true}; }
+FileFacts photo(std::uint64_t size) { return {.size = size, .isPhoto = true}; }
+FileFacts video(std::uint64_t size) { return {.size = size, .isVideo = true}; }
+FileFacts photoAndVideo(std::uint64_t size) { return {.size = size, .isPhoto = true, .isVideo = true}; }
+FileFacts other(std::uint64_t size) { return {.size = size}; }
 
 ImageMetadata picture(std::optional<std::int64_t> width, std::optional<std::int64_t> height) {
   ImageMetadata metadata;
@@ -41,14 +43,14 @@ TEST(OperationDecision, FiltersAVideoOf1999999BytesAndKeepsOneOf2000000) {
 TEST(OperationDecision, FiltersByKind) {
   EXPECT_FALSE(isSmallFile(video(100), {.filterSmallPhotos = true}));
   EXPECT_FALSE(isSmallFile(photo(100), {.filterSmallVideos = true}));
-  EXPECT_FALSE(isSmallFile({100, false, false}, bothFilters));
+  EXPECT_FALSE(isSmallFile(other(100), bothFilters));
   EXPECT_FALSE(isSmallFile(photo(0), {}));
 }
 
 TEST(OperationDecision, FiltersAFileOfBothKindsByEitherRule) {
-  EXPECT_TRUE(isSmallFile({1000000, true, true}, bothFilters));
-  EXPECT_FALSE(isSmallFile({1000000, true, true}, {.filterSmallPhotos = true}));
-  EXPECT_TRUE(isSmallFile({19999, true, true}, {.filterSmallPhotos = true}));
+  EXPECT_TRUE(isSmallFile(photoAndVideo(1000000), bothFilters));
+  EXPECT_FALSE(isSmallFile(photoAndVideo(1000000), {.filterSmallPhotos = true}));
+  EXPECT_TRUE(isSmallFile(photoAndVideo(19999), {.filterSmallPhotos = true}));
 }
 
 TEST(OperationDecision, FiltersAPhotoWithASideBelow400Pixels) {
@@ -87,9 +89,9 @@ TEST(OperationDecision, KeepsTheSizeWhenNoResolutionIsChosen) {
 }
 
 TEST(OperationDecision, NamesAFileOfBothKindsAsAVideo) {
-  EXPECT_EQ(mediaKindOf({1, true, true}), MediaKind::video);
+  EXPECT_EQ(mediaKindOf(photoAndVideo(1)), MediaKind::video);
   EXPECT_EQ(mediaKindOf(photo(1)), MediaKind::photo);
-  EXPECT_EQ(mediaKindOf({1, false, false}), MediaKind::other);
+  EXPECT_EQ(mediaKindOf(other(1)), MediaKind::other);
 }
 
 }  // namespace kestrova

@@ -8,7 +8,8 @@ namespace kestrova {
 
 namespace {
 
-const DateParts wednesday{2014, 5, 21, 13, 45, 2, 4};
+const DateParts wednesday{
+    .year = 2014, .month = 5, .day = 21, .hour = 13, .minute = 45, .second = 2, .weekday = 4};
 
 std::optional<std::string> folder(FolderFormat format, const DateParts& date = wednesday) {
   return datedFolder(format, date, englishMonths(), englishDays());
@@ -36,17 +37,25 @@ TEST(TargetNaming, HasNoFolderWhereNoFormatIsChosen) { EXPECT_FALSE(folder(Folde
 TEST(TargetNaming, CallsMonth5MayAndWeekday1Sunday) {
   EXPECT_EQ(englishMonths().at(4), "May");
   EXPECT_EQ(englishDays().at(0), "Sunday");
-  EXPECT_EQ(folder(FolderFormat::longName, {2015, 12, 27, 0, 0, 0, 1}), "2015/12/27-December-2015 Sunday");
+  EXPECT_EQ(folder(FolderFormat::longName,
+                   {.year = 2015, .month = 12, .day = 27, .hour = 0, .minute = 0, .second = 0, .weekday = 1}),
+            "2015/12/27-December-2015 Sunday");
 }
 
 TEST(TargetNaming, PadsEveryNumberOfADate) {
-  EXPECT_EQ(folder(FolderFormat::shortName, {987, 1, 2, 3, 4, 5, 1}), "0987/01/02");
-  EXPECT_EQ(targetFileName(MediaKind::photo, {2015, 1, 1, 0, 0, 0, 5}, 7, "jpg"),
-            "PHOTO_20150101000000_7.JPG");
+  EXPECT_EQ(folder(FolderFormat::shortName,
+                   {.year = 987, .month = 1, .day = 2, .hour = 3, .minute = 4, .second = 5, .weekday = 1}),
+            "0987/01/02");
+  EXPECT_EQ(
+      targetFileName(MediaKind::photo,
+                     {.year = 2015, .month = 1, .day = 1, .hour = 0, .minute = 0, .second = 0, .weekday = 5},
+                     7, "jpg"),
+      "PHOTO_20150101000000_7.JPG");
 }
 
 TEST(TargetNaming, WritesAYearOfMoreThanFourDigitsInFull) {
-  const DateParts last{292277026596, 12, 4, 15, 30, 7, 1};
+  const DateParts last{
+      .year = 292277026596, .month = 12, .day = 4, .hour = 15, .minute = 30, .second = 7, .weekday = 1};
   EXPECT_EQ(folder(FolderFormat::longName, last), "292277026596/12/04-December-292277026596 Sunday");
   EXPECT_EQ(targetFileName(MediaKind::photo, last, 7, "jpg"), "PHOTO_2922770265961204153007_7.JPG");
 }

@@ -1,6 +1,7 @@
 #include "platform/copy_file.h"
 
 #include "platform/file_error.h"
+#include "support/file_results.h"
 #include "support/small_volume.h"
 #include "support/temporary_folder.h"
 
@@ -20,8 +21,7 @@ namespace kestrova {
 namespace {
 
 namespace fs = std::filesystem;
-
-int codeOf(const FileResult<void>& result) { return result ? 0 : result.error().code; }
+using test::codeOf;
 
 void overwrite(const Path& path, std::string_view text) {
   std::fstream(path, std::ios::in | std::ios::out | std::ios::binary) << text;

@@ -2,6 +2,7 @@
 
 #include "platform/file_error.h"
 #include "platform/long_path.h"
+#include "support/file_results.h"
 #include "support/temporary_folder.h"
 
 #include <atomic>
@@ -20,14 +21,13 @@ namespace kestrova {
 namespace {
 
 namespace fs = std::filesystem;
+using test::codeOf;
 using test::readFile;
 using test::TemporaryFolder;
 using test::writeFile;
 
 constexpr int rounds = 1500;
 constexpr int processes = 2;
-
-int codeOf(const FileResult<void>& result) { return result ? 0 : result.error().code; }
 
 /// Lets several processes begin each round at the same time, and counts what they did in it.
 struct Arena {

@@ -1,4 +1,5 @@
 #include "platform/file_manager.h"
+#include "support/file_results.h"
 #include "support/system_call_faults.h"
 #include "support/temporary_folder.h"
 
@@ -18,6 +19,7 @@ namespace kestrova {
 namespace {
 
 namespace fs = std::filesystem;
+using test::codeOf;
 using test::filesBelow;
 using test::readFile;
 using test::writeFile;
@@ -25,8 +27,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const Bytes data{'n', 'e', 'w'};
-
-int codeOf(const FileResult<void>& result) { return result ? 0 : result.error().code; }
 
 /// Every test runs as the system is, and where no call enters a folder without following links.
 class HeldTargetTest : public testing::TestWithParam<bool> {

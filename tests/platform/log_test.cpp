@@ -1,5 +1,7 @@
 #include "platform/log.h"
 
+#include "support/error_output.h"
+
 #include <gtest/gtest.h>
 
 namespace kestrova {
@@ -11,9 +13,7 @@ TEST(Log, ShowsAPathThatIsNotUtf8WithReplacementCharacters) {
 
 TEST(Log, WritesATextWithALineEndAsOneLine) {
   installLog();
-  testing::internal::CaptureStderr();
-  log(QStringLiteral("a\nb\x01"));
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "a\\nb\\x01\n");
+  EXPECT_EQ(test::errorOutputOf([] { log(QStringLiteral("a\nb\x01")); }), "a\\nb\\x01\n");
 }
 
 }  // namespace kestrova

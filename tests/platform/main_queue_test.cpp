@@ -1,5 +1,7 @@
 #include "platform/main_queue.h"
 
+#include "support/patience.h"
+
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
@@ -48,7 +50,7 @@ TEST(MainQueue, TakesBlocksFromManyThreads) {
       });
     }
   }
-  EXPECT_TRUE(queue.runUntil([&] { return runs == 4000; }, std::chrono::seconds(10)));
+  EXPECT_TRUE(queue.runUntil([&] { return runs == 4000; }, test::patience));
 }
 
 TEST(MainQueue, GivesUpWaitingWhenTheTimeIsOver) {

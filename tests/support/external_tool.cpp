@@ -1,5 +1,7 @@
 #include "support/external_tool.h"
 
+#include "support/patience.h"
+
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -13,7 +15,9 @@ ToolRun runTool(const std::string& program, const std::vector<std::string>& argu
   for (const auto& argument : arguments) list << QString::fromStdString(argument);
   QProcess process;
   process.start(QString::fromStdString(program), list);
-  if (!process.waitForFinished(120'000) || process.exitStatus() != QProcess::NormalExit) return {};
+  if (!process.waitForFinished(static_cast<int>(patience.count())) ||
+      process.exitStatus() != QProcess::NormalExit)
+    return {};
   return {process.exitCode(), process.readAllStandardOutput().toStdString(),
           process.readAllStandardError().toStdString()};
 }

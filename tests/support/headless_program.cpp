@@ -2,6 +2,7 @@
 
 #include "planning/calendar.h"
 #include "platform/main_queue.h"
+#include "support/patience.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -100,7 +101,7 @@ void HeadlessProgram::waitUntilEnded() {
 }
 
 void HeadlessProgram::waitUntil(const std::function<bool()>& condition) {
-  ASSERT_TRUE(MainQueue::instance().runUntil(condition, std::chrono::seconds(60)));
+  ASSERT_TRUE(MainQueue::instance().runUntil(condition, patience));
 }
 
 void HeadlessProgram::settle() { MainQueue::instance().runPending(); }

@@ -1,6 +1,7 @@
 #include "support/random_tree.h"
 
 #include "support/sample_media.h"
+#include "support/text_bytes.h"
 
 #include <QString>
 #include <algorithm>
@@ -43,8 +44,6 @@ std::time_t secondsOf(const std::string& date) {
   if (strptime(date.c_str(), "%Y:%m:%d %H:%M:%S", &fields) == nullptr) throw std::logic_error(date);
   return timegm(&fields);
 }
-
-std::string textOf(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
 Bytes withLateExif(const Bytes& jpeg) {
   constexpr std::uint8_t comment = 0xFE;

@@ -91,12 +91,14 @@ TiffBlock exifBlock(const SamplePhoto& photo) {
   block.image.push_back(tiffText(0x0110, "Sample"));
   if (photo.orientation)
     block.image.push_back(tiffShort(0x0112, static_cast<std::uint64_t>(*photo.orientation)));
-  block.exif.push_back({0x9000, TiffType::undefined, {'0', '2', '3', '0'}});
+  block.exif.push_back({.tag = 0x9000, .type = TiffType::undefined, .values = {'0', '2', '3', '0'}});
   if (!photo.taken.empty()) block.exif.push_back(tiffText(0x9003, photo.taken));
   if (!photo.digitized.empty()) block.exif.push_back(tiffText(0x9004, photo.digitized));
   if (photo.makerNoteBytes > 0) block.exif.push_back(tiffFiller(0x927C, photo.makerNoteBytes));
   if (!photo.makerNote.empty()) {
-    block.exif.push_back({0x927C, TiffType::undefined, {photo.makerNote.begin(), photo.makerNote.end()}});
+    block.exif.push_back({.tag = 0x927C,
+                          .type = TiffType::undefined,
+                          .values = {photo.makerNote.begin(), photo.makerNote.end()}});
   }
   if (photo.exifPixelSize) {
     block.exif.push_back(tiffLong(0xA002, static_cast<std::uint64_t>(photo.width)));
@@ -126,7 +128,7 @@ Bytes tiffPhoto(const SamplePhoto& photo) {
   file.pixels = samplePixels(photo.width, photo.height, photo.seed);
   file.image.push_back(tiffLong(0x0100, static_cast<std::uint64_t>(photo.width)));
   file.image.push_back(tiffLong(0x0101, height));
-  file.image.push_back({0x0102, TiffType::shortInt, {8, 8, 8}});
+  file.image.push_back({.tag = 0x0102, .type = TiffType::shortInt, .values = {8, 8, 8}});
   file.image.push_back(tiffShort(0x0103, 1));  // no compression
   file.image.push_back(tiffShort(0x0106, 2));  // red, green, blue
   file.image.push_back(tiffShort(0x0115, 3));

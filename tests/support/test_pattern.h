@@ -32,6 +32,12 @@ inline ImagePtr imageOf(const QImage& bitmap) {
   return image;
 }
 
+/// The bitmap of an image that has to have one representation.
+inline const QImage& onlyBitmap(const ImagePtr& image) {
+  EXPECT_EQ(image->representations().size(), 1U);
+  return image->representations().at(0);
+}
+
 /// The colour at a place of a bitmap; y counts from the bottom.
 inline QRgb colorAt(const QImage& bitmap, int x, int y) {
   return bitmap.pixelColor(x, bitmap.height() - 1 - y).rgba();
@@ -53,12 +59,17 @@ testing::AssertionResult showsEverywhere(const QImage& bitmap, Expected expected
   return testing::AssertionSuccess() << "all " << bitmap.width() << " by " << bitmap.height();
 }
 
+// How much a sample may differ.
+inline constexpr int notAtAll = 0;
+inline constexpr int byRounding = 1;
+inline constexpr int byTheBestJpeg = 4;
+
 inline bool isNear(QRgb a, QRgb b, int tolerance) {
   return std::abs(qRed(a) - qRed(b)) <= tolerance && std::abs(qGreen(a) - qGreen(b)) <= tolerance &&
          std::abs(qBlue(a) - qBlue(b)) <= tolerance && qAlpha(a) == qAlpha(b);
 }
 
-/// Whether both bitmaps show the same, but for a little noise.
+/// Whether both bitmaps show the same, give or take the tolerance in each sample.
 inline testing::AssertionResult looksLike(const QImage& bitmap, const QImage& expected, int tolerance) {
   if (bitmap.size() != expected.size()) {
     return testing::AssertionFailure() << bitmap.width() << " by " << bitmap.height() << " instead of "

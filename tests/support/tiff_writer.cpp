@@ -112,9 +112,13 @@ TiffEntry tiffText(std::uint16_t tag, std::string_view text) {
   return entry;
 }
 
-TiffEntry tiffShort(std::uint16_t tag, std::uint64_t value) { return {tag, TiffType::shortInt, {value}}; }
+TiffEntry tiffShort(std::uint16_t tag, std::uint64_t value) {
+  return {.tag = tag, .type = TiffType::shortInt, .values = {value}};
+}
 
-TiffEntry tiffLong(std::uint16_t tag, std::uint64_t value) { return {tag, TiffType::longInt, {value}}; }
+TiffEntry tiffLong(std::uint16_t tag, std::uint64_t value) {
+  return {.tag = tag, .type = TiffType::longInt, .values = {value}};
+}
 
 TiffEntry tiffFiller(std::uint16_t tag, std::size_t bytes) {
   TiffEntry entry{tag, TiffType::undefined, {}};

@@ -92,7 +92,7 @@ TEST(Image, LoadsEveryTypeUpright) {
 
 TEST(Image, ShowsTheSamePictureFromEveryType) {
   const QImage png = decodeImage(test::pngPhoto({}));
-  EXPECT_TRUE(test::looksLike(decodeImage(test::tiffPhoto({})), png, 0));
+  EXPECT_TRUE(test::looksLike(decodeImage(test::tiffPhoto({})), png, test::notAtAll));
   EXPECT_EQ(decodeImage(test::jpegPhoto({})).size(), png.size());
 }
 
@@ -187,8 +187,8 @@ TEST(ImageCodec, KeepsSixteenBitsASampleInAPng) {
 TEST(ImageCodec, ReadsPalettesAndSingleBits) {
   for (const QImage::Format format : {QImage::Format_Indexed8, QImage::Format_Mono}) {
     const QImage few = patternBitmap(40, 30).convertToFormat(format);
-    EXPECT_TRUE(test::looksLike(decodeImage(*encodeImage(few, ImageType::png)), few, 0));
-    EXPECT_TRUE(test::looksLike(decodeImage(*encodeImage(few, ImageType::tiff)), few, 0));
+    EXPECT_TRUE(test::looksLike(decodeImage(*encodeImage(few, ImageType::png)), few, test::notAtAll));
+    EXPECT_TRUE(test::looksLike(decodeImage(*encodeImage(few, ImageType::tiff)), few, test::notAtAll));
   }
 }
 
@@ -198,8 +198,10 @@ Bytes cmykJpeg(const std::array<std::uint8_t, 4>& inks) {
   for (std::size_t i = 0; i < planes.size(); ++i) {
     for (int y = 0; y < 16; ++y) std::fill_n(planes[i].row(y), 16, inks[i]);
   }
-  const imaging::JpegFormat format{JCS_CMYK, false, {{1, 1, 1}, {2, 1, 1}, {3, 1, 1}, {4, 1, 1}}};
-  return imaging::encodeJpeg(format, {16, 16}, planes, 95);
+  const imaging::JpegFormat format{.colorSpace = JCS_CMYK,
+                                   .components = {{.id = 1}, {.id = 2}, {.id = 3}, {.id = 4}}};
+  constexpr int quality = 95;
+  return imaging::encodeJpeg(format, {16, 16}, planes, quality);
 }
 
 TEST(ImageCodec, ReadsTheColoursOfACmykJpeg) {

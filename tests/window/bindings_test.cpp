@@ -19,6 +19,7 @@ namespace kestrova {
 namespace {
 
 using test::eventually;
+using test::severalFrames;
 
 TEST(FrameRefresh, CopiesAControlThatChangesManyTimesOnlyOnceAFrame) {
   FrameRefresh refresh;
@@ -27,7 +28,7 @@ TEST(FrameRefresh, CopiesAControlThatChangesManyTimesOnlyOnceAFrame) {
   refresh.bind(field, [&] { copies << field->stringValue(); });
   for (int i = 1; i <= 100'000; ++i) field->setStringValue(QString::number(i));
   EXPECT_TRUE(eventually([&] { return copies.size() > 1; }));
-  QTest::qWait(100);
+  QTest::qWait(severalFrames);
   EXPECT_EQ(copies, QStringList({QString(), QStringLiteral("100000")}));
 }
 
@@ -67,26 +68,32 @@ TEST(Bindings, AButtonActsOnTheControlAndTakesItsTitle) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST(Bindings, ACheckBoxShowsTheMixedStateUntilItIsClicked) {
+class CheckBoxBinding : public testing::Test {
+ protected:
+  CheckBoxBinding() {
+    box->action = [this] { ++actions; };
+  }
+  void bind() { bindCheckBox(refresh, box, widget); }
+
   FrameRefresh refresh;
-  const auto box = std::make_shared<CheckBox>();
-  box->setState(CheckBox::mixed);
+  const std::shared_ptr<CheckBox> box = std::make_shared<CheckBox>();
   QCheckBox widget;
-  bindCheckBox(refresh, box, widget);
+  int actions = 0;
+};
+
+TEST_F(CheckBoxBinding, ShowsTheMixedStateUntilTheWidgetIsClicked) {
+  box->setState(CheckBox::mixed);
+  bind();
   EXPECT_EQ(widget.checkState(), Qt::PartiallyChecked);
-  QTest::mouseClick(&widget, Qt::LeftButton, {}, {8, widget.height() / 2});
+  const QPoint indicator(8, widget.height() / 2);
+  QTest::mouseClick(&widget, Qt::LeftButton, {}, indicator);
   EXPECT_EQ(box->state(), CheckBox::on);
   EXPECT_TRUE(eventually([&] { return !widget.isTristate(); }));
   EXPECT_EQ(widget.checkState(), Qt::Checked);
 }
 
-TEST(Bindings, ACheckBoxMayBeToggledByWhatIsNoClick) {
-  FrameRefresh refresh;
-  const auto box = std::make_shared<CheckBox>();
-  int actions = 0;
-  box->action = [&] { ++actions; };
-  QCheckBox widget;
-  bindCheckBox(refresh, box, widget);
+TEST_F(CheckBoxBinding, TakesTogglesThatAreNotClicks) {
+  bind();
   auto* reader = QAccessible::queryAccessibleInterface(&widget)->actionInterface();
   reader->doAction(QAccessibleActionInterface::toggleAction());
   EXPECT_EQ(box->state(), CheckBox::on);
@@ -95,23 +102,24 @@ TEST(Bindings, ACheckBoxMayBeToggledByWhatIsNoClick) {
   EXPECT_EQ(actions, 2);
 }
 
-TEST(Bindings, ACheckBoxThatTheProgramSetsDoesNotAct) {
-  FrameRefresh refresh;
-  const auto box = std::make_shared<CheckBox>();
-  int actions = 0;
-  box->action = [&] { ++actions; };
-  QCheckBox widget;
-  bindCheckBox(refresh, box, widget);
+TEST_F(CheckBoxBinding, DoesNotActWhenTheProgramSetsTheState) {
+  bind();
   box->setState(CheckBox::on);
   EXPECT_TRUE(eventually([&] { return widget.isChecked(); }));
   EXPECT_EQ(actions, 0);
 }
 
-TEST(Bindings, AProgressBarMovesWithoutAnEndWhileNoneIsKnown) {
+class ProgressBarBinding : public testing::Test {
+ protected:
+  void bind() { bindProgressBar(refresh, progress, bar); }
+
   FrameRefresh refresh;
-  const auto progress = std::make_shared<ProgressIndicator>();
+  const std::shared_ptr<ProgressIndicator> progress = std::make_shared<ProgressIndicator>();
   QProgressBar bar;
-  bindProgressBar(refresh, progress, bar);
+};
+
+TEST_F(ProgressBarBinding, MovesTheBarWithoutAnEndWhileNoneIsKnown) {
+  bind();
   EXPECT_EQ(bar.maximum(), 100);
   progress->setIndeterminate(true);
   progress->startAnimation();
@@ -124,13 +132,10 @@ TEST(Bindings, AProgressBarMovesWithoutAnEndWhileNoneIsKnown) {
   EXPECT_TRUE(eventually([&] { return bar.value() == 1240 && bar.maximum() == 5300; }));
 }
 
-TEST(Bindings, AProgressBarNeverPassesItsEnd) {
-  FrameRefresh refresh;
-  const auto progress = std::make_shared<ProgressIndicator>();
+TEST_F(ProgressBarBinding, NeverExceedsTheEndOfTheBar) {
   progress->setMaxValue(10);
   progress->setDoubleValue(1e12);
-  QProgressBar bar;
-  bindProgressBar(refresh, progress, bar);
+  bind();
   EXPECT_EQ(bar.value(), 10);
   progress->setMaxValue(0);
   EXPECT_TRUE(eventually([&] { return bar.value() == 0; }));

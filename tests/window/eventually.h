@@ -1,16 +1,18 @@
 #pragma once
 
+#include "support/patience.h"
+
 #include <QTest>
 
 namespace kestrova::test {
 
-/// How long a test waits for what has to come, in milliseconds: so long that only a fault lets it pass.
-inline constexpr int patience = 60'000;
+/// Long enough for the window to refresh its widgets several times, in milliseconds.
+inline constexpr int severalFrames = 100;
 
-/// Runs the event loop until the condition holds; false when it does not in all the time there is.
+/// Runs the event loop until the condition holds; false when it does not within our patience.
 template <typename Condition>
 bool eventually(Condition condition) {
-  return QTest::qWaitFor(condition, patience);
+  return QTest::qWaitFor(condition, static_cast<int>(patience.count()));
 }
 
 }  // namespace kestrova::test

@@ -41,13 +41,14 @@ class Layout : public WindowTest {
     }
     frame();
     widget<QLabel>("progressText")
-        .setText(progressText({{.phase = RunPhase::executing}, 1'234'567, 1'234'567}));
+        .setText(
+            progressText({.run = {.phase = RunPhase::executing}, .found = 1'234'567, .done = 1'234'567}));
     widget<QLabel>("timeLeftText").setText(timeLeftText(std::chrono::minutes(59)));
     widget<QLabel>("remainderText")
         .setText(remainderText({.failed = 123, .nameTaken = 12'345, .alreadyThere = 12'345}));
     widget<QWidget>("remainderBox").show();
     widget<QWidget>("buttonOpenTarget").show();
-    QTest::qWait(50);
+    QTest::qWait(severalFrames);
   }
 
   std::vector<QWidget*> texts() {
@@ -82,7 +83,8 @@ class Layout : public WindowTest {
   void expectAllWithinReach() {
     auto& area = widget<QScrollArea>("settingsArea");
     EXPECT_FALSE(area.horizontalScrollBar()->isVisible());
-    EXPECT_GE(area.viewport()->height(), 200);
+    constexpr int severalRows = 200;  // pixels
+    EXPECT_GE(area.viewport()->height(), severalRows);
     for (const char* name : {"sourceHeading", "sourceList", "comboFolderFormat", "chkFilterSmallVideos",
                              "lblDuplicateSize", "trgFilteredSize", "lblTargetExistLabel"}) {
       auto& each = widget<QWidget>(name);
@@ -139,9 +141,10 @@ TEST_F(Layout, DoesNotMoveWhileARunGoesOn) {
   frame();
   const int before = widget<QWidget>("processBar").width();
   const QPoint start = widget<QWidget>("buttonStart").pos();
-  widget<QLabel>("progressText").setText(progressText({{.phase = RunPhase::executing}, 88'888, 1}));
+  widget<QLabel>("progressText")
+      .setText(progressText({.run = {.phase = RunPhase::executing}, .found = 88'888, .done = 1}));
   widget<QLabel>("timeLeftText").setText(timeLeftText(std::chrono::minutes(5)));
-  QTest::qWait(50);
+  QTest::qWait(severalFrames);
   EXPECT_EQ(widget<QWidget>("processBar").width(), before);
   EXPECT_EQ(widget<QWidget>("buttonStart").pos(), start);
 }

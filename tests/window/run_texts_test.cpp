@@ -22,37 +22,40 @@ class ProgressText : public testing::Test {
   ~ProgressText() override { QLocale::setDefault(QLocale::system()); }
 };
 
-TEST_F(ProgressText, IsEmptyBeforeTheFirstRun) { EXPECT_EQ(progressText({idle}), QString()); }
+TEST_F(ProgressText, IsEmptyBeforeTheFirstRun) { EXPECT_EQ(progressText({.run = idle}), QString()); }
 
 TEST_F(ProgressText, CountsWhatIsFound) {
-  EXPECT_EQ(progressText({scanning, 0}), QStringLiteral("0 files found"));
-  EXPECT_EQ(progressText({scanning, 1}), QStringLiteral("1 file found"));
-  EXPECT_EQ(progressText({planning, 5300}), QStringLiteral("5,300 files found"));
+  EXPECT_EQ(progressText({.run = scanning, .found = 0}), QStringLiteral("0 files found"));
+  EXPECT_EQ(progressText({.run = scanning, .found = 1}), QStringLiteral("1 file found"));
+  EXPECT_EQ(progressText({.run = planning, .found = 5300}), QStringLiteral("5,300 files found"));
 }
 
 TEST_F(ProgressText, NamesWhatIsDoneOfWhatWasFound) {
-  EXPECT_EQ(progressText({executing, 5300, 1240}), QStringLiteral("1,240 of 5,300 files"));
+  EXPECT_EQ(progressText({.run = executing, .found = 5300, .done = 1240}),
+            QStringLiteral("1,240 of 5,300 files"));
 }
 
 TEST_F(ProgressText, StaysWhenTheRunHasEnded) {
   for (const auto end : {RunEnd::completed, RunEnd::stopped, RunEnd::outOfSpace, RunEnd::error})
-    EXPECT_EQ(progressText({ended(end), 12, 7}), QStringLiteral("7 of 12 files"));
+    EXPECT_EQ(progressText({.run = ended(end), .found = 12, .done = 7}), QStringLiteral("7 of 12 files"));
 }
 
 TEST_F(ProgressText, CountsOneFileInTheSingular) {
-  EXPECT_EQ(progressText({executing, 1, 0}), QStringLiteral("0 of 1 file"));
+  EXPECT_EQ(progressText({.run = executing, .found = 1, .done = 0}), QStringLiteral("0 of 1 file"));
 }
 
 TEST_F(ProgressText, SaysWhenNothingWasFound) {
-  EXPECT_EQ(progressText({ended(RunEnd::nothingFound)}), QStringLiteral("No photos or videos found"));
+  EXPECT_EQ(progressText({.run = ended(RunEnd::nothingFound)}), QStringLiteral("No photos or videos found"));
 }
 
 TEST_F(ProgressText, StandsInTheTitleInShort) {
-  EXPECT_EQ(titleText({idle}), QStringLiteral("Kestrova"));
-  EXPECT_EQ(titleText({scanning}), QStringLiteral("Searching - Kestrova"));
-  EXPECT_EQ(titleText({executing, 1000, 429}), QStringLiteral("42% - Kestrova"));
-  EXPECT_EQ(titleText({paused, 1000, 429}), QStringLiteral("42% (paused) - Kestrova"));
-  EXPECT_EQ(titleText({ended(RunEnd::completed), 10, 10}), QStringLiteral("Kestrova"));
+  EXPECT_EQ(titleText({.run = idle}), QStringLiteral("Kestrova"));
+  EXPECT_EQ(titleText({.run = scanning}), QStringLiteral("Searching - Kestrova"));
+  EXPECT_EQ(titleText({.run = executing, .found = 1000, .done = 429}), QStringLiteral("42% - Kestrova"));
+  EXPECT_EQ(titleText({.run = paused, .found = 1000, .done = 429}),
+            QStringLiteral("42% (paused) - Kestrova"));
+  EXPECT_EQ(titleText({.run = ended(RunEnd::completed), .found = 10, .done = 10}),
+            QStringLiteral("Kestrova"));
 }
 
 TEST_F(ProgressText, SaysTheTimeLeftAsOneSaysIt) {

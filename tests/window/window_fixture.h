@@ -93,7 +93,7 @@ class WindowTest : public testing::Test {
   MainInterface& controls() { return window->controls(); }
 
   /// Lets what has changed reach the widgets.
-  static void frame() { QTest::qWait(100); }
+  static void frame() { QTest::qWait(severalFrames); }
 
   template <typename Widget>
   Widget& widget(const char* name) {

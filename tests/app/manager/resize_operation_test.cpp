@@ -32,10 +32,7 @@ class ResizeOperation : public testing::Test {
                                        operation));
     program.settle();
   }
-  imaging::ImageSize written() {
-    const std::string file = test::readFile(to);
-    return test::sizeOf(ByteView(reinterpret_cast<const std::uint8_t*>(file.data()), file.size())).value();
-  }
+  imaging::ImageSize written() { return test::sizeOf(test::bytesOf(to)).value(); }
   void expectSize(std::int64_t width, std::int64_t height) {
     EXPECT_EQ(written().stored.width, width);
     EXPECT_EQ(written().stored.height, height);

@@ -69,8 +69,7 @@ TEST_F(RotateOperation, CompressesByNineTenths) {
 TEST_F(RotateOperation, WritesThePhotoUpright) {
   const Bytes photo = test::pngPhoto({.width = 64, .height = 48, .orientation = 6});
   rotate(writeFile(program.source / "a.png", ByteView(photo)));
-  const std::string written = test::readFile(to);
-  const QImage image = decodeImage({reinterpret_cast<const std::uint8_t*>(written.data()), written.size()});
+  const QImage image = decodeImage(test::bytesOf(to));
   EXPECT_EQ(image.size(), QSize(48, 64));
 }
 

@@ -71,39 +71,46 @@ TEST_P(PngKindTest, KeepsEverySampleWhenTurned) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, PngKindTest,
-    testing::Values(Kind{"Rgb", {"-define", "png:color-type=2"}, "8 RGB"},
-                    Kind{"Rgb16",
-                         {"-depth", "16", "-define", "png:color-type=2", "-define", "png:bit-depth=16"},
-                         "16 RGB"},
-                    Kind{"Grey", {"-colorspace", "Gray", "-define", "png:color-type=0"}, "8 Grayscale"},
-                    Kind{
-                        "Grey16",
-                        {"-colorspace", "Gray", "-define", "png:color-type=0", "-define", "png:bit-depth=16"},
-                        "16 Grayscale"},
-                    Kind{"OneBit",
-                         {"-colorspace", "Gray", "-monochrome", "-define", "png:color-type=0", "-define",
+    testing::Values(
+        Kind{.name = "Rgb", .settings = {"-define", "png:color-type=2"}, .scaledKind = "8 RGB"},
+        Kind{.name = "Rgb16",
+             .settings = {"-depth", "16", "-define", "png:color-type=2", "-define", "png:bit-depth=16"},
+             .scaledKind = "16 RGB"},
+        Kind{.name = "Grey",
+             .settings = {"-colorspace", "Gray", "-define", "png:color-type=0"},
+             .scaledKind = "8 Grayscale"},
+        Kind{
+            .name = "Grey16",
+            .settings = {"-colorspace", "Gray", "-define", "png:color-type=0", "-define", "png:bit-depth=16"},
+            .scaledKind = "16 Grayscale"},
+        Kind{.name = "OneBit",
+             .settings = {"-colorspace", "Gray", "-monochrome", "-define", "png:color-type=0", "-define",
                           "png:bit-depth=1"},
-                         "8 Grayscale"},
-                    Kind{"FourBits",
-                         {"-colorspace", "Gray", "-depth", "4", "-define", "png:color-type=0", "-define",
+             .scaledKind = "8 Grayscale"},
+        Kind{.name = "FourBits",
+             .settings = {"-colorspace", "Gray", "-depth", "4", "-define", "png:color-type=0", "-define",
                           "png:bit-depth=4"},
-                         "8 Grayscale"},
-                    Kind{"Palette", {"-colors", "100", "-define", "png:color-type=3"}, "8 RGB"},
-                    Kind{"SmallPalette",
-                         {"-colors", "12", "-define", "png:color-type=3", "-define", "png:bit-depth=4"},
-                         "8 RGB"},
-                    Kind{"Alpha",
-                         {"-alpha", "set", "-region", "90x80+40+20", "-alpha", "transparent", "+region"},
-                         "8 RGB with Alpha"},
-                    Kind{"Alpha16",
-                         {"-depth", "16", "-alpha", "set", "-channel", "A", "-evaluate", "multiply", "0.3",
+             .scaledKind = "8 Grayscale"},
+        Kind{.name = "Palette",
+             .settings = {"-colors", "100", "-define", "png:color-type=3"},
+             .scaledKind = "8 RGB"},
+        Kind{.name = "SmallPalette",
+             .settings = {"-colors", "12", "-define", "png:color-type=3", "-define", "png:bit-depth=4"},
+             .scaledKind = "8 RGB"},
+        Kind{.name = "Alpha",
+             .settings = {"-alpha", "set", "-region", "90x80+40+20", "-alpha", "transparent", "+region"},
+             .scaledKind = "8 RGB with Alpha"},
+        Kind{.name = "Alpha16",
+             .settings = {"-depth", "16", "-alpha", "set", "-channel", "A", "-evaluate", "multiply", "0.3",
                           "-define", "png:color-type=6", "-define", "png:bit-depth=16"},
-                         "16 RGB with Alpha"},
-                    Kind{"GreyAlpha",
-                         {"-colorspace", "Gray", "-alpha", "set", "-channel", "A", "-evaluate", "multiply",
+             .scaledKind = "16 RGB with Alpha"},
+        Kind{.name = "GreyAlpha",
+             .settings = {"-colorspace", "Gray", "-alpha", "set", "-channel", "A", "-evaluate", "multiply",
                           "0.6", "-define", "png:color-type=4"},
-                         "8 Grayscale with Alpha"},
-                    Kind{"Interlaced", {"-interlace", "PNG", "-define", "png:color-type=2"}, "8 RGB Adam7"}),
+             .scaledKind = "8 Grayscale with Alpha"},
+        Kind{.name = "Interlaced",
+             .settings = {"-interlace", "PNG", "-define", "png:color-type=2"},
+             .scaledKind = "8 RGB Adam7"}),
     [](const auto& test) { return test.param.name; });
 
 TEST(PngRewrite, MakesATransparentColourOpacity) {
@@ -141,7 +148,7 @@ TEST(PngRewrite, TurnsThePreviewOfItsFirstExifChunkOnly) {
   const Bytes block = exifBlock({.orientation = 6, .thumbnail = true}).encode();
   const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .exif = false}),
                                   {pngChunk("eXIf", block), pngChunk("eXIf", block)});
-  const Bytes result = mustRewrite(source, {std::nullopt, true});
+  const Bytes result = turnedUpright(source);
   std::vector<bool> hasPreview;
   visitPngChunks(result, [&](const PngChunk& chunk) {
     if (chunk.type == "eXIf") hasPreview.push_back(!exifPreview(chunk.data).empty());
@@ -156,7 +163,7 @@ TEST(PngRewrite, WithstandsMegabytesOfHostileXmp) {
     while (text.size() < 4'000'000) text += part;
     const Bytes chunk = pngChunk("iTXt", Bytes(text.begin(), text.end()));
     const Bytes source = withChunks(pngPhoto({.width = 64, .height = 48, .orientation = 6}), {chunk});
-    EXPECT_EQ(sizeOf(mustRewrite(source, {std::nullopt, true}))->stored, (PixelSize{48, 64})) << part;
+    EXPECT_EQ(sizeOf(turnedUpright(source))->stored, (PixelSize{48, 64})) << part;
   }
 }
 
