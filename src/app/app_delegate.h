@@ -4,7 +4,7 @@
 
 namespace kestrova {
 
-/// Stands between the application and the controller. Owns neither of what it refers to.
+/// Connects the application and the controller. Owns neither.
 class AppDelegate {
  public:
   OrganiseManager* orManager = nullptr;

@@ -28,10 +28,10 @@ class Control {
   bool isHidden() const { return hidden_; }
   void setHidden(bool hidden) { change(hidden_, hidden); }
 
-  /// Told after every change: where a widget that shows the control listens.
+  /// Called after every change; a widget that shows the control listens here.
   std::function<void()> didChange;
 
-  /// From here on nothing changes the control.
+  /// From now on nothing changes the control.
   void freeze() { frozen_ = true; }
 
  protected:
@@ -63,7 +63,7 @@ class Button : public Control {
   const QString& title() const { return title_; }
   void setTitle(const QString& title) { change(title_, title); }
 
-  /// What the user's click does, unless the button is disabled.
+  /// Does what the user's click does, unless the button is disabled.
   void performClick() {
     if (isEnabled() && action) action();
   }
@@ -95,8 +95,7 @@ class CheckBox : public Control {
   std::atomic<int> state_ = off;
 };
 
-/// A list of texts of which one is selected. What it displays is a value of its own, apart from the
-/// selection.
+/// A list of texts of which one is selected. The displayed value is separate from the selection.
 class ComboBox : public Control {
  public:
   static constexpr int noSelection = -1;
@@ -159,24 +158,22 @@ class TableView : public Control {
   using RowIndexes = std::set<std::size_t>;
 
   const RowIndexes& selectedRowIndexes() const { return selectedRowIndexes_; }
-  /// The user's selection; what shows the rows knows it already.
+  /// The user's selection; the widget that shows the rows already has it.
   void selectRowIndexes(const RowIndexes& rows) {
     if (!isFrozen()) selectedRowIndexes_ = rows;
   }
-  /// The rows are no longer what they were: nothing is selected, and what shows them asks the data source
-  /// again.
+  /// The rows have changed: nothing is selected, and the widget that shows them asks the data source again.
   void reloadData() { change(selectedRowIndexes_, RowIndexes()); }
 
  private:
   RowIndexes selectedRowIndexes_;
 };
 
-/// The main window as the controller knows it: what panels and alerts are attached to.
+/// The main window as the controller knows it; panels and alerts are attached to it.
 class Window : public Control {};
 
-/// A reference to a control that its owner may take away. A control that is gone reads as absent (zero,
-/// empty), and what is sent to it does nothing. Using it is safe on any thread as far as the control itself
-/// is.
+/// A reference to a control that its owner may destroy. A control that is gone reads as absent (zero, empty),
+/// and calls to it do nothing. It is as thread-safe as the control itself.
 template <typename ControlType>
 class Outlet {
  public:
@@ -187,19 +184,19 @@ class Outlet {
   }
 
   bool isAbsent() const { return control_.expired(); }
-  /// The control for the length of one expression; a stand-in when it is gone.
+  /// The control for the duration of one expression; a stand-in when it is gone.
   std::shared_ptr<ControlType> operator->() const {
     if (auto control = control_.lock()) return control;
     return standIn();
   }
 
  private:
-  /// One for all outlets of the kind: whatever is sent to it changes nothing.
+  /// One for all outlets of its type; calls to it change nothing.
   static const std::shared_ptr<ControlType>& standIn() {
     static const auto control = [] {
       auto made = std::make_shared<ControlType>();
       if constexpr (std::is_same_v<ControlType, ComboBox>) {
-        made->setItems({QString()});  // so that index 0, what an absent one reads as, can be selected
+        made->setItems({QString()});  // so that index 0, which an absent one reads as, can be selected
         made->selectItemAtIndex(0);
       }
       made->freeze();

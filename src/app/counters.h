@@ -20,7 +20,7 @@ struct Counters {
   Counter tRotatedCount, tRotatedSize;    ///< rewritten photos, resized ones included
   Counter tFilteredCount, tFilteredSize;  ///< small photos and videos left out
   Counter targetCount, targetSize;
-  Counter targetExistCount;  ///< targets that turned out to be there when they were to be written
+  Counter targetExistCount;  ///< targets that were found to exist when they were to be written
 };
 
 }  // namespace kestrova

@@ -42,7 +42,7 @@ class AlertPanel {
   virtual int runModal(const Alert& alert) = 0;
 };
 
-/// What surrounds the program: the host system and the front end. Any of the front end's parts may be absent.
+/// The program's surroundings: the host system and the front end. Any of the front end's parts may be absent.
 struct Host {
   std::shared_ptr<FileManager> files;
   std::shared_ptr<UserDefaults> defaults;

@@ -35,8 +35,8 @@ struct WalkedFile;
 
 enum class TerminateReply { cancel, now };
 
-/// The one controller: it remembers the state of the program and sequences a run; what a step computes stands
-/// in the modules. Contents, with the file in app/manager that holds each group's bodies:
+/// The one controller: it remembers the state of the program and sequences a run; the modules do the
+/// computing. Contents, with the file in app/manager that holds each group's bodies:
 ///
 ///   Status line and clock        status_and_clock.cpp
 ///   Settings                     settings.cpp
@@ -50,13 +50,13 @@ enum class TerminateReply { cancel, now };
 ///   Run control                  run_control.cpp
 ///   Operations                   copy_operation.cpp, rotate_operation.cpp, resize_operation.cpp
 ///
-/// Threads: actions of the controls and everything posted run on the main thread; the scan, the planner and
-/// the operations run on threads of `processQueue`, one at a time from planning on. A worker changes fields
-/// and posts what changes a control. Fields that cross threads are a `RelaxedAtomic` or a
-/// `GuardedValue`; the scan lists belong to the stage that runs. Made and destroyed on the main thread.
+/// Threads: actions of the controls and posted blocks run on the main thread; the scan, the planner and the
+/// operations run on threads of `processQueue`, one at a time from planning on. A worker changes fields and
+/// posts what changes a control. Fields that cross threads are a `RelaxedAtomic` or a `GuardedValue`; the
+/// scan lists belong to the stage that runs. Made and destroyed on the main thread.
 class OrganiseManager : public Counters, public Outlets {
  public:
-  /// The window gets its controls after this; settings are loaded into them by the main queue's next turn.
+  /// The controls are connected after this; settings are loaded into them when the main queue next runs.
   explicit OrganiseManager(Host host);
   ~OrganiseManager();
   OrganiseManager(const OrganiseManager&) = delete;
@@ -80,19 +80,19 @@ class OrganiseManager : public Counters, public Outlets {
   bool loadingSettings = false;
   NameTable months;
   NameTable days;
-  /// 0 before the first run, 1 scanning, 2 planning, 3 copying; for inspection only: see `runState`.
+  /// 0 before the first run, 1 scanning, 2 planning, 3 copying; for inspection only; see `runState`.
   RelaxedAtomic<std::int32_t> appStatus;
   std::optional<Date> starttime;  ///< of the last run
   RelaxedAtomic<bool> haserror;
   RelaxedAtomic<bool> hasstopped;
 
-  /// Told of every file's fate, once; set before a run, on the main thread.
+  /// Called with every file's verdict, once; set before a run, on the main thread.
   VerdictListener verdictListener;
-  /// Told of every folder of the sources that could not be read, or not to its end: nobody knows what it
-  /// holds. A file gets a verdict instead. Called by the scan; set before a run, on the main thread.
+  /// Called by the scan for every folder of the sources that could not be read completely: its contents are
+  /// unknown. A file gets a verdict instead. Set before a run, on the main thread.
   std::function<void(const Path& path, const FileError& error)> unreadableListener;
-  /// Told of every row of the run's record, whether or not the run is recorded. Called by workers; set before
-  /// a run, on the main thread.
+  /// Called with every row of the run's record, even if the run is not recorded. Called by workers; set
+  /// before a run, on the main thread.
   std::function<void(const report::Row& row)> rowListener;
 
   // --- Status line and clock ---
@@ -114,7 +114,7 @@ class OrganiseManager : public Counters, public Outlets {
   std::size_t numberOfRowsInTableView(const TableView& view) const;
   /// The path in that row; every column shows the same.
   QString tableView(const TableView& view, int objectValueForTableColumn, std::size_t row) const;
-  /// What a confirmed choice does; also for folders that reach the window in other ways.
+  /// Does what a confirmed choice does; also used for folders that reach the window in other ways.
   void addSource(const Path& folder);
   void setTarget(const Path& folder);
 
@@ -153,21 +153,20 @@ class OrganiseManager : public Counters, public Outlets {
   void showSourceLabelsTimer();
 
   // --- Record of the run ---
-  /// Why the last run is not recorded, or not to its end, in the system's words; empty when it is, or was not
+  /// Why the last run is not recorded, or not completely, in the system's words; empty when it is, or was not
   /// to be. Main thread, after the run.
   std::string recordFailure() const;
 
   // --- Planning (worker) ---
   void analyseAndDecideOperation(const InvocationOperation& operation);
-  /// When the file was last modified; nothing for what is no file URL or cannot be read.
+  /// When the file was last modified; nothing for what is not a file URL or cannot be read.
   std::optional<Date> getModifiedDate(std::string_view url) const;
   QString textMonth(int month) const;
 
   // --- Run control (main thread; the observation on any) ---
-  /// Whether operations are queued or run; a paused run too.
+  /// Whether operations are queued or running, also in a paused run.
   bool isRunning() const { return processQueue && processQueue->operationCount() > 0; }
-  /// How far the run is. Callable from any thread. That it has ended is known only after all blocks that the
-  /// run posted.
+  /// How far the run is. Callable from any thread. It has ended only after all blocks that the run posted.
   RunState runState() const { return runState_.get(); }
   void startProcess(const Control* sender = nullptr);
   void stopProcess(const Control* sender = nullptr);
@@ -180,11 +179,11 @@ class OrganiseManager : public Counters, public Outlets {
   void writeDataOperation(const OperationRecord& record);
   /// Creates the folder that is to hold the file.
   void createFolder(const Path& file);
-  /// Copies one file and counts the outcome.
+  /// Copies one file and counts it.
   void copyFile(const Path& from, const Path& to);
 
  private:
-  /// Runs the block on the main thread, unless the controller is gone by then.
+  /// Runs the block on the main thread, unless the controller has been destroyed by then.
   void post(std::function<void()> block);
   /// The same for a block of a stage: it does nothing if the stage has been cancelled by then.
   void postFrom(const InvocationOperation& stage, std::function<void()> block);
@@ -212,7 +211,7 @@ class OrganiseManager : public Counters, public Outlets {
   void updateTargetTotals();
   /// Posts a block that shows the rows, unless one is pending: another would show nothing more.
   void refresh(Rows rows);
-  /// From here on no block counts as pending: the labels are about to be cleared.
+  /// From now on no block counts as pending: the labels are about to be cleared.
   void forgetPendingRefreshes();
   void show(Rows rows);
   void showProgress();
@@ -230,7 +229,7 @@ class OrganiseManager : public Counters, public Outlets {
   /// The run ends before this file and all after it.
   void settleUnreached(FileList::Iterator first);
   void planOrSettle(FileList::Iterator entry, const InvocationOperation& planner);
-  /// Whether no file of the run was given this target before.
+  /// Whether no earlier file of the run has this target.
   bool takeTarget(const Path& target);
   PlanningContext planningContext() const;
   PlanningOptions planningOptions() const;
@@ -253,9 +252,10 @@ class OrganiseManager : public Counters, public Outlets {
   // Operations
   void skipOperation(const OperationRecord& record);
   void copyRecord(const OperationRecord& record);
-  /// Copies the record's file and settles it, whatever becomes of it. The remark goes with a copy.
+  /// Copies the record's file and settles it, also if copying fails. The remark becomes part of a copy's
+  /// verdict.
   void copyAsItIs(const OperationRecord& record, const std::string& remark = {});
-  /// Fails when the file is another than it was when the run was planned.
+  /// Fails if the file has changed since the run was planned.
   FileResult<void> checkIsAsPlanned(const OperationRecord& record) const;
   void resizeRecord(const OperationRecord& record);
   void rewrite(const OperationRecord& record);
@@ -263,7 +263,7 @@ class OrganiseManager : public Counters, public Outlets {
   void copyUndecodable(const OperationRecord& record, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
   void prepareFolderOf(const Path& file);
-  /// The verdict on the record's file as it is before anything is done with it; the outcome is still to come.
+  /// The verdict on the record's file before anything has been done with it, still without an outcome.
   Verdict verdictOn(const OperationRecord& record) const;
   /// Size and time of what was written.
   void noteTarget(Verdict& verdict) const;
@@ -277,7 +277,7 @@ class OrganiseManager : public Counters, public Outlets {
   GuardedValue<RunState> runState_;
   std::unordered_set<std::size_t> plannedTargets_;  // hashes; of the planner
   std::array<std::atomic<bool>, rowGroups> refreshPending_{};
-  std::shared_ptr<HeldTarget> heldTarget_;      ///< from planning to the run's end; the workers'
+  std::shared_ptr<HeldTarget> heldTarget_;      ///< from planning to the run's end; used by workers
   FileResult<void> namesAreDurable_;            ///< of the last run, once it has ended; the workers'
   std::unique_ptr<report::Recorder> recorder_;  ///< from the scan's start; the workers'
   std::string beginFailure_;                    ///< why there is none; the workers'

@@ -7,12 +7,12 @@ namespace kestrova {
 
 namespace {
 
-// What a file costs beside its bytes, in bytes: names, attributes and the wait for the disk.
+// What a file costs in addition to its bytes, in bytes: names, attributes and the wait for the disk.
 constexpr double costOfFile = 512.0 * 1024.0;
 
 constexpr std::chrono::milliseconds shortestLesson(250);
-constexpr std::chrono::seconds warmUp(3);   // before the first guess
-constexpr std::chrono::seconds memory(20);  // after so long, about two thirds are forgotten
+constexpr std::chrono::seconds warmUp(3);   // before the first estimate
+constexpr std::chrono::seconds memory(20);  // after this time, about two thirds are forgotten
 
 }  // namespace
 
@@ -20,7 +20,7 @@ double workOf(std::int64_t files, std::int64_t bytes) {
   return static_cast<double>(bytes) + costOfFile * static_cast<double>(files);
 }
 
-// A large file ends no sooner for being waited for, so a wait takes off at most half of what was guessed.
+// Waiting does not make a large file end sooner, so a wait reduces the estimate by half at most.
 std::optional<std::chrono::seconds> TimeLeft::guess(double done, double whole, Clock::time_point now) {
   if (!last_) last_ = Note{now, done};
   if (done > last_->done && now - last_->time >= shortestLesson) learn({now, done});
@@ -30,7 +30,7 @@ std::optional<std::chrono::seconds> TimeLeft::guess(double done, double whole, C
   return std::chrono::round<std::chrono::seconds>(left);
 }
 
-// A mean over all that was learnt at first, a fading one later.
+// At first the mean of all measurements, later a decaying one.
 void TimeLeft::learn(const Note& note) {
   const Seconds span = note.time - last_->time;
   worked_ += span;

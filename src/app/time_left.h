@@ -6,19 +6,20 @@
 
 namespace kestrova {
 
-/// The work of so many files of so many bytes together, in bytes: every file costs a little beside its own.
+/// The work for a number of files of a total size, in bytes: every file costs a little more than its own
+/// bytes.
 double workOf(std::int64_t files, std::int64_t bytes);
 
-/// Guesses how long the rest of a run takes from how fast it has gone lately. One for each run.
+/// Estimates how long the rest of a run takes from its recent speed. One for each run.
 class TimeLeft {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// Takes note of what is done of the whole work by now, and says how long the rest takes; nothing as long
-  /// as there is too little to judge by. Work is counted in any one unit.
+  /// Notes how much of the whole work is done, and estimates how long the rest takes; nothing while there is
+  /// too little to go by. Both are in the same unit.
   std::optional<std::chrono::seconds> guess(double done, double whole, Clock::time_point now);
 
-  /// The time from here to the next guess does not count.
+  /// The time from now to the next guess does not count.
   void pause() { last_.reset(); }
 
  private:
@@ -31,7 +32,7 @@ class TimeLeft {
   void learn(const Note& note);
 
   std::optional<Note> last_;
-  Seconds worked_{0};  // what the speed is learnt from
+  Seconds worked_{0};  // what the speed is computed from
   double speed_ = 0;   // work a second
 };
 

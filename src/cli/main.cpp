@@ -32,13 +32,13 @@ int run(VersionRequest) {
 
 int main(int argc, char** argv) {
   using namespace kestrova::cli;
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away must not end a run
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone must not end a run
   const auto arguments = argumentsOf(argc, argv);
   if (!arguments) return refuse(arguments.error());
 
   kestrova::installLog();
   QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-  int count = 1;  // Qt is not to look for options of its own
+  int count = 1;  // Qt must not look for options of its own
   const QCoreApplication application(count, argv);
   QCoreApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
   return std::visit([](const auto& command) { return run(command); }, *arguments);

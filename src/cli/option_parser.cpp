@@ -16,7 +16,7 @@ tl::unexpected<std::string> error(const Texts&... texts) {
   return tl::unexpected(message);
 }
 
-// Lexically, as ".." behind a symbolic link leads elsewhere than it looks.
+// Lexically, as ".." after a symbolic link leads elsewhere than it seems.
 Path absolutePath(const Path& path, const Path& currentFolder) {
   Path absolute;
   for (const Path& name : currentFolder / path) {

@@ -14,7 +14,7 @@
 
 namespace kestrova::cli {
 
-/// Nothing, or what is wrong with the command line: one line for the user, fit for a terminal.
+/// Nothing, or what is wrong with the command line: one line for the user, safe for a terminal.
 using Step = tl::expected<void, std::string>;
 
 /// Words of a command line: bytes that pass through no text codec.
@@ -23,11 +23,11 @@ using Words = std::span<const std::string_view>;
 /// `texts`, between commas and with "or" before the last.
 std::string alternatives(std::span<const std::string_view> texts);
 
-/// The bytes in double quotes, fit for a terminal.
+/// The bytes in double quotes, safe for a terminal.
 std::string quoted(std::string_view bytes);
 
 /// Reads the options and operands of one command into the fields that are named to it, which must outlive it.
-/// What the words do not give keeps its value. No file is looked at.
+/// Fields without a word keep their values. No file is accessed.
 class OptionParser {
  public:
   /// Relative paths start from `currentFolder`; symbolic links in them stay as they are.

@@ -8,7 +8,7 @@
 
 namespace kestrova::cli {
 
-/// What `organise` is asked to do.
+/// The arguments of `organise`.
 struct OrganiseArguments {
   std::vector<Path> sources;  ///< absolute
   Path target;                ///< absolute
@@ -19,7 +19,7 @@ struct OrganiseArguments {
   bool upright = true;
   bool skipSmallPhotos = false;
   bool skipSmallVideos = false;
-  Path report;  ///< where the rows of the record go besides; empty: nowhere
+  Path report;  ///< a second place for the rows of the record; empty: none
   bool noRecord = false;
   bool json = false;
   bool quiet = false;
@@ -52,7 +52,7 @@ constexpr std::string_view organiseHelp = R"(organise SOURCE... --to TARGET [OPT
 
 tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Path& currentFolder);
 
-/// Organises, prints what the run came to and returns the exit status.
+/// Organises, prints the result of the run and returns the exit status.
 int run(const OrganiseArguments& arguments);
 
 }  // namespace kestrova::cli

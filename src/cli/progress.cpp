@@ -84,7 +84,7 @@ void Progress::show(const Standing& standing) {
   drawLine(progressLine(standing, timeLeft, terminalWidth() - 1));
 }
 
-// From the writing alone, as finding and planning go at other speeds.
+// From writing alone, as scanning and planning have other speeds.
 std::optional<seconds> Progress::guess(const Standing& standing) {
   if (standing.phase != RunPhase::executing) return std::nullopt;
   return timeLeft_.guess(work(standing.settled), work(standing.found), Clock::now());

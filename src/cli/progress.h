@@ -16,23 +16,23 @@ struct Standing {
   QString status = {};          ///< the status line's text
   Amount found = {};            ///< what is to be organised, as far as it is known
   std::int64_t duplicates = 0;  ///< files
-  Amount settled = {};          ///< of `found`, what is done with
+  Amount settled = {};          ///< of `found`, what is finished
 };
 
 /// One line of at most `width` characters: bar, counts, time left, status.
 QString progressLine(const Standing& standing, std::optional<std::chrono::seconds> timeLeft, int width);
 
-/// Shows on standard error how far a run is: on a terminal a line that is drawn again and again, elsewhere a
-/// line now and then.
+/// Shows on standard error how far a run is: on a terminal in one line that is redrawn, elsewhere in a new
+/// line from time to time.
 class Progress {
  public:
   enum class Mode { silent, plain, terminal };
   using Clock = std::chrono::steady_clock;
 
-  /// Off a terminal a line appears every `plainInterval`, the first after the first.
+  /// Without a terminal a line appears every `plainInterval`, the first one after the first interval.
   explicit Progress(Mode mode, Clock::duration plainInterval = std::chrono::seconds(5))
       : mode_(mode), plainInterval_(plainInterval) {}
-  /// Takes the drawn line away.
+  /// Removes the drawn line.
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;

@@ -81,7 +81,7 @@ QJsonObject jsonOf(const report::LeftBehind& files) {
   return object;
 }
 
-/// Files by their amount, and how many folders nobody knows the contents of.
+/// The amount of files, and the number of folders whose contents are unknown.
 QJsonObject unreadableJson(const Summary& summary) {
   QJsonObject object = jsonOf(summary.unreadable);
   object.insert(QStringLiteral("folders"), static_cast<qint64>(summary.unreadableFolders.size()));

@@ -12,7 +12,7 @@
 
 namespace kestrova::cli {
 
-/// What a run came to.
+/// The result of a run.
 struct Summary {
   RunEnd end = RunEnd::completed;
   QString status;  ///< the status line's last text
@@ -31,7 +31,7 @@ struct Summary {
   Amount unreadable;    ///< could not be read
   Amount notReached;
   report::LeftBehind leftBehind;                         ///< not of a kind that is organised
-  std::vector<report::UnreadableRow> unreadableFolders;  ///< nobody knows what they hold
+  std::vector<report::UnreadableRow> unreadableFolders;  ///< their contents are unknown
   std::string recordFailure;                             ///< why the record is missing or not whole
   std::string reportFailure;                             ///< why the report is not whole
 };
@@ -48,7 +48,7 @@ QByteArray summaryJson(const Summary& summary);
 /// One line for everything that could not be read or written, and one when the run ended in error.
 QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& remarks);
 
-/// One line for every photo that was copied as it is, as it could not be rewritten.
+/// One line for every photo that was copied unchanged because it could not be rewritten.
 QString noticeLines(const std::vector<Tally::Remark>& remarks);
 
 }  // namespace kestrova::cli

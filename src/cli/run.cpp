@@ -52,8 +52,8 @@ Standing standingOf(const MainInterface& interface, const Tally& tally) {
           amountOf(manager.sTotalCount, manager.sTotalSize), manager.sDuplicateCount, tally.settled()};
 }
 
-/// Returns the status of the run that an exception halted, as nobody is there to continue it; nothing of one
-/// that came to its end.
+/// Returns the status of a run that an exception halted, as nobody is there to continue it; nothing if the
+/// run ended.
 std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, StopSignals& stop,
                                   Progress& progress) {
   auto& manager = interface.manager;
@@ -78,8 +78,8 @@ QString statusOf(RunEnd end, const QString& shown) {
   return end == RunEnd::stopped ? QStringLiteral("Stopped") : shown;
 }
 
-/// Where a summary counts the source files of an outcome; null for what is written, as that is counted in the
-/// sizes that it has in the target.
+/// Where a summary counts the source files of an outcome; null for written files, which are counted by their
+/// sizes in the target.
 Amount Summary::*placeOf(Outcome outcome) {
   switch (outcome) {
     case Outcome::copied:

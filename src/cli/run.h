@@ -16,8 +16,7 @@ namespace kestrova::cli {
 /// Why the folders cannot be organised, in one line for the user; empty when they can.
 std::string unusableFolder(const OrganiseArguments& arguments, const FileManager& files);
 
-/// What a run tells of, file by file. Written by its workers: only the tally may be read before the run's
-/// end.
+/// What a run reports, file by file. Written by its workers: only the tally may be read before the run's end.
 struct Findings {
   Tally tally;
   report::LeftBehind leftBehind;

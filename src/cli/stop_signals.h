@@ -4,20 +4,20 @@
 
 namespace kestrova::cli {
 
-/// Ctrl-C (SIGINT) and SIGTERM as something to ask for: while this lives, both are held back from its thread
-/// and from those that start meanwhile, so that they interrupt nothing. Main thread only; made before any
-/// other thread.
+/// Ctrl-C (SIGINT) and SIGTERM, to be polled: while this object exists, both are blocked in its thread and in
+/// the threads started after it, so that they interrupt nothing. Main thread only; create it before any other
+/// thread.
 class StopSignals {
  public:
   StopSignals();
-  /// Drops what nobody took.
+  /// Discards signals that nobody took.
   ~StopSignals();
   StopSignals(const StopSignals&) = delete;
   StopSignals& operator=(const StopSignals&) = delete;
 
-  /// Whether one waits to be taken.
+  /// Whether a signal is pending.
   bool isPending() const;
-  /// Takes one, if one waits; never blocks.
+  /// Takes a pending signal, if any; never blocks.
   bool take();
 
  private:

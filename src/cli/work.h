@@ -15,7 +15,7 @@ class Work {
  public:
   Work(QString status, Progress::Mode mode) : status_(std::move(status)), progress_(mode) {}
 
-  /// To be asked by the work now and then.
+  /// Called by the work from time to time.
   report::Stopped stopped();
   report::ProgressListener listener();
 

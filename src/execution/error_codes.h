@@ -4,13 +4,13 @@
 
 namespace kestrova {
 
-// The numbers by which the operations tell errors apart. The two for a full volume differ on purpose: what
-// copies knows one of them, what writes photos the other.
-constexpr int existingFileCode = 516;  ///< the target is there already
+// The numbers by which the operations distinguish errors. The two for a full volume differ on purpose:
+// copying knows one of them, writing photos the other.
+constexpr int existingFileCode = 516;  ///< the target exists
 constexpr int fullWhenCopying = 512;
 constexpr int fullWhenWriting = 640;
 
-/// The number of an error; every error but the two above keeps the system's own.
+/// The number of an error; every error except the two above keeps the system's own.
 inline int errorCode(const FileError& error, int fullVolumeCode) {
   switch (error.kind) {
     case FileError::Kind::alreadyExists:

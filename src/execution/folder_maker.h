@@ -15,7 +15,7 @@ class FolderMaker {
   /// Folders are remembered below the target folder only.
   explicit FolderMaker(Path target) : target_(std::move(target)) {}
 
-  /// Creates the folder with all that is missing above it; an existing one is no error.
+  /// Creates the folder and all missing folders above it; it is not an error if it exists.
   FileResult<void> create(FileManager& files, const Path& folder);
 
   /// The folders that came into being since this was last asked, relative to the target folder, the outermost

@@ -13,7 +13,7 @@ void InvocationOperation::finish() {
   try {
     call(isCancelled());
   } catch (const std::exception& error) {
-    // A handler that guards nothing must not take the program with it.
+    // A handler that catches nothing must not crash the program.
     log(QStringLiteral("EXCEPTION operation : %1").arg(QString::fromUtf8(error.what())));
   }
 }

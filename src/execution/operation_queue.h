@@ -15,13 +15,12 @@
 
 namespace kestrova {
 
-/// One call that an operation queue is to make. It comes into being without its call, so that the call's
-/// argument can refer to it; `init` then fills it in.
+/// One call for an operation queue to make. It is created without its call, so that the call's argument can
+/// refer to it; `init` then sets the call.
 class InvocationOperation : public std::enable_shared_from_this<InvocationOperation> {
  public:
   /// Sets the call `(target->*selector)(object)`. The operation owns the object until it has finished. An
-  /// operation that ends without running, as it was cancelled first, calls `skipped` instead, if there is
-  /// one.
+  /// operation that was cancelled before it could run calls `skipped` instead, if set.
   template <typename Target, typename Argument, typename Object>
   void init(Target* target, void (Target::*selector)(Argument), Object object,
             void (Target::*skipped)(Argument) = nullptr) {
@@ -40,13 +39,13 @@ class InvocationOperation : public std::enable_shared_from_this<InvocationOperat
     };
   }
 
-  /// Asks the operation to end; callable from any thread. One that runs must look for itself.
+  /// Asks the operation to end; callable from any thread. A running operation must check this itself.
   void cancel() { cancelled_ = true; }
   bool isCancelled() const { return cancelled_; }
 
  private:
   friend class OperationQueue;
-  /// Makes the call, which is another one when the operation was cancelled, and lets go of its argument.
+  /// Makes the call, or the other one if the operation was cancelled, and releases the argument.
   void finish();
 
   std::function<void(bool isCancelled)> call_;
@@ -56,13 +55,13 @@ class InvocationOperation : public std::enable_shared_from_this<InvocationOperat
 /// Runs operations on threads of its own, in the order in which they were added.
 ///
 /// - An operation counts from the moment it is added until it has finished.
-/// - A suspended queue starts nothing, also nothing cancelled; what runs goes on.
+/// - A suspended queue starts nothing, not even cancelled operations; running ones continue.
 /// - A cancelled operation that has not started ends without running when the queue reaches it.
 /// - Observers of "operations" are told after every change of the list, on the thread that changed it, with
 /// no lock held.
 ///
 /// Every method may be called from any thread, an operation's or an observer's own included; only the
-/// destructor, `close` and `waitUntilIdle` must stand outside of both. Destroying a queue closes it.
+/// destructor, `close` and `waitUntilIdle` must not be called from either. Destroying a queue closes it.
 class OperationQueue {
  public:
   using Observer = std::function<void(std::string_view keyPath, OperationQueue& object)>;
@@ -80,16 +79,16 @@ class OperationQueue {
 
   void setSuspended(bool suspended);
   bool isSuspended() const { return suspended_; }
-  /// At least 1; at first as many as the machine has cores.
+  /// At least 1; by default the number of cores.
   void setMaxConcurrentOperationCount(std::size_t count);
 
   void addObserver(std::string keyPath, Observer observer);
 
-  /// Cancels everything, drops what has not started, and returns when nothing runs any more. Nothing starts
-  /// afterwards.
+  /// Cancels everything, drops what has not started, and returns when nothing is running. Nothing starts
+  /// after that.
   void close();
 
-  /// Returns when no operation runs, none can start, and the observers have been told of all that happened.
+  /// Returns when no operation runs, none can start, and the observers have been told about everything.
   void waitUntilIdle();
 
  private:
@@ -111,7 +110,7 @@ class OperationQueue {
   Condition changed_;
   std::deque<std::shared_ptr<InvocationOperation>> waiting_ GUARDED_BY(mutex_);
   std::vector<std::shared_ptr<InvocationOperation>> executing_ GUARDED_BY(mutex_);
-  /// Running an operation or telling the observers of its end.
+  /// Running an operation or telling the observers that it has ended.
   std::size_t busyThreads_ GUARDED_BY(mutex_) = 0;
   std::size_t maxConcurrent_ GUARDED_BY(mutex_);
   std::atomic<bool> suspended_ = false;

@@ -18,7 +18,7 @@ namespace kestrova {
 
 class InvocationOperation;
 
-/// What an operation's handler is told: an immutable dictionary, owned by the operation that carries it.
+/// The argument of an operation's handler: an immutable dictionary, owned by the operation that carries it.
 ///
 /// Keys: "from" and "to" (files), "orientation" (1 to 8), "resolution" (0 keeps the size, 1 is 720P, 2 is
 /// 1080P, -1 none chosen), "operation" (the operation that carries the record, not kept alive by it), "data"
@@ -36,8 +36,8 @@ class OperationRecord {
     std::optional<Value> value;
   };
 
-  /// Takes the entries in their order; the list ends at the first absent value. What the plan knows of the
-  /// source is no entry, so that it is there however early the list ends.
+  /// Takes the entries in their order; the list ends at the first absent value. What the plan knows about the
+  /// source is not an entry, so it is there even if the list ends early.
   OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned = {});
 
   std::size_t count() const { return entries_.size(); }
@@ -47,7 +47,7 @@ class OperationRecord {
   std::shared_ptr<InvocationOperation> operation() const;
   /// Null when there is none.
   const Bytes* data() const;
-  /// Absent where nothing was planned.
+  /// Absent if nothing was planned.
   const std::optional<PlannedSource>& planned() const { return planned_; }
 
  private:

@@ -40,7 +40,7 @@ tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const
   Rewriting rewriting{.size = pictureSize(measured->size, wishes.upright)};
   rewriting.isLeftOut = wishes.leavesOutSmall && isSmall(rewriting.size);
 
-  // What keeps its pixels is decoded all the same: that shows whether a small photo is one.
+  // A photo that keeps its pixels is decoded as well: that shows whether a small file is a photo.
   const auto request = rewriting.isLeftOut ? imaging::RewriteRequest() : requestFor(rewriting.size, wishes);
   auto rewritten = imaging::rewritePhoto(photo, *measured, request);
   if (!rewritten) return tl::unexpected(rewritten.error());

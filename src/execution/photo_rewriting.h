@@ -7,23 +7,24 @@
 
 namespace kestrova {
 
-/// What is wanted of a photo.
+/// How to rewrite a photo.
 struct RewriteWishes {
-  Resolution resolution = Resolution::original;  ///< one without a frame keeps the size
+  Resolution resolution = Resolution::original;  ///< a resolution without a frame keeps the size
   bool upright = false;
   bool leavesOutSmall = false;
 };
 
-/// What a photo becomes.
+/// The result of rewriting a photo.
 struct Rewriting {
   PictureSize size;        ///< of the source, as it is seen
-  bool isLeftOut = false;  ///< it is small: there is no new photo
+  bool isLeftOut = false;  ///< the photo is small: it is not rewritten
   bool isResized = false;
   imaging::RewrittenPhoto photo = {};
 };
 
-/// Measures a photo, filters it, then rewrites it. An error, with its reason, is whatever does not decode
-/// whole; a small photo too, so that nothing is left out that nobody can see. Pure, callable from any thread.
+/// Measures a photo, filters it, then rewrites it. A photo that does not decode completely is an error, with
+/// its reason; also a small one, so that only photos that can be seen are left out. Pure, callable from any
+/// thread.
 tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const RewriteWishes& wishes);
 
 }  // namespace kestrova

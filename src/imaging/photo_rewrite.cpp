@@ -9,14 +9,14 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// What becomes of a photo's metadata. Previews are JPEGs, whatever the photo is.
+/// How a photo's metadata change. Previews are JPEGs in every format.
 MetadataEdit metadataEdit(const RewritePlan& plan) {
   return {{plan.result(), plan.resetOrientation, plan.reorientation.transpose}, previewTurner(plan)};
 }
 
 MeasuredPhoto measure(ByteView file) {
   const PhotoFormat* format = formatOf(file);
-  if (format == nullptr) throw ImageError("neither JPEG nor PNG nor TIFF");
+  if (format == nullptr) throw ImageError("not a JPEG, PNG or TIFF file");
   const ImageSize size = format->measure(file);
   requireAffordable(size.stored.width, size.stored.height);
   return {format, size};
@@ -29,7 +29,7 @@ RewrittenPhoto rewrite(ByteView file, const MeasuredPhoto& photo, const RewriteR
   return photo.format->rewrite(file, plan, metadataEdit(plan));
 }
 
-/// Runs what throws and makes a value of it.
+/// Runs a function that may throw, and returns its error as a value.
 template <class Work>
 auto asValue(const Work& work) -> tl::expected<decltype(work()), RewriteError> {
   try {

@@ -25,8 +25,8 @@ struct MeasuredPhoto {
 tl::expected<MeasuredPhoto, RewriteError> measurePhoto(ByteView file);
 
 /// Encodes a measured photo again, in its own format, with everything except the requested pixels carried
-/// over. An error when the photo does not decode whole and without a warning. Memory stays within the bounds
-/// stated in image_limits.h. Pure and callable from any thread; it starts no threads and throws nothing.
+/// over. An error if the photo does not decode completely and without a warning. Memory stays within the
+/// bounds of image_limits.h. Pure and callable from any thread; it starts no threads and does not throw.
 tl::expected<RewrittenPhoto, RewriteError> rewritePhoto(ByteView file, const MeasuredPhoto& photo,
                                                         const RewriteRequest& request);
 

@@ -4,7 +4,7 @@
 
 namespace kestrova {
 
-/// So many files of so many bytes together.
+/// A number of files and their total size.
 struct Amount {
   std::int64_t files = 0;
   std::int64_t bytes = 0;

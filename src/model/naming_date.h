@@ -6,7 +6,7 @@
 
 namespace kestrova {
 
-/// Where the date that a file is named by comes from.
+/// Where the date in a file's name comes from.
 enum class DateOrigin {
   digitised,  ///< the photo's Exif digitising time
   modified,   ///< the file's modification time
@@ -26,7 +26,7 @@ constexpr std::string_view wordOf(DateOrigin origin) {
   return {};
 }
 
-/// The date that a file is named by, in local time.
+/// The date in a file's name, in local time.
 struct NamingDate {
   DateParts local;
   DateOrigin origin = DateOrigin::digitised;

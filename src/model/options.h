@@ -11,9 +11,9 @@
 
 namespace kestrova {
 
-// What the user chooses from lists. Each option has one table with all that the program says of it. A value
-// is its index in that table, in the list that the user sees and in the settings; `none` is a list without a
-// selection.
+// What the user chooses from lists. Each option has one table with everything that the program says about it.
+// A value is its index in that table, in the list that the user sees and in the settings; `none` is a list
+// without a selection.
 
 enum class Media { photosAndVideos, photos, videos, none = -1 };
 enum class PhotoFormats { jpeg, jpegTiff, jpegTiffPng, none = -1 };
@@ -50,8 +50,8 @@ inline constexpr std::array folderFormatTable{
 };
 
 struct ResolutionRow : OptionRow {
-  std::optional<PictureSize> frame;  ///< which photos must fit into, in pixels
-  const char* status;                ///< while photos are rewritten; %1 is the number of the photo
+  std::optional<PictureSize> frame;  ///< that photos must fit into, in pixels
+  const char* status;                ///< shown while photos are rewritten; %1 is the number of the photo
 };
 
 inline constexpr std::array resolutionTable{
@@ -71,7 +71,7 @@ constexpr const auto& tableOf(PhotoFormats) { return photoFormatsTable; }
 constexpr const auto& tableOf(FolderFormat) { return folderFormatTable; }
 constexpr const auto& tableOf(Resolution) { return resolutionTable; }
 
-/// The option of an index; `none` for an index outside the table.
+/// The option at an index; `none` for an index outside the table.
 template <typename Option>
 constexpr Option optionAt(std::int64_t index) {
   const auto size = static_cast<std::int64_t>(tableOf(Option()).size());
@@ -83,7 +83,7 @@ constexpr int indexOf(Option option) {
   return static_cast<int>(option);
 }
 
-/// What the table says of an option; null for `none`.
+/// The option's line in the table; null for `none`.
 template <typename Option>
 constexpr auto rowOf(Option option) {
   const auto& table = tableOf(option);

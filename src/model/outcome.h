@@ -12,21 +12,21 @@ enum class Outcome {
   duplicate,    ///< equal to the first file of its size
   sameContent,  ///< equal to a later file of its size
   small,        ///< left out by a filter
-  exists,       ///< the target was there before the run, or somebody else created it meanwhile
+  exists,       ///< the target was there before the run, or another program has created it since
   nameTaken,    ///< another file of the run has the target's name
   failed,       ///< could not be written
   unreadable,   ///< could not be read
   notReached,   ///< the run ended first
 };
 
-/// What is to be known of an outcome wherever files are counted or told of.
+/// What counting and reporting need to know about an outcome.
 struct OutcomeTraits {
   std::string_view word;   ///< in records
-  bool isSettled = false;  ///< the file was to be organised, and is done with
-  bool isError = false;    ///< the file could not be dealt with as it should; the verdict says why
+  bool isSettled = false;  ///< the file was to be organised, and is finished
+  bool isError = false;    ///< the file could not be handled as intended; the verdict says why
 };
 
-/// The table of outcomes. The compiler warns of an outcome without a line.
+/// The table of outcomes. The compiler warns about an outcome without a line.
 constexpr OutcomeTraits traitsOf(Outcome outcome) {
   switch (outcome) {
     case Outcome::copied:

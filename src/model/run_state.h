@@ -45,13 +45,13 @@ struct RunState {
   RunPhase phase = RunPhase::idle;
   bool isPaused = false;           ///< nothing starts until the user continues or stops the run
   bool isHalted = false;           ///< the same: it was an exception that paused it
-  std::optional<RunEnd> end = {};  ///< known as soon as nothing else can become of the run
+  std::optional<RunEnd> end = {};  ///< known as soon as the outcome is certain
 
   bool operator==(const RunState&) const = default;
 
   bool isRunning() const { return phase != RunPhase::idle && phase != RunPhase::ended; }
 
-  /// Notes how the run will end, unless that is settled already.
+  /// Notes how the run will end, unless that is already settled.
   void willEnd(RunEnd how) {
     if (!end) end = how;
   }
@@ -60,12 +60,12 @@ struct RunState {
     willEnd(RunEnd::error);
   }
   void resume() { isPaused = isHalted = false; }
-  /// The user lets a run that an exception halted go on.
+  /// The user continues a run that an exception halted.
   void forgetError() {
     if (end == RunEnd::error) end.reset();
   }
-  /// The run's last operation has ended. Where nobody noted how, it has completed, provided that it came so
-  /// far.
+  /// The run's last operation has ended. If no end was noted and the operations had begun, the run has
+  /// completed.
   void finish() {
     willEnd(phase == RunPhase::executing ? RunEnd::completed : RunEnd::error);
     phase = RunPhase::ended;

@@ -14,7 +14,7 @@ namespace kestrova {
 class Tally {
  public:
   using Amounts = std::map<Outcome, Amount>;
-  /// What is to be said of one file.
+  /// What is reported about one file.
   struct Remark {
     Path source;
     Outcome outcome = Outcome::failed;
@@ -29,9 +29,9 @@ class Tally {
   Amount of(Outcome outcome) const;
   /// The same for every outcome that occurred.
   Amounts amounts() const;
-  /// All source files that were to be organised and whose fate is known; duplicates are not among them.
+  /// All source files that were to be organised and whose outcome is known; duplicates are not among them.
   Amount settled() const;
-  /// What could not be read, written or rewritten, in the order of the verdicts.
+  /// The files that could not be read, written or rewritten, in the order of the verdicts.
   std::vector<Remark> remarks() const;
 
  private:

@@ -19,23 +19,24 @@ struct Verdict {
 
   Outcome outcome = Outcome::copied;
   Path source;
-  std::optional<Path> target = {};  ///< where there is one, also of what exists or is taken
+  std::optional<Path> target = {};  ///< where there is one, also if it exists or its name is taken
   std::uint64_t sourceSize = 0;
   std::optional<std::uint64_t> targetSize = {};  ///< where a target was written
   std::optional<Date> sourceModified = {};
   std::optional<Date> targetModified = {};  ///< where a target was written
-  std::optional<NamingDate> date = {};      ///< absent for what was set aside before it was named
-  std::optional<Path> original = {};  ///< the source that stands for this one, whose content or name it has
-  std::string error = {};             ///< the system's words, or why a photo was not rewritten; UTF-8
-  std::int64_t pagesLeftOut = 0;      ///< of a TIFF that was rewritten
-  std::string sourceSha256 = {};      ///< of the bytes that were read, for a rewritten photo: 64 hex digits
-  std::string targetSha256 = {};      ///< of the bytes that were written, for a rewritten photo
+  std::optional<NamingDate> date = {};      ///< absent if the file was set aside before it was named
+  std::optional<Path> original =
+      {};                         ///< the source kept instead of this one: it has the same content or name
+  std::string error = {};         ///< the system's words, or why a photo was not rewritten; UTF-8
+  std::int64_t pagesLeftOut = 0;  ///< of a TIFF that was rewritten
+  std::string sourceSha256 = {};  ///< of the bytes that were read, for a rewritten photo: 64 hex digits
+  std::string targetSha256 = {};  ///< of the bytes that were written, for a rewritten photo
   std::vector<Path> createdFolders = {};  ///< for this file, below the target folder, the outermost first
-  /// Which counters it raises, where these are not its outcome's own: a file that cannot be read may count as
+  /// The counters that it raises, if these are not its outcome's own: a file that cannot be read may count as
   /// a duplicate.
   std::optional<Outcome> countedAs = {};
 
-  /// A file that could not be read counts as what it seemed to be, but nobody knows what it is.
+  /// A file that could not be read counts as what it seemed to be, but its content is unknown.
   void becomeUnreadable(std::string why) {
     countedAs = counted();
     outcome = Outcome::unreadable;
@@ -46,7 +47,7 @@ struct Verdict {
   Outcome counted() const { return countedAs.value_or(outcome); }
 };
 
-/// Called on the worker that came to the verdict; must return soon and throw nothing.
+/// Called on the worker that reached the verdict; must return quickly and must not throw.
 using VerdictListener = std::function<void(const Verdict&)>;
 
 }  // namespace kestrova

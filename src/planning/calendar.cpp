@@ -29,11 +29,11 @@ std::tm localTime(std::int64_t instant) {
 
 struct ShiftedInstant {
   std::int64_t seconds = 0;  ///< since 1970
-  std::int64_t years = 0;    ///< that were taken off
+  std::int64_t years = 0;    ///< that were subtracted
 };
 
-/// Takes whole cycles off an instant for which the system's calendar may have no year. The years from 1 to
-/// 9999 stay in every time zone.
+/// Subtracts whole cycles from an instant whose year the system's calendar may not support. The years from 1
+/// to 9999 are not affected in any time zone.
 ShiftedInstant withinTheCalendar(std::int64_t instant) {
   if (instant >= startOfYear(0) && instant < startOfYear(10001)) return {.seconds = instant};
   const std::int64_t rest = instant % secondsOfCycle;
@@ -42,7 +42,7 @@ ShiftedInstant withinTheCalendar(std::int64_t instant) {
   return {.seconds = rest, .years = cycles * yearsOfCycle};
 }
 
-/// What a clock that shows these fields would count since 1970 if it stood on UTC.
+/// The seconds since 1970 on a clock that shows these fields and is set to UTC.
 std::int64_t clockSeconds(sys_days day, int hour, int minute, int second) {
   return (seconds(day.time_since_epoch()) + std::chrono::hours(hour) + std::chrono::minutes(minute) +
           seconds(second))
@@ -56,7 +56,8 @@ std::int64_t offsetAt(std::int64_t instant) {
   return clockSeconds(day, local.tm_hour, local.tm_min, local.tm_sec) - instant;
 }
 
-/// The instant at which the clock leaps within the two days around `near`, found by its change of offset.
+/// The instant within the two days around `near` at which the clock changes, found by the change of its
+/// offset.
 std::int64_t endOfGap(std::int64_t near) {
   std::int64_t before = near - secondsOfDay;
   std::int64_t after = near + secondsOfDay;
@@ -77,7 +78,7 @@ std::int64_t instantOf(std::int64_t clock) {
   return endOfGap(clock);
 }
 
-/// The number of the given width at the text's position; -1 where other bytes than digits stand.
+/// The number of the given width at a position of the text; -1 if there are other bytes than digits.
 int numberAt(std::string_view text, std::size_t position, std::size_t width) {
   int number = 0;
   for (const char c : text.substr(position, width)) {

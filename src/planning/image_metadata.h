@@ -7,7 +7,7 @@
 
 namespace kestrova {
 
-/// What planning wants to know of a photo; each value is absent where the photo does not tell it.
+/// What planning needs to know about a photo; a value is absent if the photo does not state it.
 struct ImageMetadata {
   std::optional<std::int64_t> orientation;  ///< 1 to 8, 1 = upright
   std::optional<std::int64_t> pixelHeight;
@@ -15,8 +15,8 @@ struct ImageMetadata {
   std::optional<Date> captureDate;  ///< the Exif digitising time
 };
 
-/// Reads the metadata from a photo's first bytes. The date is the digitising time, not that of taking: both
-/// are equal for a camera's photo, and only the former dates a scanned one.
+/// Reads the metadata from a photo's first bytes. The date is the digitising time, not the time the photo was
+/// taken: cameras write the same for both, and scanners write only the former.
 ImageMetadata imageMetadata(ByteView start);
 
 }  // namespace kestrova

@@ -9,7 +9,7 @@
 
 namespace kestrova {
 
-/// The options that decide what becomes of a file, as the window shows them at one moment.
+/// The options that decide what happens to a file, as the window shows them at one moment.
 struct PlanningOptions {
   bool filterSmallPhotos = false;
   bool filterSmallVideos = false;
@@ -18,7 +18,7 @@ struct PlanningOptions {
   Resolution resolution = Resolution::original;
 };
 
-/// A source file as planning sees it. A file may count as a photo and as a video at once.
+/// A source file as planning sees it. A file may count as both a photo and a video.
 struct FileFacts {
   std::uint64_t size = 0;  ///< bytes
   bool isPhoto = false;
@@ -29,13 +29,13 @@ constexpr std::int64_t smallestPhoto = 20000;    ///< bytes
 constexpr std::int64_t smallestVideo = 2000000;  ///< bytes
 constexpr std::int64_t smallestPhotoSide = 400;  ///< pixels
 
-/// Whether a filter drops the file for its size in bytes.
+/// Whether a filter leaves the file out because of its size in bytes.
 bool isSmallFile(const FileFacts& file, const PlanningOptions& options);
 
-/// Whether the filter drops a photo for its size in pixels; one whose size is unknown stays.
+/// Whether the filter leaves a photo out because of its size in pixels; a photo of unknown size is kept.
 bool isSmallPicture(const ImageMetadata& metadata, const PlanningOptions& options);
 
-/// A photo that is to be shrunk or turned is written anew; everything else is copied.
+/// A photo that is to be shrunk or turned is rewritten; everything else is copied.
 PlanEntry::Handler chooseHandler(const FileFacts& file, const ImageMetadata& metadata,
                                  const PlanningOptions& options);
 

@@ -10,17 +10,17 @@
 
 namespace kestrova {
 
-/// What the plan knows of a source file: goes with its operation, to be compared with what is found then, and
-/// told in the verdict.
+/// What the plan knows about a source file. The operation carries it and compares it with what it finds; the
+/// verdict repeats it.
 struct PlannedSource {
   std::uint64_t size = 0;               ///< bytes
-  std::optional<Date> modified = {};    ///< absent: neither could be read
-  std::optional<NamingDate> date = {};  ///< that it is named by
-  bool isNameTaken = false;             ///< another file of the run was given the target's name before
+  std::optional<Date> modified = {};    ///< absent if neither could be read
+  std::optional<NamingDate> date = {};  ///< used in its name
+  bool isNameTaken = false;             ///< an earlier file of the run has the target's name
   std::string readError = {};           ///< why its attributes or first bytes could not be read, in UTF-8
 };
 
-/// What is to be done with a file, as data: made while planning, turned into a record when it is queued.
+/// What to do with a file, as data. It is made while planning, and turned into a record when it is queued.
 struct PlanEntry {
   enum class Handler { copy, resize };
   Handler handler = Handler::copy;

@@ -11,7 +11,7 @@ namespace kestrova {
 
 namespace {
 
-/// What is known of the file.
+/// What is known about the file.
 struct Source {
   const Path& path;
   std::string_view extension;
@@ -77,7 +77,7 @@ Verdict verdictOn(const Source& source, Outcome outcome) {
   return verdict;
 }
 
-/// The same of a file whose target is there, or may be.
+/// The same for a file whose target exists, or may exist.
 Verdict verdictOn(const Source& source, const Path& target, const FileResult<bool>& exists) {
   Verdict verdict = verdictOn(source, exists ? Outcome::exists : Outcome::failed);
   verdict.target = target;

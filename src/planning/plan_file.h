@@ -13,7 +13,7 @@
 
 namespace kestrova {
 
-/// What planning a file needs besides the file: the state of the run at that moment. The lists and tables
+/// What planning needs apart from the file itself: the state of the run at that moment. The lists and tables
 /// belong to the caller.
 struct PlanningContext {
   PlanningOptions options;
@@ -22,14 +22,13 @@ struct PlanningContext {
   const NameTable& months;
   const NameTable& days;
   std::optional<Path> target;  ///< the target folder
-  Date runStart;               ///< dates a file that has no date at all
+  Date runStart;               ///< the date of a file that has none at all
 };
 
-/// What is to be done with a file, or what becomes of it at once: it is left out as small, or its target is
-/// there, or cannot be asked for. Asks for the file's attributes once; of a photo it reads the first 40960
-/// bytes, of other files nothing. A file that cannot be read passes for one of size 0, a photo of which
-/// nothing can be read for one that tells nothing of itself; a verdict on such a file is `unreadable`. Writes
-/// to the log. Throws nothing but what `files` throws.
+/// What to do with a file, or its verdict if that is already certain: it is left out as small, or its target
+/// exists or cannot be checked. Reads the file's attributes once, and the first 40960 bytes of a photo. A
+/// file that cannot be read counts as one of size 0, or as a photo without metadata; a verdict on it is
+/// `unreadable`. Writes to the log. Throws only what `files` throws.
 tl::expected<PlanEntry, Verdict> planFile(const Path& file, const PlanningContext& context,
                                           const FileManager& files);
 

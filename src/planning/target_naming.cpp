@@ -26,7 +26,7 @@ std::string lastComponent(FolderFormat format, const DateParts& date, const std:
   return formatted("%02d-%s %s", date.day, month.c_str(), day.c_str());
 }
 
-// The missing underscore of the last one is as old as the first trees that users keep.
+// The last one has no underscore, as users have trees full of such names.
 std::string prefixOf(MediaKind kind) {
   switch (kind) {
     case MediaKind::photo:

@@ -12,12 +12,12 @@
 
 namespace kestrova {
 
-/// English names, whatever the user's language: entry 0 is January, or Sunday.
+/// English names in every language: entry 0 is January, or Sunday.
 using NameTable = std::vector<std::string>;
 NameTable englishMonths();
 NameTable englishDays();
 
-/// The dated folder, relative to the target folder; nothing where no folder format is chosen.
+/// The dated folder, relative to the target folder; nothing if no folder format is chosen.
 std::optional<std::string> datedFolder(FolderFormat format, const DateParts& date, const NameTable& months,
                                        const NameTable& days);
 

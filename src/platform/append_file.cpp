@@ -17,7 +17,7 @@ FileResult<AppendFile> AppendFile::create(const Path& path) {
                     0600);
   }));
   if (!file) return failure();
-  ::flock(file.get(), LOCK_EX | LOCK_NB);  // where the file system has no locks, nobody can tell
+  ::flock(file.get(), LOCK_EX | LOCK_NB);  // if the file system has no locks, others cannot tell
   return AppendFile(std::move(file));
 }
 

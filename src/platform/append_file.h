@@ -14,8 +14,8 @@ class AppendFile {
   /// Creates the file in an existing folder. Fails with EEXIST when the name is taken.
   static FileResult<AppendFile> create(const Path& path);
 
-  /// Adds the bytes at the end. They outlive a crash of the program, not one of the machine. After an error
-  /// a part of them may be there.
+  /// Adds the bytes at the end. They survive a crash of the program, but not one of the machine. After an
+  /// error some of them may have been written.
   FileResult<void> append(std::string_view bytes);
 
  private:

@@ -21,7 +21,7 @@ constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 bool shareBlocks(int from, int to) { return ::ioctl(to, FICLONE, from) == 0; }
 
 /// Lets the kernel move as many bytes as it can; the files' offsets move along. Not every pair of file
-/// systems can do it, and some end early without an error: whatever is left is for copyInPlainSteps.
+/// systems supports this, and some end early without an error: copyInPlainSteps copies the rest.
 std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
   std::uint64_t copied = 0;
   while (copied < size) {
@@ -34,7 +34,7 @@ std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
 }
 
 /// Copies from the current offsets to the end of the source, which must be `left` bytes away. Some files
-/// never end, whatever size they claim.
+/// never end, although they state a size.
 FileResult<void> copyInPlainSteps(int from, int to, std::uint64_t left) {
   const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(bufferSize);
   for (;;) {
@@ -62,7 +62,7 @@ std::vector<char> attributeNames(int file) {
   return names;
 }
 
-/// Some file systems also say ENOSPC where one attribute is larger than they can store; that alone is no
+/// Some file systems also say ENOSPC where one attribute is larger than they can store; that alone is not a
 /// reason to give up a copy.
 bool isFull(int file) {
   struct statvfs volume = {};
@@ -80,8 +80,8 @@ FileResult<void> copyAttribute(int from, int to, const char* name) {
   return {};
 }
 
-/// Attributes are carried as far as the target's file system takes them. Those in "security." are the
-/// system's own judgement of a file; the copy gets its own.
+/// Attributes are copied as far as the target's file system accepts them. Those in "security." are set by the
+/// system; the copy gets its own.
 FileResult<void> copyAttributes(int from, int to) {
   const std::vector<char> names = attributeNames(from);
   for (std::size_t start = 0; start < names.size();) {

@@ -9,11 +9,11 @@ namespace kestrova {
 
 namespace {
 
-constexpr mode_t permissionBits = 0777;  // what lends rights to whoever runs a file is not copied
+constexpr mode_t permissionBits = 0777;  // set-user-ID and the like are not copied
 
 bool isSame(const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; }
 
-/// What a file system does not know (FAT and network drives have no permissions), no copy on it can carry.
+/// What a file system does not support (FAT and network drives have no permissions) cannot be copied to it.
 FileResult<void> asFarAsSupported(int answer) {
   if (answer == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS || errno == EINVAL) return {};
   return failure();
@@ -37,7 +37,7 @@ FileResult<void> copyWhole(const RegularFile& source, int to) {
   const struct stat& status = source.status;
   auto done = host::copyContents(source.file.get(), to, static_cast<std::uint64_t>(status.st_size));
   if (done) done = checkUnchanged(source);
-  // The permissions come after all that they could forbid.
+  // The permissions come last, as they could forbid the rest.
   if (done) done = asFarAsSupported(::fchmod(to, status.st_mode & permissionBits));
   if (done) done = asFarAsSupported(::futimens(to, host::timesOf(status).accessAndModification));
   if (done) done = host::makeDurable(to);

@@ -5,7 +5,7 @@
 namespace kestrova {
 
 /// Fails when the file was changed since it was opened: what was read may be half old, half new. The status
-/// change time tells even where a writer has put the modification time back.
+/// change time shows this even if a writer has restored the modification time.
 FileResult<void> checkUnchanged(const RegularFile& source);
 
 /// Copies data, permissions, times and extended attributes into an open new file and makes it durable.

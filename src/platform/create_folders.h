@@ -6,14 +6,14 @@
 
 namespace kestrova {
 
-/// Creates what is missing of a path, folder by folder. Folders that somebody else creates at the same time
-/// are no error. Symbolic links to folders are followed. A file in the way is ENOTDIR.
+/// Creates what is missing of a path, folder by folder. It is not an error if another program creates a
+/// folder at the same time. Symbolic links to folders are followed. A file in the way is ENOTDIR.
 FileResult<void> createFolders(const Path& path);
 
-/// Creates one folder; one that exists is no error, and neither is anything else of that name.
+/// Creates one folder. It is not an error if it exists, or if anything else has its name.
 FileResult<void> createFolder(int parent, const char* name);
 
-/// Cuts the first name off a path; empty at its end.
+/// Cuts the first name off a path; empty when nothing is left.
 std::string_view takeFirstName(std::string_view& path);
 
 }  // namespace kestrova

@@ -6,7 +6,7 @@
 
 namespace kestrova {
 
-/// An instant in UTC. Holds every time that a file or the clock can have.
+/// An instant in UTC. Can hold every time that a file or the clock can have.
 struct Date {
   std::int64_t seconds = 0;      ///< whole seconds since 1970, rounded down
   std::int32_t nanoseconds = 0;  ///< after those, 0 to 999,999,999, also before 1970

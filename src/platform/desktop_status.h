@@ -6,16 +6,16 @@
 
 namespace kestrova {
 
-/// What the desktop shows of the program outside its window. A desktop that cannot show it ignores it; no
-/// call waits for it or fails. Main thread only.
+/// What the desktop shows about the program outside its window. A desktop that cannot show something ignores
+/// it; no call blocks or fails. Main thread only.
 class DesktopStatus {
  public:
   virtual ~DesktopStatus() = default;
 
-  /// Shows a share of 0 to 1 at the program's place in the task bar; takes it away when there is none.
+  /// Shows a share of 0 to 1 at the program's place in the task bar; removes it when there is none.
   virtual void showProgress(std::optional<double> share) = 0;
 
-  /// Shows a short message, in plain text, wherever the user is looking.
+  /// Shows a short message in plain text, outside the window.
   virtual void notify(const QString& title, const QString& text) = 0;
 };
 

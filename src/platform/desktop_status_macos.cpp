@@ -4,7 +4,7 @@ namespace kestrova {
 
 namespace {
 
-// The window's own display has to do here.
+// Here only the window itself shows progress.
 class NoStatus : public DesktopStatus {
  public:
   void showProgress(std::optional<double>) override {}

@@ -6,7 +6,7 @@
 
 namespace kestrova {
 
-/// Owns an open file of the system; closes it in the end. Less than zero: none.
+/// Owns an open file descriptor and closes it on destruction. Less than zero: none.
 class FileDescriptor {
  public:
   explicit FileDescriptor(int number = -1) : number_(number) {}

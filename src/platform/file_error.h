@@ -13,7 +13,7 @@ FileError systemError(int number);
 /// call.
 tl::unexpected<FileError> failure(int number = errno);
 
-/// Nothing, or the error of the last system call where that call has answered -1.
+/// Nothing, or the error of the last system call if that call returned -1.
 FileResult<void> succeeded(int answer);
 
 /// The same, as an error of the file that was to be read.
@@ -22,7 +22,7 @@ FileError unreadable(FileError error);
 /// A file whose bytes, size or times changed while it was read: what was read may be half old, half new.
 FileError changedWhileRead();
 
-/// Repeats a system call that a signal has interrupted.
+/// Repeats a system call as long as signals interrupt it.
 template <typename Call>
 auto uninterrupted(const Call& call) {
   auto answer = call();

@@ -17,7 +17,7 @@ bool FileManager::isDirectory(const Path& path) const {
 }
 
 FileResult<void> FileManager::copyItem(const Path& from, const Path& to, const Check& check) {
-  // The commit settles it for certain; asking first spares the copy.
+  // Only the commit decides; checking first avoids the copy.
   const auto exists = fileExists(to);
   if (!exists) return tl::make_unexpected(exists.error());
   if (*exists) return failure(EEXIST);

@@ -23,12 +23,12 @@ struct FileError {
     alreadyExists,
     noSpace,     ///< the volume, or the user's quota, is full
     notFound,    ///< the file, or a folder above it
-    unreadable,  ///< while copying: the source is what failed
+    unreadable,  ///< while copying: the source failed
     other,
   };
 
   int code = 0;         ///< the system's own error number (errno)
-  std::string message;  ///< what the system says of it, in UTF-8
+  std::string message;  ///< the system's description, in UTF-8
   Kind kind = kindOf(code);
 
   static Kind kindOf(int code);
@@ -46,10 +46,10 @@ struct FileAttributes {
 
 class Folder;
 
-/// What becomes of a symbolic link at the end of a path.
+/// What to do with a symbolic link at the end of a path.
 enum class FinalLink { followed, refused };
 
-/// A complete file that has no name yet. It vanishes when it is destroyed without having been given one.
+/// A complete file that has no name yet. It disappears if it is destroyed before it got one.
 class StagedFile {
  public:
   virtual ~StagedFile() = default;
@@ -60,12 +60,12 @@ class StagedFile {
   /// Gives the file its final name, in the folder it was staged for. Fails with `alreadyExists` when the
   /// name is taken.
   virtual FileResult<void> commit() = 0;
-  /// The same, but atomically takes the place of a file of that name.
+  /// The same, but atomically replaces a file of that name.
   virtual FileResult<void> commitReplacing() = 0;
 };
 
-/// The target folder of a run. While it is held, what is asked for or written below its path goes to this
-/// very folder, wherever the path leads meanwhile, and never through a symbolic link that was swapped in:
+/// The target folder of a run. While it is held, everything read or written below its path goes to this same
+/// folder, even if the path leads elsewhere by then, and never through a symbolic link that was swapped in:
 /// such a link is an error (ELOOP) of the file.
 class HeldTarget {
  public:
@@ -74,8 +74,8 @@ class HeldTarget {
   HeldTarget(const HeldTarget&) = delete;
   HeldTarget& operator=(const HeldTarget&) = delete;
 
-  /// Until then, a link to a folder that is met on the way to an item is the user's own: it is followed, and
-  /// is to lead to the same folder for the whole run. To be called when the run is planned.
+  /// Until this call, a link to a folder on the way to an item is the user's own: it is followed, and must
+  /// lead to the same folder for the whole run. Call it when the run is planned.
   virtual void followNoNewLinks() = 0;
 
   /// Returns once every name that was given below the target since it is held is safe on the medium: those of
@@ -83,7 +83,7 @@ class HeldTarget {
   virtual FileResult<void> makeNamesDurable() = 0;
 };
 
-/// What the program asks of the host's file system. Paths are bytes and never pass through a text codec; they
+/// The program's access to the host's file system. Paths are bytes and never pass through a text codec; they
 /// may be longer than the system's own limit for one call. Nothing here blocks on a FIFO or a device, follows
 /// a symbolic link to write, or changes a source file. Callable from any thread; calls on one StagedFile must
 /// not overlap.
@@ -91,7 +91,7 @@ class FileManager {
  public:
   virtual ~FileManager() = default;
 
-  /// Of the item that the path leads to; symbolic links are followed.
+  /// The attributes of the item at the path; symbolic links are followed.
   virtual FileResult<FileAttributes> attributesOfItem(const Path& path) const = 0;
 
   /// Opens a folder for reading.
@@ -103,33 +103,33 @@ class FileManager {
   /// A regular file's whole contents.
   virtual FileResult<Bytes> readFile(const Path& path) const = 0;
 
-  /// Whether files can be created in the folder or, where it is missing, whether it can be created. The error
-  /// says why not. Changes nothing.
+  /// Whether files can be created in the folder or, if it does not exist, whether it can be created. The
+  /// error says why not. Changes nothing.
   virtual FileResult<void> checkTarget(const Path& folder) const = 0;
 
   /// Holds a run's target folder for as long as the result lives, one at a time: see HeldTarget. The folder
-  /// may be missing still.
+  /// need not exist yet.
   virtual std::shared_ptr<HeldTarget> holdTarget(const Path& folder) = 0;
 
-  /// Creates the folder with all that is missing above it; an existing one is no error.
+  /// Creates the folder and all missing folders above it; it is not an error if it exists.
   virtual FileResult<void> createDirectory(const Path& folder) = 0;
 
   /// Copies a regular file's data, permissions, modification time and extended attributes, and makes the copy
-  /// durable. A source that cannot be read is `unreadable`, whatever the reason.
+  /// durable. If the source cannot be read, the error is `unreadable`.
   virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) = 0;
 
   /// Writes bytes, with the permissions of a new file, and makes them durable.
   virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) = 0;
 
-  /// Whether a path leads to an item; symbolic links are followed. Fails where that cannot be told: what
-  /// cannot be asked for is not absent.
+  /// Whether a path leads to an item; symbolic links are followed. Fails if that cannot be determined: what
+  /// cannot be looked up is not absent.
   FileResult<bool> fileExists(const Path& path) const;
   bool isDirectory(const Path& path) const;
 
   using Check = std::function<FileResult<void>()>;
 
   /// A whole copy under the name `to`, or none; an existing item there is left alone (`alreadyExists`). The
-  /// check, if there is one, is asked when the copy is complete: unless it agrees, the copy gets no name.
+  /// check, if any, runs when the copy is complete; if it fails, the copy gets no name.
   FileResult<void> copyItem(const Path& from, const Path& to, const Check& check = nullptr);
   /// The bytes under the name `to`, or no file; an existing item there is left alone (`alreadyExists`).
   FileResult<void> writeData(ByteView data, const Path& to);
@@ -139,9 +139,9 @@ class FileManager {
 
 /// Where a staged file waits for its name.
 enum class Staging {
-  unseen,  ///< nowhere to be seen, where the file system knows files without a name; else the other way
-  underTemporaryName,  ///< beside its target, hidden; left behind by a kill, it is cleared away by a later
-                       ///< run
+  unseen,              ///< invisible, if the file system supports files without a name; else the other way
+  underTemporaryName,  ///< hidden in its target's folder; if a killed run leaves it there, a later run
+                       ///< removes it
 };
 
 /// How files wait for their names in a folder, which is given as an open place.

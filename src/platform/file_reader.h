@@ -12,18 +12,18 @@ namespace kestrova {
 
 /// Where a file's bytes are read from.
 enum class ReadFrom {
-  cache,  ///< from memory, where the system still has them
-  disk,   ///< from the disk itself, as far as the system allows: what was written must be durable before
+  cache,  ///< from the system's cache, if it still has them
+  disk,   ///< from the disk itself, as far as the system allows; what was written must already be durable
 };
 
-/// Which file it is, whatever its names: the volume and the file's number on it.
+/// Identifies a file by its volume and its number there, not by its names.
 struct FileIdentity {
   std::uint64_t volume = 0;
   std::uint64_t number = 0;
   bool operator==(const FileIdentity&) const = default;
 };
 
-/// Reads a regular file piece by piece. Never waits for a FIFO or a device.
+/// Reads a regular file in pieces. Never blocks on a FIFO or a device.
 class FileReader {
  public:
   static FileResult<FileReader> open(const Path& path, ReadFrom from = ReadFrom::cache);
@@ -32,7 +32,7 @@ class FileReader {
   /// are; 0 at the end.
   FileResult<std::size_t> read(std::span<std::uint8_t> buffer);
 
-  /// The same from an offset, wherever the reading stands.
+  /// The same from an offset; the current position does not matter.
   FileResult<std::size_t> readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) const;
 
   /// The file's size in bytes when it was opened.

@@ -7,13 +7,13 @@
 
 namespace kestrova::host {
 
-// What the host systems do differently: one source file for each of them.
+// What the host systems do differently; each has its own source file.
 
-/// Opens for reading, without leaving a new access time where the system allows that.
+/// Opens for reading and keeps the access time where the system allows that.
 FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags);
 
-/// A file without a name, which vanishes when it is closed, or an error where the file system has no such
-/// thing.
+/// A file without a name, which disappears when it is closed; an error if the file system does not support
+/// this.
 FileResult<FileDescriptor> createUnnamed(int folder, mode_t mode);
 
 /// Whether the folder's volume may lose a file that was made durable before it had a name, or be damaged by
@@ -23,16 +23,16 @@ bool mayLoseUnnamedFiles(int folder);
 /// Gives such a file its first name. Fails with EEXIST when the name is taken.
 FileResult<void> nameUnnamed(int file, int folder, const char* name);
 
-/// Renames in one step, or fails with EEXIST when the new name is taken. Where the file system cannot: EINVAL
-/// or ENOTSUP or ENOSYS.
+/// Renames in one step, or fails with EEXIST when the new name is taken. If the file system cannot do that:
+/// EINVAL, ENOTSUP or ENOSYS.
 FileResult<void> renameExclusively(int folder, const char* from, const char* to);
 
 /// Copies all bytes and the extended attributes between two files at their starts. A source that does not end
 /// after `size` bytes is an error (EBUSY), and no more than these are written.
 FileResult<void> copyContents(int from, int to, std::uint64_t size);
 
-/// Returns once the file's bytes, and what is needed to find them, are safe on the medium. A name given to
-/// the file afterwards cannot outlive a crash without them.
+/// Returns once the file's bytes, and what is needed to find them, are on the medium. If the file then gets a
+/// name and that name survives a crash, so do the bytes.
 FileResult<void> makeDurable(int file);
 
 /// The same for the names in a folder, given as an open place. Does nothing where the file system knows
@@ -45,8 +45,8 @@ struct FileTimes {
 };
 FileTimes timesOf(const struct stat& status);
 
-/// Opens a folder below another one as a place to start paths from, in one call. Fails when there is a
-/// symbolic link on the way, and also where the system has no such call.
+/// Opens a folder below another one, to start paths from, in one call. Fails if there is a symbolic link on
+/// the way, and if the system has no such call.
 FileResult<FileDescriptor> openPlaceWithoutLinks(int folder, const char* path);
 
 }  // namespace kestrova::host

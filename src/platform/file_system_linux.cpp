@@ -16,7 +16,7 @@ namespace kestrova::host {
 FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags) {
   const int reading = O_RDONLY | O_CLOEXEC | flags;
   FileDescriptor file(uninterrupted([&] { return ::openat(folder, path, reading | O_NOATIME); }));
-  // Only a file's owner may read it without a trace.
+  // Only a file's owner may read it without changing its access time.
   if (!file && errno == EPERM)
     file = FileDescriptor(uninterrupted([&] { return ::openat(folder, path, reading); }));
   if (!file) return failure();

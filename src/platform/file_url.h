@@ -12,11 +12,11 @@ namespace kestrova {
 /// not allow them in a path.
 std::string fileUrlString(const Path& path);
 
-/// The path that such a string stands for; nothing when it is no file URL with an absolute path, or holds a
-/// broken percent escape or a NUL byte.
+/// The path that such a string stands for; nothing when it is not a file URL with an absolute path, or
+/// contains a malformed percent escape or a NUL byte.
 std::optional<Path> pathOfFileUrl(std::string_view url);
 
-/// Removes percent escapes; a text with a broken one stays as it is.
+/// Removes percent escapes; a text with a malformed one stays as it is.
 std::string removingPercentEncoding(std::string_view text);
 
 }  // namespace kestrova

@@ -17,19 +17,19 @@ class Folder {
 
   virtual ~Folder() = default;
 
-  /// Tells of every entry except "." and "..", in the file system's own order, until `take` returns false.
-  /// After an error some entries may be missing. To be called once.
+  /// Passes every entry except "." and ".." to `take`, in the file system's own order, until it returns
+  /// false. After an error some entries may be missing. Call it once.
   virtual FileResult<void> list(const TakeEntry& take) = 0;
 
-  /// Of what an entry leads to; symbolic links are followed.
+  /// The attributes of what an entry leads to; symbolic links are followed.
   virtual FileResult<FileAttributes> attributesOf(const char* name) const = 0;
 
   /// Opens a folder in this one; a symbolic link is an error.
   virtual FileResult<std::unique_ptr<Folder>> openFolder(const char* name) const = 0;
 };
 
-/// The host's own folder behind a path of any length. `finalLink` says what happens to a symbolic link at the
-/// path's end.
+/// The host's folder at a path of any length. `finalLink` says what happens to a symbolic link at the path's
+/// end.
 FileResult<std::unique_ptr<Folder>> openSystemFolder(const Path& path, FinalLink finalLink);
 
 }  // namespace kestrova

@@ -6,7 +6,7 @@
 
 namespace kestrova {
 
-/// A value that any thread reads and changes, whole: each reader gets a copy.
+/// A value that any thread may read and change; each reader gets a copy.
 template <typename Value>
 class GuardedValue {
  public:
@@ -19,7 +19,7 @@ class GuardedValue {
     const MutexLock lock(mutex_);
     return value_;
   }
-  /// Changes the value in place, with the lock held: the change must be short and not come back here.
+  /// Changes the value in place with the lock held. The change must be short and must not use this object.
   template <typename Change>
   void update(const Change& change) EXCLUDES(mutex_) {
     const MutexLock lock(mutex_);

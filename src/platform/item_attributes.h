@@ -6,10 +6,10 @@
 
 namespace kestrova {
 
-/// What the system's status says of an item.
+/// An item's attributes from the system's status.
 FileAttributes attributesOf(const struct stat& status);
 
-/// Of what a path leads to from an open folder; symbolic links are followed.
+/// The attributes of the item that a path leads to from an open folder; symbolic links are followed.
 FileResult<FileAttributes> attributesAt(int folder, const char* path);
 
 }  // namespace kestrova

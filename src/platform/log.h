@@ -14,7 +14,7 @@ Q_DECLARE_LOGGING_CATEGORY(kestrovaLog)
 /// Callable from any thread.
 void log(const QString& text);
 
-/// Whether anyone reads the log: ask before building a text in a loop over many files.
+/// Whether the log is shown: check this before building a text in a loop over many files.
 inline bool isLogging() { return kestrovaLog().isInfoEnabled(); }
 
 /// A path for people to read: decoded as UTF-8, undecodable bytes replaced.

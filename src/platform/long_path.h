@@ -26,8 +26,8 @@ class PathAddress {
   const char* rest_;
 };
 
-/// Opens a folder as a place to start paths from; needs no permission to read it. Symbolic links on the way
-/// are followed.
+/// Opens a folder to start paths from; needs no permission to read it. Symbolic links on the way are
+/// followed.
 FileResult<FileDescriptor> openPlace(int folder, const char* path, FinalLink finalLink);
 /// The same for a path of any length; a link at its end is followed.
 FileResult<FileDescriptor> openPlace(const Path& path);

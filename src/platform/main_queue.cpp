@@ -14,11 +14,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Longer turns than this would be felt as a stutter of the window.
+// Longer turns would make the window stutter.
 constexpr auto eventLoopBudget = std::chrono::milliseconds(8);
 
-// A descriptor is what both Qt's event loop and a plain poll can wait for, and it needs no object that two
-// threads own.
+// Both Qt's event loop and a plain poll can wait for a descriptor, and it needs no object that two threads
+// own.
 void openPipe(int (&ends)[2]) {
   if (pipe(ends) != 0) std::abort();
   for (const int end : ends) {
@@ -46,12 +46,12 @@ void MainQueue::post(Block block) {
   posted_.push_back(std::move(block));
   if (posted_.size() > 1) return;
   const char signal = 1;
-  // A full pipe is readable, which is all that counts.
+  // A full pipe is readable, and that is enough.
   [[maybe_unused]] const auto written = write(pipe_[1], &signal, 1);
 }
 
-// The descriptor stays readable until the last block has been taken, so an event loop that ran out of its
-// budget comes back.
+// The descriptor stays readable until the last block has been taken, so an event loop that used up its budget
+// comes back.
 bool MainQueue::takePosted() {
   if (!running_.empty()) return true;
   const MutexLock lock(mutex_);
@@ -83,7 +83,7 @@ bool MainQueue::runUntil(const std::function<bool()>& done, Clock::duration time
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
     if (left <= 0) return false;
     pollfd ready{pipe_[0], POLLIN, 0};
-    // `done` may depend on more than blocks, so it is asked again soon.
+    // `done` may depend on more than blocks, so it is checked again soon.
     poll(&ready, 1, static_cast<int>(left < 5 ? left : 5));
   }
 }

@@ -11,8 +11,8 @@ class QSocketNotifier;
 
 namespace kestrova {
 
-/// The blocks that wait for the main thread, run there in the order in which they were posted. The one way
-/// from a worker to the controls.
+/// Blocks that wait for the main thread and run there in the order in which they were posted. This is the
+/// only way from a worker to the controls.
 class MainQueue {
  public:
   using Block = std::function<void()>;
@@ -28,14 +28,15 @@ class MainQueue {
   /// Callable from any thread; returns at once.
   void post(Block block);
 
-  /// Runs what waits, for about `budget` at most, so that the event loop gets its turn. Main thread only.
+  /// Runs the waiting blocks, for about `budget` at most, so that the event loop gets its turn. Main thread
+  /// only.
   void runPending(std::chrono::steady_clock::duration budget = std::chrono::steady_clock::duration::max());
 
-  /// Runs blocks as they come until `done` holds or the time is over; returns whether it holds. For programs
-  /// and tests that have no event loop. Main thread only.
+  /// Runs blocks as they arrive until `done` returns true or the time is up; returns whether it did. For
+  /// programs and tests that have no event loop. Main thread only.
   bool runUntil(const std::function<bool()>& done, std::chrono::steady_clock::duration timeout);
 
-  /// Readable while blocks wait: what an event loop watches.
+  /// Readable while blocks wait; an event loop watches it.
   int readyDescriptor() const { return pipe_[0]; }
 
  private:

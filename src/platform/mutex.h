@@ -7,8 +7,8 @@
 
 namespace kestrova {
 
-/// A std::mutex that clang knows: it checks that fields marked GUARDED_BY are used with the lock held only.
-/// Take it by a MutexLock.
+/// A std::mutex that clang knows: it checks that fields marked GUARDED_BY are only used with the lock held.
+/// Lock it with a MutexLock.
 class CAPABILITY("mutex") Mutex {
  public:
   void lock() ACQUIRE() { mutex_.lock(); }
@@ -37,8 +37,8 @@ class SCOPED_CAPABILITY MutexLock {
 /// Lets threads wait for a change of what a mutex guards.
 class Condition {
  public:
-  /// Frees the mutex, waits until another thread notifies, and holds it again. May also return without cause,
-  /// so it is called in a loop that looks at what is waited for.
+  /// Unlocks the mutex, waits until another thread notifies, and locks it again. It may also return for no
+  /// reason, so call it in a loop that checks the condition.
   void wait(Mutex& mutex) REQUIRES(mutex) {
     std::unique_lock lock(mutex.mutex_, std::adopt_lock);
     changed_.wait(lock);

@@ -29,7 +29,7 @@ FileResult<std::unique_ptr<PendingFile>> PendingFile::create(FileDescriptor fold
 FileResult<void> PendingFile::open(mode_t mode, Staging staging) {
   if (staging == Staging::underTemporaryName) return createNamed(mode);
   auto file = host::createUnnamed(folder_.get(), mode);
-  // Whatever the reason: if it is more than a lack of unnamed files, the other way meets it too.
+  // For any error: if it is more than a lack of unnamed files, the other way fails too.
   if (!file) return createNamed(mode);
   file_ = std::move(*file);
   return {};
@@ -45,7 +45,7 @@ FileResult<void> PendingFile::createNamed(mode_t mode) {
 }
 
 FileResult<void> PendingFile::giveTemporaryName() {
-  // Locked before it is to be seen, so that nobody takes it for an abandoned one.
+  // Locked before it is visible, so that nobody mistakes it for an abandoned one.
   ::flock(file_.get(), LOCK_EX | LOCK_NB);
   return takeName([&](const char* free) -> FileResult<int> {
     if (const auto named = host::nameUnnamed(file_.get(), folder_.get(), free); !named)

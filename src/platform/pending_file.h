@@ -11,8 +11,8 @@
 
 namespace kestrova {
 
-/// A file on its way to its name, open for writing. Until then it has no name at all, where the file system
-/// knows such files, or else a temporary one in the same folder.
+/// A file that is open for writing and gets its name at the end. Until then it has no name at all, if the
+/// file system supports that, or a temporary one in the same folder.
 class PendingFile final : public StagedFile {
  public:
   /// `mode` is subject to the umask.

@@ -12,10 +12,10 @@ class PowerAssertions {
  public:
   virtual ~PowerAssertions() = default;
 
-  /// Keeps the display from going to sleep until the returned identifier is released; nothing where the host
-  /// cannot.
+  /// Keeps the display from going to sleep until the returned identifier is released. Returns nothing if the
+  /// host cannot do that.
   virtual std::optional<std::uint32_t> create(const QString& reason) = 0;
-  /// Lets go of one assertion; an identifier that is none is ignored.
+  /// Releases one assertion; an unknown identifier is ignored.
   virtual void release(std::uint32_t identifier) = 0;
 };
 

@@ -7,7 +7,7 @@ namespace kestrova {
 
 namespace {
 
-constexpr int replyTimeout = 2000;  // milliseconds; a run does not wait longer for a screen saver
+constexpr int replyTimeout = 2000;  // milliseconds; a run waits no longer than this for a screen saver
 
 QDBusMessage screenSaverCall(const QString& method, const QVariantList& arguments) {
   auto call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.ScreenSaver"),

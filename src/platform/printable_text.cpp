@@ -22,7 +22,7 @@ bool isSafe(char32_t character) {
   return QChar::isPrint(character) && !endsLine;
 }
 
-// The number of bytes that the character at the front takes; 0 when there is none in UTF-8.
+// The number of bytes of the first character; 0 if the text does not begin with one in UTF-8.
 std::size_t lengthOfFirst(std::string_view bytes) {
   const std::size_t longest = std::min<std::size_t>(4, bytes.size());
   for (std::size_t length = 1; length <= longest; ++length) {

@@ -5,8 +5,8 @@
 
 namespace kestrova {
 
-/// The text on one line that no terminal takes for commands: a line end becomes \n, every other control or
-/// invisible formatting character \xNN or \u{N}.
+/// The text on one line, without anything that a terminal takes for a command: a line end becomes \n, every
+/// other control or invisible formatting character \xNN or \u{N}.
 QString printableText(const QString& text);
 
 /// The same of UTF-8; bytes that are not UTF-8 become \xNN.

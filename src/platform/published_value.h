@@ -6,9 +6,9 @@
 
 namespace kestrova {
 
-/// A value that one thread replaces now and then while others read it, without a lock. Every former value
-/// stays as long as this object does, for those who are still reading it: meant for what changes a few times
-/// in a program's life.
+/// A value that one thread occasionally replaces while others read it, without a lock. Former values are kept
+/// as long as this object exists, as others may still be reading them. It is meant for values that change a
+/// few times in a program's life.
 template <typename Value>
 class PublishedValue {
  public:

@@ -40,7 +40,7 @@ FileResult<std::size_t> fill(std::size_t size, const ReadSome& readSome) {
 FileResult<RegularFile> openRegularFile(const Path& path) {
   const auto address = PathAddress::of(path.native());
   if (!address) return tl::make_unexpected(address.error());
-  // Without O_NONBLOCK a FIFO would make us wait for a writer.
+  // Without O_NONBLOCK a FIFO would block until it has a writer.
   auto file = host::openQuietly(address->folder(), address->rest(), O_NONBLOCK | O_NOCTTY);
   if (!file) return tl::make_unexpected(file.error());
   return examine(std::move(*file));
@@ -79,7 +79,7 @@ FileResult<Bytes> readBytes(int file, std::size_t count) try {
   if (!filled) return tl::make_unexpected(filled.error());
   bytes.resize(*filled);
   return bytes;
-} catch (const std::exception&) {  // more than the memory holds
+} catch (const std::exception&) {  // does not fit into memory
   return failure(ENOMEM);
 }
 

@@ -12,16 +12,16 @@ struct RegularFile {
   struct stat status = {};
 };
 
-/// Opens a regular file, or what a symbolic link to one leads to. Anything else is an error, and none of it
-/// is waited for: ENXIO, EISDIR or ENOTSUP.
+/// Opens a regular file, or what a symbolic link to one leads to. Anything else is an error (ENXIO, EISDIR or
+/// ENOTSUP) and never blocks.
 FileResult<RegularFile> openRegularFile(const Path& path);
 
 /// Fills the buffer from the current offset, or less of it at the file's end; returns how many bytes there
 /// are.
 FileResult<std::size_t> fillFrom(int file, std::span<std::uint8_t> buffer);
-/// The same from an offset of its own.
+/// The same from the given offset.
 FileResult<std::size_t> fillFrom(int file, std::uint64_t offset, std::span<std::uint8_t> buffer);
-/// The first `count` bytes of a file just opened, or all of a shorter one, which takes a single call.
+/// The first `count` bytes of a file just opened, or all of a shorter one, read in a single call.
 FileResult<Bytes> readStart(const RegularFile& source, std::size_t count);
 
 /// Up to `count` bytes from the current offset.

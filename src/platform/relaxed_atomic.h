@@ -5,8 +5,8 @@
 
 namespace kestrova {
 
-/// A number or flag that one thread at a time writes and any thread reads: never torn, never ordered with
-/// anything else.
+/// A number or flag that one thread at a time writes and any thread reads. Reads and writes are atomic, but
+/// not ordered with anything else.
 template <typename Value>
 class RelaxedAtomic {
  public:

@@ -90,7 +90,7 @@ class SystemFileManager final : public FileManager {
   }
 
  private:
-  /// The held target, where it holds this folder.
+  /// The held target, if this folder is in it.
   std::shared_ptr<TargetTree> treeOf(const Path& folder) const {
     auto tree = target_.get().lock();
     return tree && tree->holds(folder) ? tree : nullptr;

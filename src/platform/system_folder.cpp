@@ -22,7 +22,7 @@ using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
 bool isSelfOrParent(std::string_view name) { return name == "." || name == ".."; }
 
-/// Not every file system tells the type with the name.
+/// Not every file system returns the type with the name.
 unsigned char typeOf(int folder, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN) return entry.d_type;
   struct stat status = {};

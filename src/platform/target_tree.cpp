@@ -35,7 +35,7 @@ Path withoutFinalSlash(const Path& path) { return path.has_filename() ? path : p
 }  // namespace
 
 TargetTree::TargetTree(const Path& root) : root_(withoutFinalSlash(root)) {
-  // One that is missing is opened when it is created.
+  // A missing folder is opened when it is created.
   [[maybe_unused]] const auto opened = openRoot(IfMissing::fail);
 }
 

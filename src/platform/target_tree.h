@@ -14,10 +14,10 @@
 
 namespace kestrova {
 
-/// A run's target folder and the folders below it. The folder itself is opened once: what is written later
-/// goes to this very folder, wherever its path leads by then. Folders below it are entered from there, and a
-/// symbolic link on the way is followed only if it was met before `followNoNewLinks`, and only to the folder
-/// that it led to then. Callable from any thread.
+/// A run's target folder and the folders below it. The folder itself is opened once: later writes go to this
+/// same folder, even if its path leads elsewhere by then. Folders below it are entered from there, and a
+/// symbolic link on the way is followed only if it was found before `followNoNewLinks`, and only to the
+/// folder that it led to then. Callable from any thread.
 class TargetTree final : public HeldTarget {
  public:
   explicit TargetTree(const Path& root);
@@ -25,9 +25,9 @@ class TargetTree final : public HeldTarget {
   /// Whether the path is that of the target folder or of something below it. Paths with ".." are not.
   bool holds(const Path& folder) const { return namesBelow(folder).has_value(); }
 
-  /// Opens a folder that this holds, as a place to start paths from.
+  /// Opens a folder of the tree to start paths from.
   FileResult<FileDescriptor> enter(const Path& folder) { return walk(folder, IfMissing::fail); }
-  /// The same, after creating what is missing of it, the target folder included.
+  /// The same, but first creates what is missing, including the target folder.
   FileResult<FileDescriptor> create(const Path& folder) { return walk(folder, IfMissing::create); }
 
   void followNoNewLinks() override;
@@ -41,7 +41,7 @@ class TargetTree final : public HeldTarget {
  private:
   enum class IfMissing { fail, create };
 
-  /// Which folder it is, whatever its names.
+  /// Identifies a folder by anything but its names.
   struct Identity {
     dev_t volume = 0;
     ino_t number = 0;

@@ -15,8 +15,8 @@ constexpr int mostAttempts = 1000;
 
 std::string temporaryName(int number) { return ".kestrova-" + std::to_string(number) + ".part"; }
 
-/// Locks a file of ours for as long as it is open. False when somebody who took it for an abandoned one was
-/// quicker. File systems without locks give none; there, abandoned files stay, and no harm is done.
+/// Locks a file of ours for as long as it is open. False if another program mistook it for an abandoned one
+/// and was faster. Without locks in the file system, abandoned files stay, which does no harm.
 bool keep(int file) {
   if (::flock(file, LOCK_EX | LOCK_NB) < 0) return errno != EWOULDBLOCK;
   struct stat status = {};
@@ -37,12 +37,12 @@ bool leadsTo(int folder, const char* name, int file) {
          named.st_dev == open.st_dev && named.st_ino == open.st_ino;
 }
 
-/// Frees a name whose owner is gone. Never touches the file's bytes: it may have a final name besides.
+/// Removes a name whose owner is gone. Never touches the file's bytes: it may also have a final name.
 bool removeAbandoned(int folder, const char* name) {
   const FileDescriptor file = openForLocking(folder, name);
   if (!file) return errno == ENOENT;
   if (::flock(file.get(), LOCK_EX | LOCK_NB) < 0) return false;
-  // Its owner may have given it another name, and somebody else taken this one, before we had the lock.
+  // Before we had the lock, its owner may have renamed it, and another program may have taken this name.
   return leadsTo(folder, name, file.get()) && ::unlinkat(folder, name, 0) == 0;
 }
 

@@ -7,13 +7,13 @@
 
 namespace kestrova {
 
-/// Puts a file under the name given, in the folder meant, and returns its descriptor (owned by the caller);
+/// Puts a file under the given name in the given folder, and returns its descriptor (owned by the caller);
 /// fails with EEXIST when the name is taken.
 using PutFile = std::function<FileResult<int>(const char* name)>;
 
 /// Finds a free temporary name in an open folder and lets `put` place its file there. Names are hidden, short
-/// and numbered. Their owner keeps a lock on the file, so that one left behind by a killed run is recognised:
-/// it is removed and its name used again.
+/// and numbered. Their owner keeps a lock on the file. So one left by a killed run is recognised: it is
+/// removed, and its name is reused.
 FileResult<std::string> takeTemporaryName(int folder, const PutFile& put);
 
 }  // namespace kestrova

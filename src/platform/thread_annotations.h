@@ -1,7 +1,7 @@
 #pragma once
 
 // What clang's thread safety analysis checks (-Wthread-safety): which lock guards a field, and which
-// functions need it held or free. Other compilers see nothing of it.
+// functions need it held or not held. Other compilers ignore it.
 // https://releases.llvm.org/14.0.0/tools/clang/docs/ThreadSafetyAnalysis.html
 #ifdef __clang__
 #define KESTROVA_THREAD_ANNOTATION(name) __attribute__((name))
@@ -14,7 +14,7 @@
 /// A class whose objects hold a lock for as long as they live.
 #define SCOPED_CAPABILITY KESTROVA_THREAD_ANNOTATION(scoped_lockable)
 
-/// A field that is read and written with the lock held only.
+/// A field that is only read and written with the lock held.
 #define GUARDED_BY(lock) KESTROVA_THREAD_ANNOTATION(guarded_by(lock))
 /// A function that is called with the lock held.
 #define REQUIRES(lock) KESTROVA_THREAD_ANNOTATION(requires_capability(lock))

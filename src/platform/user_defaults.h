@@ -8,19 +8,19 @@
 
 namespace kestrova {
 
-/// The user's persistent settings: values under keys. Main thread only. What cannot be read is absent; what
-/// cannot be written is lost in silence, as nothing depends on it.
+/// The user's persistent settings: values under keys. Main thread only. A value that cannot be read is
+/// absent; one that cannot be written is silently lost, as nothing depends on it.
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
 
   virtual QVariant value(const QString& key) const = 0;  ///< invalid when there is none
   virtual void setValue(const QString& key, const QVariant& value) = 0;
-  /// Brings what was set to where it persists.
+  /// Writes the values to persistent storage.
   virtual void synchronize() = 0;
 
-  /// The value as a whole number: a text gives the number that it begins with, whatever is none gives 0;
-  /// nothing when the key is missing.
+  /// The value as a whole number: a text gives the number that it begins with, or 0 if there is none. Nothing
+  /// when the key is missing.
   std::optional<std::int64_t> integer(const QString& key) const;
 };
 

@@ -14,7 +14,7 @@ namespace kestrova::report {
 
 namespace {
 
-/// Everything that can be organised, whatever a run was set to take.
+/// Everything that can be organised, even if a run was set to take less.
 ExtensionList allMedia() {
   return mediaFilter(Media::photosAndVideos, photoExtensions(PhotoFormats::jpegTiffPng), videoExtensions());
 }
@@ -88,7 +88,7 @@ class Check {
     }
   }
 
-  /// A link is no copy, and what lies in a source goes with it.
+  /// A link is not a copy, and a file in a source is lost with it.
   void listCandidates() {
     const Path target = resolvedPath(request_.target);
     std::vector<Path> sourcesInTarget;

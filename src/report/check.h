@@ -13,10 +13,10 @@ namespace kestrova::report {
 
 struct CheckRequest {
   std::vector<Path> sources;  ///< folders
-  Path target;                ///< a folder; no source lies above it
-  /// Whether a photo stands in the target rewritten, as a run's record proves; absent: none does.
+  Path target;                ///< a folder, not inside any source
+  /// Whether the target has a rewritten version of a photo, as a run's record proves; absent: it has none.
   std::function<bool(const Path& photo)> isRewrittenInTarget = {};
-  /// Told of each file that is neither photo nor video, if there is one to be told.
+  /// Called for each file that is neither photo nor video, if set.
   std::function<void(const Path& file)> leavesBehind = {};
   Stopped stopped = {};
   ProgressListener progress = {};  ///< by the source files
@@ -30,9 +30,9 @@ struct Missing {
 
 struct CheckResult {
   std::int64_t files = 0;  ///< photos and videos in the sources
-  std::int64_t safe = 0;   ///< those whose very bytes are in the target
+  std::int64_t safe = 0;   ///< those whose exact bytes are in the target
   std::vector<Missing> missing;
-  std::vector<Missing> unreadable;  ///< folders and files that could not be read: nobody knows what they hold
+  std::vector<Missing> unreadable;  ///< folders and files that could not be read: their contents are unknown
   LeftBehind leftBehind;            ///< files that are neither photo nor video
   bool wasStopped = false;
 
@@ -41,7 +41,7 @@ struct CheckResult {
 
 /// Looks for each photo and video in the sources for a file with exactly its bytes in the target: by size
 /// first, then byte by byte; each byte in the target is read at most once. Names and dates do not matter. A
-/// link in the target, or another name of the source itself, is no copy. Nothing is written.
+/// link in the target, or another name of the source itself, is not a copy. Nothing is written.
 CheckResult checkSources(const CheckRequest& request);
 
 }  // namespace kestrova::report

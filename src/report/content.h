@@ -5,10 +5,10 @@
 #include <functional>
 #include <string>
 
-/// What files hold, to the byte. Callable from any thread; nothing is kept in memory but a few buffers.
+/// The exact contents of files. Callable from any thread; only a few buffers are kept in memory.
 namespace kestrova::report {
 
-/// Asked between pieces of a file; true ends the work with ECANCELED.
+/// Called between pieces of a file; true ends the work with ECANCELED.
 using Stopped = std::function<bool()>;
 
 /// The SHA-256 digest (FIPS 180-4) of a regular file as 64 lowercase hexadecimal digits.
@@ -42,7 +42,7 @@ tl::expected<ComparisonResult, ComparisonError> compareAndSum(const Path& first,
                                                               ReadFrom from = ReadFrom::cache,
                                                               const Stopped& stopped = {});
 
-/// Whether both paths lead to one file; false where either cannot be opened.
+/// Whether both paths lead to the same file; false if either cannot be opened.
 bool areSameFile(const Path& first, const Path& second);
 
 }  // namespace kestrova::report

@@ -92,7 +92,7 @@ class Comparison {
     return static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize_, size_ - offset));
   }
 
-  /// Files that cannot be read, or no longer have their size, leave the class.
+  /// Removes files that cannot be read, or whose size has changed, from the class.
   void readPieces(Class& current) {
     const std::size_t length = pieceLength(current.offset);
     std::erase_if(current.files, [&](File* file) {

@@ -10,7 +10,7 @@ namespace kestrova::report {
 
 /// Files of one size, to be compared with each other.
 struct EqualSizedFiles {
-  std::uint64_t size = 0;  ///< bytes; a file that has another size by now equals none
+  std::uint64_t size = 0;  ///< bytes; a file whose size has changed equals none
   std::vector<Path> wanted;
   std::vector<Path> candidates;
 };
@@ -21,11 +21,10 @@ struct EqualFile {
   std::optional<FileError> error;        ///< why the wanted file itself cannot be read
 };
 
-/// Finds for each wanted file a candidate that holds exactly the same bytes and is another file: another name
-/// of the same file is no copy of it. The files are read side by side,
-/// each byte at most once, and a file no further than another could still equal it. Memory and the number of
-/// open files are bounded. One answer for each wanted file, in their order; ECANCELED when `stopped` ended
-/// the work. Callable from any thread.
+/// Finds for each wanted file a candidate with exactly the same bytes that is another file: another name of
+/// the same file is not a copy of it. The files are read side by side, each byte at most once, and each only
+/// as long as another may still be equal to it. Memory and the number of open files are bounded. One answer
+/// for each wanted file, in their order; ECANCELED when `stopped` ended the work. Callable from any thread.
 FileResult<std::vector<EqualFile>> findEqualFiles(const EqualSizedFiles& files,
                                                   ReadFrom from = ReadFrom::cache,
                                                   const Stopped& stopped = {});

@@ -28,7 +28,7 @@ class LeftBehind {
 std::string leftBehindExtension(std::string_view fileName);
 
 /// One line for people, the most frequent first: "312 HEIC, 40 XMP, 12 AAE"; at most `most` of them, then
-/// "and 7 others". Files without an extension are "without extension". Fit for a terminal.
+/// "and 7 others". Files without an extension are "without extension". Safe for a terminal.
 std::string summaryOf(const LeftBehind& files, std::size_t most = 6);
 
 }  // namespace kestrova::report

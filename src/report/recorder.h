@@ -14,7 +14,7 @@
 namespace kestrova::report {
 
 /// Writes the record of a run while the run goes on. Nothing that fails here is to end the run: the record
-/// then ends early, and says so where it still can. Callable from any thread.
+/// then ends early, and the record states that if it still can. Callable from any thread.
 class Recorder {
  public:
   /// Begins a record in a folder of its own below `runs`, and removes the oldest ones there. Of `info` the
@@ -24,7 +24,7 @@ class Recorder {
 
   void add(const Row& row);
 
-  /// The run has ended; whatever comes after is not recorded.
+  /// The run has ended; nothing after this is recorded.
   void end(std::string_view result, std::chrono::sys_seconds time);
 
   /// Where the record is.

@@ -64,7 +64,7 @@ class Rescue {
 
   void rescue(const Path& file) {
     FileRow row{.source = file, .verdict = Outcome::failed, .target = placeOf(file)};
-    row.reason = !row.target ? "lies in none of the sources" : copy(row).value_or("");
+    row.reason = !row.target ? "is not in any of the sources" : copy(row).value_or("");
     if (!row.reason.empty()) result_.failed.push_back({file, row.reason});
     if (request_.record) request_.record(row);
   }

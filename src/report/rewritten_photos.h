@@ -9,7 +9,7 @@
 
 namespace kestrova::report {
 
-/// Nothing, or why a photo that a run wrote is not whole: its bytes are no longer those of the recorded
+/// Nothing, or why a photo that a run wrote is not intact: its bytes are no longer those of the recorded
 /// SHA-256 sum, or they do not decode. An empty sum is not asked for.
 std::optional<std::string> whyNotWhole(const Path& photo, std::string_view sha256, ReadFrom from,
                                        const Stopped& stopped = {});
@@ -22,7 +22,7 @@ class RewrittenPhotos {
   RewrittenPhotos(const Path& runs, const Path& target, const FileManager& files);
 
   /// Whether a record binds this photo's very bytes to a file that is still what the run wrote, and that
-  /// decodes. A link in the target is no such file.
+  /// decodes. A link in the target does not count.
   bool hold(const Path& photo, const Stopped& stopped = {}) const;
 
  private:

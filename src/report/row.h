@@ -15,18 +15,18 @@
 /// The rows of a run's record: one JSON object a line (ndjson, UTF-8).
 namespace kestrova::report {
 
-/// What became of one source file. Texts are empty and numbers absent where a row does not have them.
+/// What became of one source file. Texts are empty and numbers absent if a row does not have them.
 struct FileRow {
   Path source;
   Outcome verdict = Outcome::copied;
-  std::optional<Path> target = {};               ///< relative to the target folder, where it lies below it
+  std::optional<Path> target = {};               ///< relative to the target folder, if it lies below it
   std::optional<std::uint64_t> sourceSize = {};  ///< bytes
   std::optional<std::uint64_t> targetSize = {};  ///< bytes
   std::string sourceModified = {};               ///< nanoseconds since 1970, in decimal
   std::string targetModified = {};               ///< the same
   std::string date = {};                         ///< local time, as used for the name: 2014-05-21T13:45:02
   std::string dateFrom = {};                     ///< digitised, modified or run-start
-  std::optional<Path> original = {};             ///< the source that stands for a duplicate
+  std::optional<Path> original = {};             ///< the source kept instead of a duplicate
   std::string sourceSha256 = {};
   std::string targetSha256 = {};
   std::string atRisk = {};  ///< why the file is not whole in the target
@@ -42,7 +42,7 @@ struct UnreadableRow {
   std::string reason = {};
 };
 
-/// A file that is neither photo nor video, or not of a kind that the run was to take.
+/// A file that is neither a photo nor a video, or of a kind that the run was not asked to take.
 struct LeftBehindRow {
   Path source;
   std::string extension = {};  ///< in lower case, without its dot
@@ -57,12 +57,11 @@ QJsonObject jsonOf(const Row& row);
 /// One line, with its line end.
 std::string lineOf(const Row& row);
 
-/// The row of a line; nothing for a line that is none, or of a kind that this version does not know.
+/// The row on a line; nothing for a line that is not a row, or of a kind that this version does not know.
 std::optional<Row> rowOf(std::string_view line);
 
-/// Reads the rows of a record in their order; false from `visit` ends it. A last line without its end, as a
-/// crash leaves it, is passed over. Lines are read one after the other: records may be larger than the
-/// memory.
+/// Reads the rows of a record in their order; false from `visit` ends it. A last line without its line end,
+/// as a crash leaves it, is ignored. Lines are read one by one: records may be larger than memory.
 FileResult<void> readRows(const Path& file, const std::function<bool(const Row&)>& visit);
 
 }  // namespace kestrova::report

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t stampLength = 16;  // 20261121T101502Z
 constexpr int mostAttempts = 10000;
 
-/// A run's start and its number among those of the same second: ids in the order of their runs.
+/// A run's start and its number among those of the same second: sorts ids in the order of their runs.
 using Order = std::pair<std::string, int>;
 
 std::optional<Order> orderOf(std::string_view id) {

@@ -18,13 +18,13 @@ constexpr std::size_t keptRuns = 50;
 std::optional<Path> runsFolder();
 
 /// Creates a folder for the record of a run, readable by its user only, and what is missing above it. Its
-/// name, the run's id, is the start in UTC, as 20261121T101502Z; where that is taken, with -2, -3 and so on.
+/// name, the run's id, is the start in UTC, as 20261121T101502Z; if that is taken, with -2, -3 and so on.
 FileResult<Path> createRunFolder(const Path& runs, std::chrono::sys_seconds start);
 
-/// The ids of all records, the newest first. Whatever else lies in the folder is not among them.
+/// The ids of all records, the newest first. Anything else in the folder is ignored.
 std::vector<std::string> runIds(const Path& runs);
 
-/// Removes the oldest records until `kept` are left; one that is still being written stays.
+/// Removes the oldest records until `kept` are left; one that is still being written is kept.
 void removeOldRuns(const Path& runs, std::size_t kept = keptRuns);
 
 /// The files of a record.

@@ -14,7 +14,7 @@ struct RecordedRun {
   Amount written = {};     ///< in the target, in the sizes that it had there
 };
 
-/// All recorded runs, the newest first. A record without a readable run.json is passed over.
+/// All recorded runs, the newest first. A record without a readable run.json is skipped.
 std::vector<RecordedRun> recordedRuns(const Path& runs, const FileManager& files);
 
 }  // namespace kestrova::report

@@ -10,22 +10,22 @@
 
 namespace kestrova::report {
 
-/// Tells the rows of a run in their order, as readRows does; may be asked several times.
+/// Visits the rows of a run in order, as readRows does; may be called several times.
 using RowSource = std::function<FileResult<void>(const std::function<bool(const Row&)>& visit)>;
 
-/// Whether a run wrote the row's target anew, rather than copying the source as it is.
+/// Whether a run rewrote the row's target instead of copying the source unchanged.
 bool isRewritten(const FileRow& row);
 /// Whether the run wrote the row's target.
 bool isWritten(const FileRow& row);
 
-/// What became of a file that stands for others.
+/// What became of a file that was kept instead of others.
 struct StandIn {
   FileRow row;
   bool isLast = true;  ///< no later row of the run wrote over its target
 };
 
-/// What the rows of a run say of each other. Only those are kept in memory that others refer to, and the
-/// names of what was written.
+/// How the rows of a run refer to each other. Only rows that others refer to, and the names of written files,
+/// are kept in memory.
 class StandIns {
  public:
   /// Reads the rows twice.
@@ -37,7 +37,7 @@ class StandIns {
   /// Whether no later row wrote over the row's target. `number` counts the rows of files from 0.
   bool isLast(const FileRow& row, std::size_t number) const;
 
-  /// The row of a file that stands for others; null where there is none.
+  /// The row of a file that was kept instead of others; null if there is none.
   const StandIn* find(const Path& original) const;
 
  private:

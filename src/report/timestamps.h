@@ -10,7 +10,7 @@ namespace kestrova::report {
 /// Nanoseconds since 1970 UTC in decimal digits, as records hold times: JSON's numbers are too coarse.
 std::string nanosecondsText(const Date& date);
 
-/// A time in UTC by a format of strftime; by default as it stands in run.json: 2026-11-21T10:15:02Z.
+/// A time in UTC in a format of strftime; by default as in run.json: 2026-11-21T10:15:02Z.
 std::string utcText(std::chrono::sys_seconds time, const char* format = "%Y-%m-%dT%H:%M:%SZ");
 
 }  // namespace kestrova::report

@@ -28,7 +28,7 @@ bool staysBelow(const Path& relative) {
 std::optional<std::string> whySourceDiffers(const FileRow& row, const Path& target, const Stopped& stopped) {
   if (areSameFile(row.source, target)) return "is the same file as its source";
   if (isRewritten(row)) {
-    if (row.sourceSha256.empty()) return "the record has no sum of its source";
+    if (row.sourceSha256.empty()) return "the record has no checksum of its source";
     const auto sum = sha256Of(row.source, ReadFrom::cache, stopped);
     if (!sum) return "its source cannot be read: " + sum.error().message;
     if (*sum != row.sourceSha256) return "its source has changed";
@@ -38,22 +38,22 @@ std::optional<std::string> whySourceDiffers(const FileRow& row, const Path& targ
   if (!same)
     return (same.error().isFirst ? "its source cannot be read: " : "cannot be read: ") +
            same.error().error.message;
-  if (!*same) return "its source has other content";
+  if (!*same) return "its source has different content";
   return std::nullopt;
 }
 
 /// Nothing, or why the target is no longer what the run wrote.
 std::optional<std::string> whyTargetDiffers(const FileRow& row, const Path& target,
                                             const FileAttributes& attributes, const Stopped& stopped) {
-  if (row.targetSize != attributes.size) return "has another size than the run gave it";
+  if (row.targetSize != attributes.size) return "has a different size than the run wrote";
   if (row.targetModified != nanosecondsText(attributes.modified)) return "was changed after the run";
   if (row.targetSha256.empty()) {
-    if (isRewritten(row)) return "the record has no sum of it";
+    if (isRewritten(row)) return "the record has no checksum of it";
     return std::nullopt;
   }
   const auto sum = sha256Of(target, ReadFrom::cache, stopped);
   if (!sum) return "cannot be read: " + sum.error().message;
-  if (*sum != row.targetSha256) return "has other content than the run gave it";
+  if (*sum != row.targetSha256) return "has different content than the run wrote";
   return std::nullopt;
 }
 
@@ -80,7 +80,7 @@ class Undo {
     return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
   }
 
-  /// Of several rows of one target the last one tells what stands there.
+  /// Of several rows with one target, the last one describes it.
   FileResult<void> listTargets() {
     std::size_t line = 0;
     return readRows(request_.rows, [&](const Row& row) {
@@ -101,13 +101,13 @@ class Undo {
 
   void takeBack(const FileRow& row) {
     const Path target = request_.target / *row.target;
-    const auto refusal = staysBelow(*row.target) ? takeAway(row, target) : "lies outside the target folder";
+    const auto refusal = staysBelow(*row.target) ? takeAway(row, target) : "is outside the target folder";
     if (refusal && !isStopped()) result_.refused.push_back({target, *refusal});
     progress_.done += {1, static_cast<std::int64_t>(row.targetSize.value_or(0))};
     if (request_.progress) request_.progress(progress_);
   }
 
-  /// Nothing when the file is gone in the end, or would be; otherwise why it stays.
+  /// Nothing if the file was removed, or would be; otherwise why it stays.
   std::optional<std::string> takeAway(const FileRow& row, const Path& target) {
     std::error_code error;
     const auto kind = fs::symlink_status(target, error).type();
@@ -140,9 +140,8 @@ class Undo {
 
   const UndoRequest& request_;
   const FileManager& files_;
-  std::unordered_map<std::string, std::size_t>
-      lastLineOf_;             ///< by target: among the rows of what was written
-  std::vector<Path> folders_;  ///< that the run created, below the target
+  std::unordered_map<std::string, std::size_t> lastLineOf_;  ///< by target; among the rows of written files
+  std::vector<Path> folders_;                                ///< that the run created, below the target
   WorkProgress progress_;
   UndoResult result_;
 };

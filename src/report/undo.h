@@ -14,7 +14,7 @@ namespace kestrova::report {
 struct UndoRequest {
   Path rows;    ///< the record's rows
   Path target;  ///< the target folder of the run
-  /// Takes a file away: into the trash, or for good. Not called in a dry run.
+  /// Removes a file: into the trash, or for good. Not called in a dry run.
   std::function<FileResult<void>(const Path& file)> discard;
   bool isDryRun = false;
   Stopped stopped = {};
@@ -28,17 +28,17 @@ struct Refusal {
 };
 
 struct UndoResult {
-  std::int64_t removed = 0;      ///< files taken away, or that would be
-  std::int64_t alreadyGone = 0;  ///< files that an earlier undo, or somebody else, took away
-  std::int64_t folders = 0;      ///< folders taken away
+  std::int64_t removed = 0;      ///< files removed, or that would be
+  std::int64_t alreadyGone = 0;  ///< files that an earlier undo, or another program, removed
+  std::int64_t folders = 0;      ///< folders removed
   std::vector<Refusal> refused;
   bool wasStopped = false;
 };
 
-/// Takes back what a run wrote. A file goes only if the record says that the run made it, if it is a regular
-/// file of the recorded size, time and content, and if its source is still there with the same content;
-/// everything else is refused. Then the folders go that the run made and that are empty. It may end anywhere
-/// and be called again. An error: the rows cannot be read.
+/// Undoes what a run wrote. A file is removed only if the record says that the run created it, if it is a
+/// regular file of the recorded size, time and content, and if its source is still there with the same
+/// content; everything else is refused. Then the folders that the run created are removed if they are empty.
+/// It may be interrupted anywhere and called again. An error: the rows cannot be read.
 FileResult<UndoResult> undoRun(const UndoRequest& request, const FileManager& files);
 
 }  // namespace kestrova::report

@@ -98,7 +98,7 @@ class Verification {
                                       : std::to_string(row.pagesLeftOut) + " pages were left out"};
   }
 
-  /// What was set aside may stand in the target rewritten, from an earlier run.
+  /// The target may have a rewritten version of a file that was set aside, from an earlier run.
   Finding verifySetAside(FileRow& row, const std::string& difference) {
     auto finding = compareWithTarget(row, difference);
     if (!finding || !finding->isReadable) return finding;
@@ -125,7 +125,7 @@ class Verification {
     return isSame ? std::nullopt : Finding(Risk{difference});
   }
 
-  /// A duplicate is as safe as the file that stands for it, provided that it really is one.
+  /// A duplicate is as safe as the file kept instead of it, provided that it really is one.
   Finding verifyDuplicate(FileRow& row) {
     const StandIn* standIn = row.original ? standIns_.find(*row.original) : nullptr;
     if (standIn == nullptr) return Risk{"nothing stands for it in the target"};

@@ -12,7 +12,7 @@ struct WorkProgress {
   Amount total;
 };
 
-/// Told after each file, on the caller's thread.
+/// Called after each file, on the caller's thread.
 using ProgressListener = std::function<void(const WorkProgress&)>;
 
 }  // namespace kestrova::report

@@ -8,12 +8,12 @@
 
 namespace kestrova {
 
-/// How much of a file its fingerprint and its properties are taken from, in bytes.
+/// How many bytes of a file its fingerprint and its properties are computed from.
 constexpr std::size_t prefixLength = 40960;
 
-/// What a file's first bytes come to.
+/// The fingerprint of a file's first bytes.
 struct Fingerprint {
-  std::string digits;          ///< those of no bytes where the file cannot be read
+  std::string digits;          ///< those of no bytes if the file cannot be read
   std::string readError = {};  ///< why it cannot be read, in UTF-8
 };
 Fingerprint readFingerprint(const FileManager& files, const Path& path);

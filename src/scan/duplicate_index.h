@@ -12,8 +12,8 @@
 
 namespace kestrova {
 
-/// File by key, in the order in which they were added. Paths are held as bytes: a list of a million files
-/// stays small.
+/// File by key, in the order in which they were added. Paths are kept as bytes, so that a list of a million
+/// files stays small.
 class FileList {
  public:
   struct Entry {
@@ -47,7 +47,7 @@ class FileList {
 /// Fingerprint by path.
 using HashList = std::unordered_map<std::string, std::string>;
 
-/// What a scan makes of a file, given those it has seen before.
+/// What a scan decides about a file, given those it has seen before.
 struct Sighting {
   enum class Kind {
     newFile,       ///< the first of its size
@@ -58,12 +58,14 @@ struct Sighting {
   Kind kind = Kind::newFile;
   std::string fingerprint = {};  ///< empty for a new file
   Path original = {};            ///< of a duplicate or a file of the same content: the file that it equals
-  std::string readError = {};    ///< why the file could not be read: whether it equals another is not known
+  std::string readError =
+      {};  ///< why the file could not be read: then it is unknown whether it equals another
 };
 
-/// Decides what a file is and enters it in the lists. A file of a size not seen before goes under its size in
-/// decimal; one that differs from the first file of its size goes under its fingerprint followed by the size.
-/// The first file's fingerprint is computed when a second file of its size turns up, and kept in `hashList`.
+/// Decides what a file is and adds it to the lists. The first file of a size is stored under its size in
+/// decimal; one that differs from the first file of its size is stored under its fingerprint followed by the
+/// size. The first file's fingerprint is computed when a second file of its size is found, and kept in
+/// `hashList`.
 Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std::uint64_t size,
                    const std::function<Fingerprint(const Path&)>& fingerprintOf);
 

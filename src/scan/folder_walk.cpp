@@ -18,10 +18,10 @@ struct Entry {
   bool isWanted = false;
 };
 
-/// The subfolders of one folder, and the files that somebody is to be told of.
+/// The subfolders of one folder, and the files to report.
 struct Listing {
-  std::size_t pathLength = 0;  ///< of the folder's path with a slash at its end
-  std::string names;           ///< one after the other, each with a zero at its end
+  std::size_t pathLength = 0;  ///< of the folder's path with a trailing slash
+  std::string names;           ///< one after the other, each ends in a zero
   std::vector<Entry> entries;
   std::size_t next = 0;
 
@@ -38,7 +38,7 @@ struct Listing {
   }
 };
 
-/// Whether nothing is there: it vanished, or a link leads nowhere.
+/// Whether nothing is there: it has disappeared, or a link leads nowhere.
 bool isAbsence(const FileError& error) {
   return error.code == ENOENT || error.code == ENOTDIR || error.code == ELOOP;
 }
@@ -98,8 +98,7 @@ void Walker::visitNext(Listing& listing) {
   }
 }
 
-/// From the folder above while that is still open, so that going down a long chain never starts from its top
-/// again.
+/// From the parent folder while that is still open, so that a long chain is not opened from its top again.
 void Walker::enterSubfolder(const char* name) {
   auto folder = isOpen() ? opened_->openFolder(name) : files_.openFolder(path_, FinalLink::refused);
   if (folder) {
@@ -134,7 +133,7 @@ void Walker::take(Listing& listing, const char* name, EntryKind kind) const {
   if (isFolder || isWanted || walk_.leaves) listing.add(name, kind, isWanted);
 }
 
-/// What is surely a file counts even where its attributes cannot be read.
+/// What is certainly a file counts even if its attributes cannot be read.
 void Walker::visitFile(const Listing& listing, const Entry& entry) {
   const auto attributes = attributesOf(listing, entry);
   WalkedFile file{.path = path_, .isLink = entry.kind == EntryKind::link};
@@ -160,10 +159,10 @@ FileResult<FileAttributes> Walker::attributesOf(const Listing& listing, const En
   return opened_->attributesOf(listing.nameOf(entry));
 }
 
-/// Opens the folder again that was closed when one of its subfolders was read.
+/// Reopens the folder that was closed when one of its subfolders was read.
 FileResult<void> Walker::reopen(const Listing& listing) {
   const bool isRoot = listings_.size() == 1;
-  // With a slash at its end, a link would be followed.
+  // With a trailing slash, a link would be followed.
   const Path folder = path_.substr(0, isRoot ? listing.pathLength : listing.pathLength - 1);
   auto opened = files_.openFolder(folder, isRoot ? FinalLink::followed : FinalLink::refused);
   if (!opened) return tl::make_unexpected(opened.error());

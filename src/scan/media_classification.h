@@ -21,9 +21,9 @@ class ExtensionList {
   bool operator==(const ExtensionList& other) const { return text_ == other.text_; }
 
   /// Whether the list holds the extension, given in UTF-8 without its dot, in any case. Allocates memory only
-  /// for what is not short and plain ASCII.
+  /// for extensions that are long or not ASCII.
   bool holds(std::string_view extension) const;
-  /// Whether a file of this name passes; one without an extension does not.
+  /// Whether a file of this name passes; a name without an extension does not.
   bool accepts(std::string_view fileName) const;
 
  private:
@@ -31,12 +31,12 @@ class ExtensionList {
   std::string lowercase_;  ///< UTF-8
 };
 
-/// The photo list of a choice of photo formats; empty where none is chosen.
+/// The extensions of a choice of photo formats; empty if none is chosen.
 ExtensionList photoExtensions(PhotoFormats formats);
 ExtensionList videoExtensions();
 
-/// The list of what a scan takes. Where nothing is chosen it is "avi,jpg,mov", in which only jpg has a comma
-/// on each side.
+/// The extensions that a scan takes. If nothing is chosen they are "avi,jpg,mov", in which only jpg has a
+/// comma on each side.
 ExtensionList mediaFilter(Media media, const ExtensionList& photos, const ExtensionList& videos);
 
 /// What follows the last dot of a file's name; empty without a dot, or when that dot is the name's first or

@@ -6,11 +6,11 @@
 /// Scaling, placing and generating pictures, and exchanging them with bitmaps and files. A bitmap is a
 /// QImage, a null one means failure. Sizes are in points, angles counter-clockwise, the origin is at the
 /// bottom left. The routines keep no state; each call works on its own pictures, on any thread. Those that
-/// change the size of the picture they are given say so: no other thread may use it meanwhile.
+/// change the size of the given picture say so; no other thread may use it at the same time.
 namespace kestrova::HBPanel {
 
-/// The picture in exactly this size, whatever its aspect. The picture itself takes on the size too. Null,
-/// after a line in the log, when it has no pixels; null when the size has no area or is too large.
+/// The picture in exactly this size, even if its aspect ratio differs. The given picture gets the size too.
+/// Null, after a line in the log, when it has no pixels; null when the size has no area or is too large.
 ImagePtr imageResize(const ImagePtr& image, QSizeF newSize);
 
 /// The picture turned by the quarter turn at or above the angle, on a canvas of its own size. 360 degrees
@@ -35,13 +35,12 @@ ImagePtr prettyGradientImage(QSizeF size);
 /// The length of a vector.
 float vectorLength(double x, double y);
 
-/// Writes the picture's first representation; whole or not at all, replacing what is there. False when it
-/// could not.
+/// Writes the picture's first representation; whole or not at all, replacing what is there. False on failure.
 bool saveImage(const Image& receiver, const Image& image, imaging::ImageType saveType,
                const EncodingProperties& properties, const Path& ToTarget);
 
 /// The whole picture in the file at `atPath`, turned upright. A tilde at its beginning stands for a home
-/// folder. Null when there is none; nothing is reported. `file` has no effect.
+/// folder. Null if there is none; nothing is reported. `file` has no effect.
 QImage thumbnailForFile(const Image& receiver, const Path& file, const Path& atPath);
 
 /// A picture of the bitmap's size in pixels that shows it.

@@ -14,7 +14,7 @@ struct Replacement {
   QStringView after;
 };
 
-/// Applied one after the other, each to the result of those before it.
+/// Applied one after the other, each to the result of the previous ones.
 constexpr std::array<Replacement, 21> turkishRepairs{{
     // ISO 8859-9 or Windows-1254, read as Latin-1.
     {u"\u00FD", u"\u0131"},
@@ -70,7 +70,7 @@ QString withoutMarks(const QString& text) {
   return result.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
 }
 
-/// The text without the differences that do not count.
+/// The text without the differences that are ignored.
 QString folded(QStringView text, CompareOptions options) {
   QString result = text.toString();
   if (options.testFlag(CompareOption::widthInsensitive)) result = withUsualWidths(result);

@@ -16,7 +16,7 @@ using imaging::ImageType;
 
 constexpr auto jpegType = std::string_view("public.jpeg");
 
-/// Tells of a failure in exactly these bytes, and gives the null bitmap that stands for it.
+/// Reports a failure in exactly these bytes, and returns a null bitmap.
 QImage failure(const char* diagnostic) {
   std::fputs(diagnostic, stderr);
   return {};

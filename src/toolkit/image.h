@@ -18,7 +18,7 @@ class Image {
   explicit Image(QSizeF size);
 
   /// The picture in a JPEG, PNG or TIFF file's bytes, turned upright by its stored orientation, one point a
-  /// pixel; the pages of a TIFF become one representation each. Null when it does not decode whole.
+  /// pixel; the pages of a TIFF become one representation each. Null when it does not decode completely.
   static std::shared_ptr<Image> fromData(ByteView file);
   static std::shared_ptr<Image> fromFile(const Path& file);
 
@@ -42,8 +42,7 @@ class Image {
   const std::vector<QImage>& representations() const { return representations_; }
   void addRepresentation(QImage bitmap) { representations_.push_back(std::move(bitmap)); }
 
-  /// The representation with the most pixels, the first of them where several have; a null one where there is
-  /// none.
+  /// The representation with the most pixels, the first of equals; a null image if there is none.
   QImage bestRepresentation() const;
 
  private:

@@ -17,7 +17,7 @@ namespace {
 
 constexpr auto canvasFormat = QImage::Format_ARGB32_Premultiplied;
 
-/// The whole number of pixels for a length; 0 where there are none or too many to count.
+/// The whole number of pixels for a length; 0 if there are none or too many.
 int wholePixels(double length) {
   return length > 0 && length < 1e9 ? std::max(1, static_cast<int>(std::lround(length))) : 0;
 }
@@ -52,7 +52,7 @@ QImage inCanvasColors(const QImage& bitmap) {
                                                        : bitmap;
 }
 
-/// Scales by the filter that a run scales photos with; null when the limits forbid it.
+/// Scales with the same filter as a run scales photos; null if it would exceed the limits.
 QImage scaledByLanczos(const QImage& bitmap, QSize pixels) {
   const QImage source = bitmap.convertToFormat(QImage::Format_RGBA8888);
   QImage result(pixels, QImage::Format_RGBA8888);
@@ -79,8 +79,8 @@ QImage resampled(const QImage& bitmap, QSize pixels) {
   }
 }
 
-/// What a transform makes of a bitmap, where sides stay parallel to the axes. QPainter is half a
-/// pixel off when it mirrors smoothly, so that is left to `turned`.
+/// The transformed bitmap, if its sides stay parallel to the axes. QPainter is half a pixel off when it
+/// mirrors smoothly, so `turned` does that.
 std::optional<imaging::Reorientation> exactReorientation(const QTransform& t) {
   if (t.m12() == 0 && t.m21() == 0) return imaging::Reorientation{t.m11() < 0, t.m22() < 0, false};
   if (t.m11() == 0 && t.m22() == 0) return imaging::Reorientation{t.m12() < 0, t.m21() < 0, true};

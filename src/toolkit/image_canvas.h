@@ -10,7 +10,7 @@
 
 namespace kestrova {
 
-/// How drawn pixels S meet those that are there, D (Porter and Duff, "Compositing Digital Images").
+/// How drawn pixels S are combined with the existing ones D (Porter and Duff, "Compositing Digital Images").
 enum class Composition {
   copy,        ///< S
   sourceIn,    ///< S where D is opaque
@@ -23,10 +23,10 @@ enum class Interpolation {
   high,      ///< every source pixel counts
 };
 
-/// A new picture to draw into. Coordinates are points; the origin is at the bottom left, y grows upwards and
+/// A new picture to draw on. Coordinates are points; the origin is at the bottom left, y grows upwards and
 /// angles turn counter-clockwise. The canvas starts transparent, with one pixel a point, in sRGB; bitmaps of
-/// other colour spaces are converted. A size without area, or beyond the bounds of image_limits.h, makes a
-/// canvas that is not valid: drawing on it does nothing.
+/// other colour spaces are converted. A size without area, or beyond the bounds of image_limits.h, makes an
+/// invalid canvas: drawing on it does nothing.
 class ImageCanvas {
  public:
   explicit ImageCanvas(QSizeF size);
@@ -35,7 +35,7 @@ class ImageCanvas {
 
   void setImageInterpolation(Interpolation interpolation) { interpolation_ = interpolation; }
 
-  /// Puts a transform in front of those in effect: what is drawn next goes through it first.
+  /// Adds a transform in front of the current ones: what is drawn next goes through it first.
   void concat(const QTransform& transform);
 
   /// Replaces what is in the rectangle by a colour.
@@ -47,7 +47,8 @@ class ImageCanvas {
   /// Draws the bitmap scaled to the rectangle, its first row at the top.
   void draw(const QImage& bitmap, const QRectF& rect, Composition composition);
 
-  /// Ends the drawing: a picture of the canvas's size that shows it. One without representation if not valid.
+  /// Ends the drawing and returns a picture of the canvas's size; without a representation if the canvas is
+  /// invalid.
   ImagePtr finish();
 
  private:

@@ -11,8 +11,8 @@ namespace kestrova {
 /// warning.
 QImage decodeJpeg(ByteView file);
 
-/// Quality from 0.0 to 1.0; the best one keeps the colours at full resolution. Nothing when the picture is
-/// null or has a side above 65,500 pixels.
+/// Quality from 0.0 to 1.0; the best quality keeps the colours at full resolution. Nothing when the picture
+/// is null or has a side above 65,500 pixels.
 std::optional<Bytes> encodeJpeg(const QImage& image, float quality);
 
 }  // namespace kestrova

@@ -7,7 +7,7 @@
 
 namespace kestrova {
 
-/// The PNG's pixels, 8 or 16 bits a sample as in the file. Null when it does not decode whole.
+/// The PNG's pixels, 8 or 16 bits a sample as in the file. Null when it does not decode completely.
 QImage decodePng(ByteView file);
 
 /// Nothing when the picture is null.

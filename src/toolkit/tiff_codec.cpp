@@ -50,7 +50,7 @@ void setColorSpace(QImage& page, TIFF* tiff) {
   page.setColorSpace(colorSpaceFrom({profile, size}));
 }
 
-/// libtiff takes what is to be written as bytes without alpha or with alpha that nothing is multiplied by.
+/// libtiff accepts bytes without alpha, or with alpha that is not premultiplied.
 QImage writable(const QImage& image) {
   if (image.format() == QImage::Format_Grayscale8) return image;
   return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_RGBA8888 : QImage::Format_RGB888);

@@ -6,12 +6,12 @@ namespace kestrova {
 
 class ValueComboBox;
 
-/// What screen readers see of a ValueComboBox: as of any combo box, but with the value that it displays.
+/// What screen readers see of a ValueComboBox: the same as of any combo box, but with the displayed value.
 class AccessibleComboBox : public QAccessibleWidget {
  public:
   explicit AccessibleComboBox(ValueComboBox& combo);
 
-  /// Makes ValueComboBoxes known to be these. May be called again.
+  /// Registers this interface for ValueComboBoxes. May be called again.
   static void install();
 
   int childCount() const override;

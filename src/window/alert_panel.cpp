@@ -9,7 +9,7 @@ namespace kestrova {
 
 namespace {
 
-// The first button does what the alert is about, the others do not; each desktop has its own places for them.
+// The first button confirms, the others do not; each desktop has its own places for them.
 QList<QAbstractButton*> addButtons(QMessageBox& box, const QStringList& titles) {
   QList<QAbstractButton*> buttons;
   for (const QString& title : titles) {

@@ -9,7 +9,7 @@ namespace kestrova {
 /// Alerts as message boxes with a warning sign, modal for the whole program.
 class WindowAlertPanel : public AlertPanel {
  public:
-  /// The window must outlive the panel's use.
+  /// The window must outlive the panel.
   explicit WindowAlertPanel(QWidget& window) : window_(window) {}
 
   int runModal(const Alert& alert) override;

@@ -19,7 +19,7 @@ void copyState(const Control& control, QWidget& widget) {
   widget.setVisible(!control.isHidden());
 }
 
-// Whoever hears a number must hear of what.
+// Those who hear a number must hear what it counts.
 void nameAccessibly(QLabel& label, const QString& meaning) {
   if (meaning.isEmpty()) return;
   label.setAccessibleName(label.text().isEmpty() ? meaning : meaning + QStringLiteral(": ") + label.text());
@@ -68,7 +68,7 @@ void bindButton(FrameRefresh& refresh, const std::shared_ptr<Button>& button, QA
   QObject::connect(&widget, &QAbstractButton::clicked, &refresh, [button] { button->performClick(); });
 }
 
-// A screen reader toggles without a click, so what counts is that the widget differs from the control.
+// A screen reader toggles without a click, so only the difference between widget and control counts.
 void bindCheckBox(FrameRefresh& refresh, const std::shared_ptr<CheckBox>& box, QCheckBox& widget) {
   refresh.bind(box, [box, &widget] {
     widget.setCheckState(checkState(box->state()));

@@ -14,11 +14,11 @@ namespace kestrova {
 
 class ValueComboBox;
 
-/// How the window words a control's text; it stands as it is when absent.
+/// Translates a control's text for the window; if absent, the text is shown as it is.
 using Wording = QString (*)(const QString& text);
 
-/// Each function binds one widget to one control: the widget shows the control's values, and what the user
-/// does to the widget is done to the control. The widget must live as long as the FrameRefresh. Main thread
+/// Each function binds one widget to one control: the widget shows the control's values, and the user's
+/// actions on the widget go to the control. The widget must live as long as the FrameRefresh. Main thread
 /// only.
 void bindTextField(FrameRefresh& refresh, const std::shared_ptr<TextField>& field, QLabel& label,
                    Wording wording = nullptr);

@@ -6,7 +6,7 @@ namespace kestrova {
 
 namespace {
 
-constexpr int margin = 6;  // pixels around what it lies over
+constexpr int margin = 6;  // pixels around the covered widget
 constexpr int frameWidth = 2;
 constexpr int cornerRadius = 6;
 

@@ -4,8 +4,8 @@
 
 namespace kestrova {
 
-/// Lies over a part of its window while folders are dragged there, and says what a drop would do. The
-/// pointer does not meet it.
+/// Covers a part of its window while folders are dragged over it, and says what a drop would do. Mouse events
+/// pass through it.
 class DropHighlight : public QWidget {
   Q_OBJECT
 

@@ -8,8 +8,8 @@ class QMimeData;
 
 namespace kestrova {
 
-/// The local folders among what is being dragged, in its order, without closing slashes; whatever else it is
-/// or holds is passed over.
+/// The local folders among the dragged items, in their order, without trailing slashes; everything else is
+/// ignored.
 std::vector<Path> foldersIn(const QMimeData& dragged);
 
 }  // namespace kestrova

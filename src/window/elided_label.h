@@ -4,8 +4,8 @@
 
 namespace kestrova {
 
-/// One line of text that never widens the window: what does not fit is left out in its middle and stands in
-/// the tool tip. Without a text it shows its placeholder.
+/// One line of text that never widens the window: what does not fit is left out in the middle, and the tool
+/// tip shows it all. Without a text it shows its placeholder.
 class ElidedLabel : public QLabel {
   Q_OBJECT
   Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)

@@ -9,7 +9,7 @@ namespace kestrova {
 /// The desktop's own folder chooser as a sheet on a window.
 class WindowFolderPanel : public FolderPanel {
  public:
-  /// The window must outlive the panel's use.
+  /// The window must outlive the panel.
   explicit WindowFolderPanel(QWidget& window) : window_(window) {}
 
   void beginSheetModalForWindow(Completion completion) override;

@@ -10,8 +10,8 @@
 
 namespace kestrova {
 
-/// Copies controls to the widgets that show them. A control may change a hundred thousand times a second; it
-/// is only marked then, and once a frame whatever is marked is copied. Nothing runs while nothing changes.
+/// Copies controls to the widgets that show them. A control may change a hundred thousand times a second: a
+/// change only marks it, and the marked controls are copied once a frame. Nothing runs while nothing changes.
 /// Main thread only. Serves as the context of all connections that use what it copies.
 class FrameRefresh : public QObject {
  public:

@@ -18,7 +18,7 @@ constexpr const char* usage =
     "Opens the window that turns scattered photos and videos into one dated folder tree.\n"
     "kestrova-cli does the same without a window.\n";
 
-// Answered before there is an application, as that takes a display.
+// Answered before the application is created, as that needs a display.
 bool answers(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {

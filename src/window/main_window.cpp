@@ -25,7 +25,7 @@ namespace {
 constexpr double headingScale = 1.15;
 constexpr int buttonPadding = 12;  // points, both sides together
 
-// Whatever was proposed: after a move the other program would delete the folder.
+// Even if a move was proposed: after it the other program would delete the folder.
 bool acceptAsCopy(QDropEvent& event) {
   const bool mayCopy = event.possibleActions().testFlag(Qt::CopyAction);
   if (mayCopy) event.setDropAction(Qt::CopyAction);
@@ -90,7 +90,7 @@ void MainWindow::bindFolders() {
   bindTextField(refresh_, interface_.lblTargetPath, *ui_->lblTargetPath);
 }
 
-// At once, not with the next frame: what the user selects must be the rows that there are.
+// At once, not with the next frame: the user must select from the current rows.
 void MainWindow::showSources() {
   const auto& table = *interface_.sourceList;
   QStringList rows;
@@ -191,7 +191,7 @@ void MainWindow::layOut() {
   ui_->buttonAddSource->setFocus();  // where everyone begins
 }
 
-// The options stand in the columns of the counts below them, however long their labels are.
+// The options are aligned with the columns of the counts below them, even if their labels are long.
 void MainWindow::alignColumns() {
   const auto labels = {ui_->copyLabel, ui_->folderFormatLabel, ui_->photoFormatsLabel, ui_->resolutionLabel};
   int width = 0;
@@ -199,7 +199,7 @@ void MainWindow::alignColumns() {
   for (auto* label : labels) label->setMinimumWidth(width);
 }
 
-// As wide as the numbers of a large collection need, so that nothing moves while they grow.
+// Wide enough for the numbers of a large collection, so that nothing moves while they grow.
 void MainWindow::keepNumbersInPlace() {
   const QFontMetrics metrics(ui_->lblTotalCount->font());
   const int countWidth = metrics.horizontalAdvance(QStringLiteral("8888888"));
@@ -225,7 +225,7 @@ void MainWindow::bindRun() {
   connect(shortcut, &QShortcut::activated, ui_->buttonStart, &QPushButton::click);
 }
 
-// What the last run left to be said goes when the next one begins, before its workers start to count.
+// What the last run left to show is removed when the next one begins, before its workers start to count.
 void MainWindow::start() {
   auto& manager = interface_.manager;
   const bool isToStart = !manager.isRunning();
@@ -259,7 +259,7 @@ void MainWindow::bindMenus() {
   });
 }
 
-// Not quit(), which would have every window closed first, and so ask once more.
+// Not quit(), which would first close every window and so ask again.
 bool MainWindow::terminate() {
   if (isAsking_) return false;
   const QScopedValueRollback asking(isAsking_, true);

@@ -21,14 +21,14 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// What is absent of the host's panels and its `terminate` is the window's own. Without a desktop nothing
-  /// is shown outside the window.
+  /// Panels and a `terminate` that the host does not have are the window's own. Without a desktop nothing is
+  /// shown outside the window.
   explicit MainWindow(Host host, std::shared_ptr<DesktopStatus> desktop = nullptr);
   ~MainWindow() override;
 
   MainInterface& controls() { return interface_; }
 
-  /// Asks whether the program may end, and ends it then; returns whether it ends.
+  /// Asks whether the program may end, and if so ends it; returns whether it does.
   bool terminate();
 
  protected:
@@ -63,7 +63,7 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<Ui::MainWindow> ui_;
   DropHighlight dropHighlight_;
   std::unique_ptr<RunDisplay> display_;
-  FrameRefresh refresh_;  // ends before what it refers to
+  FrameRefresh refresh_;  // destroyed before what it refers to
   bool isAsking_ = false;
 };
 

@@ -27,10 +27,10 @@ QColor mixed(const QColor& from, const QColor& to, double share) {
                           channel(from.blueF(), to.blueF()));
 }
 
-// As it looks on that ground.
+// As it looks on that background.
 QColor opaque(const QColor& color, const QColor& ground) { return mixed(ground, color, color.alphaF()); }
 
-// The first colour on the way from one to the other that stands out from the third.
+// The first colour between one and the other with enough contrast to the third.
 QColor readable(const QColor& color, const QColor& limit, const QColor& against) {
   for (int step = 0; step < steps; ++step) {
     const QColor tried = mixed(color, limit, double{1} * step / steps);
@@ -72,7 +72,7 @@ struct Repair {
     if (contrastRatio(text, ground) < enough) set(pair.text, readable(text, farthestFrom(ground), ground));
   }
 
-  // Here the ground gives way, as the text's colour is a choice for all grounds of its kind.
+  // Here the background changes, as the text's colour was chosen for all backgrounds of its kind.
   void repairSelection() {
     const QColor ground = result.color(group, QPalette::Highlight);
     const QColor text = opaque(result.color(group, QPalette::HighlightedText), ground);

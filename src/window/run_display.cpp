@@ -11,7 +11,7 @@ namespace {
 
 constexpr int tickMilliseconds = 500;
 
-/// Where the remainder of a run counts files of an outcome; null for what needs no word.
+/// Where the remainder of a run counts files of an outcome; null for outcomes that are not shown.
 std::int64_t RunRemainder::*placeOf(Outcome outcome) {
   switch (outcome) {
     case Outcome::failed:

@@ -19,9 +19,9 @@ namespace Ui {
 class MainWindow;
 }
 
-/// Tells how far the run is, beyond what its controls show: in words below the bar, in the window's title and
-/// the task bar; and at its end what is left to know, here and, for whoever looks elsewhere, on the desktop.
-/// Main thread only; what it refers to must outlive it.
+/// Shows how far the run is, in addition to the controls: in words below the bar, in the window's title and
+/// in the task bar. At the end it shows what needs attention, here and, if the user is elsewhere, on the
+/// desktop. Main thread only; everything it refers to must outlive it.
 class RunDisplay : public QObject {
   Q_OBJECT
 

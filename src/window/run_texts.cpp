@@ -14,7 +14,7 @@ struct Run {
 
 QString number(std::int64_t value) { return QLocale().toString(static_cast<qlonglong>(value)); }
 
-// What a language chooses its plural by.
+// Languages choose the plural by this number.
 int plural(std::int64_t count) { return static_cast<int>(count); }
 
 QString activityText(const RunProgress& progress) {

@@ -23,29 +23,29 @@ struct RunProgress {
 
 // All in the user's language and digits.
 
-/// What stands below the progress bar; empty before the first run.
+/// The text below the progress bar; empty before the first run.
 QString progressText(const RunProgress& progress);
 
 /// The window's title.
 QString titleText(const RunProgress& progress);
 
-/// A time as one says it, without false precision.
+/// A duration in everyday words, without false precision.
 QString timeLeftText(std::chrono::seconds left);
 
 /// How many files a run has written, as a sentence.
 QString writtenText(std::int64_t files);
 
-/// What a run that has ended leaves for the user to know.
+/// What the user should know after a run.
 struct RunRemainder {
   bool foundNothing = false;
   std::int64_t failed = 0;        ///< files that could not be written
-  std::int64_t nameTaken = 0;     ///< not written, as their name had been given to another file meanwhile
+  std::int64_t nameTaken = 0;     ///< not written, as another file of the run has their name
   std::int64_t alreadyThere = 0;  ///< in the target before the run
 
   bool isSerious() const { return failed > 0 || nameTaken > 0; }
 };
 
-/// It in plain words; empty when there is nothing to say.
+/// The remainder in plain words; empty when there is nothing to say.
 QString remainderText(const RunRemainder& remainder);
 
 }  // namespace kestrova

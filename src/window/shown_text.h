@@ -4,11 +4,11 @@
 
 namespace kestrova {
 
-/// A text of the controller (a status, an alert, a button of one) in the user's language; one that is not
-/// known stays as it is. The controller itself speaks English throughout.
+/// A text of the controller (a status, an alert, an alert's button) in the user's language; an unknown text
+/// stays as it is. The controller itself only uses English.
 QString shownText(const QString& text);
 
-/// The same of the title of the window's Start and Stop buttons, with the letter that Alt goes with.
+/// The same for the title of the window's Start and Stop buttons, with its Alt key.
 QString shownTitle(const QString& title);
 
 }  // namespace kestrova

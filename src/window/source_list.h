@@ -16,7 +16,7 @@ class SourceList : public QListWidget {
   const QString& placeholderText() const { return placeholderText_; }
   void setPlaceholderText(const QString& text);
 
-  /// Shows these rows, none of them selected; the keyboard stays where it was.
+  /// Shows these rows, none of them selected; the current row stays.
   void setRows(const QStringList& rows);
   std::set<std::size_t> selectedRows() const;
 

@@ -17,7 +17,7 @@ void install(const QLocale& locale, const QString& name, const QString& folder) 
 
 }  // namespace
 
-// The one installed last is asked first. English is a translation as well: it has the plurals.
+// The one installed last is used first. English is a translation, too: it has the plurals.
 void installTranslations(const QLocale& locale) {
   const auto own = QStringLiteral("kestrova");
   const auto ownFolder = QStringLiteral(":/translations");

@@ -4,8 +4,8 @@
 
 namespace kestrova {
 
-/// Makes the application speak the first of the locale's languages that there is a translation for, its
-/// dialogs included; English when there is none. Call it once, before the first window. Main thread only.
+/// Sets the application's language, including its dialogs, to the first of the locale's languages that has a
+/// translation; English if there is none. Call it once, before the first window. Main thread only.
 void installTranslations(const QLocale& locale);
 
 }  // namespace kestrova

@@ -4,8 +4,8 @@
 
 namespace kestrova {
 
-/// A combo box that shows a value of its own, which may differ from the selected item's text. Screen readers
-/// are told the shown one, as its name; its label names it by relation.
+/// A combo box whose displayed value may differ from the selected item's text. Screen readers get the
+/// displayed value as its name; its label names it by relation.
 class ValueComboBox : public QComboBox {
   Q_OBJECT
 
@@ -17,7 +17,7 @@ class ValueComboBox : public QComboBox {
 
  protected:
   void initStyleOption(QStyleOptionComboBox* option) const override;
-  /// Only turns the choice when the user is at it, not when the pointer passes by.
+  /// Only changes the selection when the box has the focus, not when the pointer is just above it.
   void wheelEvent(QWheelEvent* event) override;
 
  private:

@@ -18,7 +18,7 @@ Organise parse(const WordList& words) {
   return std::get<OrganiseArguments>(*arguments);
 }
 
-/// What a complete command line with these words more gives.
+/// What a complete command line with these additional words gives.
 Organise parseWith(WordList words) {
   words.insert(words.begin(), {"organise", "/in", "--to", "/out"});
   return parse(words);

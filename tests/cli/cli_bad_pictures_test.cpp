@@ -26,7 +26,7 @@ constexpr bool hasSanitizer = false;
 
 constexpr long mostKilobytes = 2'000'000;  // the working memory of a codec, twice
 
-/// A photo of a date of its own, so that it gets a name of its own, on its side, so that it has to be
+/// A photo with its own date, so that it gets its own name, and stored sideways, so that it has to be
 /// rewritten.
 SamplePhoto photoOfMinute(int minute) {
   const std::string digits = std::to_string(100 + minute).substr(1);

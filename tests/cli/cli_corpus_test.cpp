@@ -18,8 +18,8 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// What a command that takes files says of all files below a folder: one line for each warning, sorted,
-/// without the files' names.
+/// What a command says about all files below a folder: one line for each warning, sorted, without the files'
+/// names.
 Lines sortedLines(const std::string& text) {
   Lines lines;
   std::istringstream stream(text);

@@ -58,7 +58,7 @@ struct Folders {
   QJsonObject summary(const Words& more = {}) const { return jsonIn(organise(Words{"--json"} + more)); }
 };
 
-/// The number of files of a group of the summary; -1 where there is no such group.
+/// The number of files in a group of the summary; -1 if there is no such group.
 inline int files(const QJsonObject& summary, const char* group) {
   return summary[QLatin1String(group)].toObject()[QLatin1String("files")].toInt(-1);
 }

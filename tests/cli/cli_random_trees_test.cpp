@@ -16,8 +16,8 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-// What holds of every run, whatever the tree and the options: the real program on trees made by chance. The
-// test's number is the tree's seed. KESTROVA_TREES says how many trees each test takes.
+// What is true for every run with every tree and all options: the real program on random trees. The test's
+// number is the tree's seed. KESTROVA_TREES says how many trees each test uses.
 
 namespace kestrova::test {
 
@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 using testing::IsEmpty;
 using Words = std::vector<std::string>;
 
-/// Options made by chance, and what they mean for the files.
+/// Random options, and what they mean for the files.
 class ChosenOptions {
  public:
   explicit ChosenOptions(unsigned seed) : random_(seed) {
@@ -49,7 +49,7 @@ class ChosenOptions {
 
   const Words& words() const { return words_; }
   bool take(const TreeFile& file) const { return extensions_.contains(file.extension); }
-  /// Whether a filter may leave out such a file for being small.
+  /// Whether a filter may leave out such a file because it is small.
   bool mayLeaveOut(const TreeFile& file) const { return file.isVideo() ? skipsVideos_ : skipsPhotos_; }
   /// Whether no photo is rewritten.
   bool copiesOnly() const { return copiesOnly_; }
@@ -82,7 +82,7 @@ std::ostream& operator<<(std::ostream& stream, const Amount& amount) {
   return stream << amount.files << " files of " << amount.bytes << " bytes";
 }
 
-/// What a run said of itself.
+/// What a run said about itself.
 struct Report {
   ProcessResult result;
   QJsonObject summary;
@@ -94,7 +94,7 @@ struct Report {
   }
 };
 
-/// Without root's right to read everything, so that unreadable files are.
+/// Without root's right to read everything, so that unreadable files really are unreadable.
 Words asAnyUser(const Words& command) {
   if (geteuid() != 0) return command;
   Words words{"setpriv", "--bounding-set=-dac_override,-dac_read_search",
@@ -107,15 +107,15 @@ bool isBelow(const Path& folder, const Path& path) {
   return path.native().starts_with(folder.native() + '/');
 }
 
-/// Whether a run takes one for a duplicate of the other.
+/// Whether a run treats one as a duplicate of the other.
 bool countAsEqual(const TreeFile& a, const TreeFile& b) {
   constexpr std::size_t comparedLength = 40960;
   return a.contents.size() == b.contents.size() &&
          a.contents.compare(0, comparedLength, b.contents, 0, comparedLength) == 0;
 }
 
-/// A tree, often one of its folders as a second source, a target in which two files find their names taken,
-/// and options.
+/// A tree, often with one of its folders as a second source, a target in which the names of two files are
+/// taken, and options.
 class CliRandomTrees : public testing::TestWithParam<unsigned> {
  protected:
   CliRandomTrees() {
@@ -157,7 +157,7 @@ class CliRandomTrees : public testing::TestWithParam<unsigned> {
       sum = sum + Amount{1, static_cast<std::int64_t>(fs::file_size(out_ / name))};
     return sum;
   }
-  /// Whether the target holds the bytes of a file that has its name, or a whole picture made of one.
+  /// Whether the target holds the bytes of a file with that name, or a complete picture made from one.
   bool isRight(const std::string& name) const {
     const std::string contents = readFile(out_ / name);
     bool hasSource = false;
@@ -246,7 +246,7 @@ TEST_P(CliRandomTrees, EndInWholeFilesUnderTheirNames) {
 TEST_P(CliRandomTrees, AreInTheTargetUnlessLeftOutOnPurpose) {
   organise();
   for (const TreeFile& file : candidates_) {
-    // An empty file counts as a copy of an unreadable one of 0 bytes: neither has anything to lose.
+    // An empty file counts as a copy of an unreadable one of 0 bytes: neither has any content to lose.
     if (!file.isReadable || file.contents.empty() || options_.mayLeaveOut(file)) continue;
     const bool isThere = std::ranges::any_of(candidates_, [&](const TreeFile& other) {
       return countAsEqual(file, other) && fs::exists(out_ / other.targetName());

@@ -42,7 +42,7 @@ class CliRun : public testing::Test {
     };
   }
   static void fail() { throw std::runtime_error("out of order"); }
-  /// The user's Ctrl-C, and time to see it.
+  /// The user's Ctrl-C, and time to notice it.
   static std::function<void()> ctrlC() {
     return [main = pthread_self()] {
       pthread_kill(main, SIGINT);

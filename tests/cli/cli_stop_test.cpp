@@ -11,7 +11,7 @@ namespace kestrova::test {
 
 namespace {
 
-/// So many that a run over them takes longer than it takes to stop it.
+/// So many that a run over them can be stopped before it ends.
 constexpr std::size_t manyFiles = 600;
 
 std::string contentsOfSize(std::size_t size) { return std::string(size, static_cast<char>('a' + size % 26)); }

@@ -22,7 +22,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-// The private mount ends with the shell, so the tree is kept elsewhere.
+// The private mount ends with the shell, so the tree is copied elsewhere.
 constexpr int noMounts = 99;
 constexpr const char* onASmallVolume = R"(
 mount -t tmpfs -o size=256k,mode=700 tmpfs "$1" 2>/dev/null || exit 99
@@ -53,7 +53,7 @@ class Terminal {
   Terminal& operator=(const Terminal&) = delete;
 
   std::string device() const { return ptsname(master_); }
-  /// All that was written until the last program closed it.
+  /// Everything that was written until the last program closed it.
   std::string read() const {
     std::string text;
     std::array<char, 4096> buffer{};

@@ -12,7 +12,7 @@
 
 namespace kestrova::test {
 
-/// What operations call: counts, and notes how many run at once.
+/// The target of operations: counts calls, and how many run at once.
 class CountingTarget {
  public:
   void work(int number) {

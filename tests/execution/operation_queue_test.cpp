@@ -180,7 +180,7 @@ TEST(OperationQueue, LetsGoOfAnArgumentWhenItsOperationEnds) {
   EXPECT_EQ(argument.use_count(), 1);
 }
 
-// Every operation ends exactly once, run or cancelled, whatever happens to the queue meanwhile.
+// Every operation ends exactly once, run or cancelled, whatever happens to the queue.
 TEST(OperationQueue, CallsTheOtherMethodOfAnOperationThatIsCancelledBeforeItStarts) {
   Target target;
   OperationQueue queue;

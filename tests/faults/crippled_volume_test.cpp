@@ -11,7 +11,7 @@
 #include <sys/syscall.h>
 #endif
 
-// File systems that know less than others, played by system calls that fail.
+// File systems that support less than others, simulated by system calls that fail.
 
 namespace kestrova {
 

@@ -34,7 +34,7 @@ void makeSources(const Path& folder) {
   }
 }
 
-/// What a run does to the tree; a file that is there already counts as done. The number of failures.
+/// Does what a run does to the tree; an existing file counts as done. Returns the number of failures.
 int copyTree(FileManager& files, const Path& from, const Path& to) {
   int failures = 0;
   for (int i = 0; i < fileCount; ++i) {

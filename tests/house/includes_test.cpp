@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// Reads the includes of the sources: dependencies point one way.
+// Reads the includes of the sources: dependencies must point one way.
 namespace kestrova {
 namespace {
 
@@ -20,7 +20,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// The rooms from bottom to top. A file includes from its own room and from the levels below; rooms of one
-/// level know nothing of each other.
+/// level must not include each other.
 const std::vector<std::vector<std::string_view>> levels = {
     {"platform"},
     {"model"},
@@ -57,7 +57,7 @@ Room roomOf(std::string_view file) {
   return found;
 }
 
-/// What stands between the quotes or angle brackets of an include; empty for any other line.
+/// The text between the quotes or angle brackets of an include; empty for any other line.
 std::string includedBy(std::string_view line) {
   constexpr std::string_view blanks = " \t";
   const auto skip = [&](std::string_view word) {
@@ -85,8 +85,7 @@ bool belongsToQtWidgets(const std::string& header) {
   return header.starts_with("QtWidgets") || std::filesystem::exists(widgets / header);
 }
 
-/// Whether a file may include what is named so. A header outside of all rooms comes from a library, or is
-/// generated.
+/// Whether a file may include this header. A header outside all rooms comes from a library or is generated.
 bool mayInclude(std::string_view file, const std::string& included) {
   const Room from = roomOf(file);
   if (included.starts_with("..")) return false;
@@ -95,7 +94,7 @@ bool mayInclude(std::string_view file, const std::string& included) {
   return to.name.empty() || to.name == from.name || to.level < from.level;
 }
 
-/// "A includes B" for every include below the folder that runs up or sideways.
+/// "A includes B" for every include below the folder that goes up or sideways.
 std::vector<std::string> violationsIn(const Path& sources) {
   std::vector<std::string> violations;
   for (const auto& file : filesBelow(sources)) {

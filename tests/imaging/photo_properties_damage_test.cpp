@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-// Photos that are cut off, wrong or made to do harm.
+// Photos that are cut off, wrong or malicious.
 
 namespace kestrova::imaging {
 
@@ -15,7 +15,7 @@ using namespace kestrova::test;
 
 namespace {
 
-/// One photo of every kind that is made here, small, so that each byte of it can be tried.
+/// One photo of every kind that is generated here, small, so that each of its bytes can be tried.
 std::vector<Bytes> photosOfEveryKind() {
   std::vector<Bytes> photos;
   for (bool bigEndian : {false, true}) {
@@ -33,8 +33,8 @@ std::vector<Bytes> photosOfEveryKind() {
   return photos;
 }
 
-/// Reads bytes that end exactly where their memory ends, so that the address sanitizer sees every step too
-/// far.
+/// Reads bytes that end exactly where their memory ends, so that the address sanitizer sees every read past
+/// the end.
 void readHostile(const Bytes& bytes) {
   const std::unique_ptr<std::uint8_t[]> exact(new std::uint8_t[bytes.size()]);
   std::ranges::copy(bytes, exact.get());
@@ -57,7 +57,7 @@ TEST(PhotoProperties, ReadsWhatStandsBeforeACutInsideTheExifBlock) {
   expectSample(readPrefix(jpeg));
 }
 
-TEST(PhotoProperties, LeavesOutWhatStandsBehindACutInsideTheExifBlock) {
+TEST(PhotoProperties, LeavesOutWhatComesAfterACutInsideTheExifBlock) {
   SamplePhoto photo = sample();
   photo.descriptionBytes = 50000;
   photo.exifPixelSize = true;

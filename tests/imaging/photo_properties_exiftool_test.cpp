@@ -22,8 +22,8 @@
 
 #include <gtest/gtest.h>
 
-// Compares what is read from the first bytes of a photo with what exiftool reads from the same bytes.
-// Wherever the two differ, the difference has to be one of those that are explained below.
+// Compares what is read from the first bytes of a photo with what exiftool reads from the same bytes. If the
+// two differ, the difference must be one of those explained below.
 
 namespace kestrova::imaging {
 namespace {
@@ -40,7 +40,7 @@ struct Photo {
   ByteView prefix() const { return ByteView(file).first(std::min(prefixSize, file.size())); }
 };
 
-/// What a reader makes of a photo, as texts under the field's name; an absent value is an empty text.
+/// What a reader reads from a photo, as texts by field name; an absent value is an empty text.
 using Values = std::map<std::string, std::string>;
 
 struct Reading {
@@ -69,7 +69,7 @@ struct Explanation {
   std::function<bool(const Difference&)> covers;
 };
 
-/// The differences that are meant to be.
+/// The intended differences.
 const std::vector<Explanation> explanations{
     {"exiftool gives up a segment, a chunk or a directory that is cut off; here all is read that stands "
      "before the "
@@ -125,8 +125,8 @@ std::string firstOf(const QJsonObject& answer, std::initializer_list<const char*
   return {};
 }
 
-/// The keys are those of exiftool's family 1; it names the Exif directory of a BigTIFF file after the entry
-/// that leads there, and tag 0x9004 CreateDate.
+/// The keys are those of exiftool's family 1; it calls the Exif directory of a BigTIFF file by the entry that
+/// leads there, and tag 0x9004 CreateDate.
 Reading readingOf(const QJsonObject& answer) {
   static const std::set<std::string> types{"JPEG", "PNG", "TIFF", "BTF"};
   const std::string type = textOf(answer, "File:FileType");
@@ -143,7 +143,7 @@ Reading readingOf(const QJsonObject& answer) {
           firstOf(answer, {"ExifTool:Warning", "ExifTool:Error"})};
 }
 
-/// Runs exiftool once over files named after numbers; its readings stand under folder and number.
+/// Runs exiftool once over files with numbers as names; its readings are keyed by folder and number.
 std::map<Path, Reading> askExiftool(const Path& folder) {
   const QStringList arguments =
       QStringLiteral(
@@ -226,7 +226,7 @@ std::vector<Photo> generatedPhotos() {
     addInEveryFormat(photos, "date \"" + date + "\"", {.digitized = date});
   }
   for (std::size_t i = 0; i < 24; ++i) {
-    // The cut wanders through the date's own bytes.
+    // The cut moves through the date's bytes.
     addInEveryFormat(photos, "cut near the date", {.descriptionBytes = prefixSize - 220 + 8 * i});
   }
   return photos;

@@ -78,7 +78,7 @@ TEST(PhotoProperties, TakesAnOrientationOfEightBytesInABigTiff) {
   EXPECT_EQ(readPrefix(block.encode()).orientation, 3);
 }
 
-TEST(PhotoProperties, PassesOverAnOrientationThatIsNoWholeNumber) {
+TEST(PhotoProperties, SkipsAnOrientationThatIsNotAWholeNumber) {
   for (auto type : {0, 2, 5, 7, 10, 11, 12, 16, 99, 255}) {
     Bytes block = blockWith(tiffLong(orientationTag, 8));
     block.at(entryOf(block, orientationTag) + 2) = static_cast<std::uint8_t>(type);
@@ -86,13 +86,13 @@ TEST(PhotoProperties, PassesOverAnOrientationThatIsNoWholeNumber) {
   }
 }
 
-TEST(PhotoProperties, PassesOverAnOrientationOutsideOneToEight) {
+TEST(PhotoProperties, SkipsAnOrientationOutsideOneToEight) {
   for (std::uint64_t value : {0U, 9U, 255U, 0x0600U, 0xFFFFU}) {
     EXPECT_EQ(readBlock(blockWith(tiffShort(orientationTag, value))).orientation, std::nullopt) << value;
   }
 }
 
-TEST(PhotoProperties, PassesOverANegativeOrientation) {
+TEST(PhotoProperties, SkipsANegativeOrientation) {
   for (auto type : {6, 8, 9}) {
     Bytes block = blockWith(tiffLong(orientationTag, 0xFFFFFFFF));
     block.at(entryOf(block, orientationTag) + 2) = static_cast<std::uint8_t>(type);
@@ -138,7 +138,7 @@ TEST(PhotoProperties, ReadsAShortTextFromTheEntryItself) {
   EXPECT_EQ(digitizedOf(blockWithExif(tiffText(digitizedTag, ""))), "");
 }
 
-TEST(PhotoProperties, PassesOverADigitizingTimeThatIsNoText) {
+TEST(PhotoProperties, SkipsADigitizingTimeThatIsNotText) {
   TiffEntry entry = tiffText(digitizedTag, "2014:05:21 13:45:02");
   entry.type = TiffType::undefined;
   EXPECT_EQ(digitizedOf(blockWithExif(entry)), "");
@@ -189,13 +189,13 @@ TEST(PhotoProperties, KnowsEveryKindOfFrameHeader) {
   }
 }
 
-TEST(PhotoProperties, PassesOverAPixelSizeOfZero) {
+TEST(PhotoProperties, SkipsAPixelSizeOfZero) {
   const PhotoProperties read = readPrefix(joined({startOfImage, frameHeader(0xC0, 96, 0)}));
   EXPECT_EQ(read.pixelWidth, 96);
   EXPECT_EQ(read.pixelHeight, std::nullopt);
 }
 
-TEST(PhotoProperties, PassesOverFillBytesJunkAndStandaloneMarkers) {
+TEST(PhotoProperties, SkipsFillBytesJunkAndStandaloneMarkers) {
   const Bytes exif = exifSegment(exifBlock(sample()).encode());
   const Bytes fill{0xFF, 0xFF, 0xFF};
   const Bytes junk{0x12, 0x00, 0x34};
@@ -205,7 +205,7 @@ TEST(PhotoProperties, PassesOverFillBytesJunkAndStandaloneMarkers) {
       readPrefix(joined({startOfImage, fill, exif, junk, standalone, tooShort, frameHeader(0xC2, 96, 64)})));
 }
 
-TEST(PhotoProperties, PassesOverASegmentThatClaimsToBeShorterThanItsLengthField) {
+TEST(PhotoProperties, SkipsASegmentThatClaimsToBeShorterThanItsLengthField) {
   for (const int length : {0, 1}) {
     Bytes frame = frameHeader(0xC0, 96, 64);
     frame.at(3) = static_cast<std::uint8_t>(length);
@@ -218,7 +218,7 @@ TEST(PhotoProperties, LooksNoFurtherThanTheFirstScan) {
   EXPECT_EQ(read.pixelWidth, std::nullopt);
 }
 
-TEST(PhotoProperties, FindsTheExifBlockBehindAnXmpBlock) {
+TEST(PhotoProperties, FindsTheExifBlockAfterAnXmpBlock) {
   const std::string xmp = "http://ns.adobe.com/xap/1.0/";
   const Bytes segment = jpegSegment(0xE1, Bytes(xmp.begin(), xmp.end()));
   expectSample(readPrefix(
@@ -240,7 +240,7 @@ TEST(PhotoProperties, TakesTheFirstOfSeveralPngExifChunks) {
   expectSample(readPrefix(withChunks(pngPhoto(other), {first})));
 }
 
-TEST(PhotoProperties, FindsThePngExifChunkBehindThePixels) {
+TEST(PhotoProperties, FindsThePngExifChunkAfterThePixels) {
   SamplePhoto photo = sample();
   photo.exif = false;
   Bytes png = pngPhoto(photo);

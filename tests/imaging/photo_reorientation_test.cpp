@@ -31,7 +31,7 @@ constexpr double alikeSmallJpegsWhenScaled = 31;
 
 double turnedLikeness(ImageType type) { return type == ImageType::jpeg ? alikeWhenReencoded : identical; }
 
-/// Turned by ImageMagick, which is told the orientation: it does not look for it in every type.
+/// Turned by ImageMagick, which gets the orientation: it does not look for it in every type.
 Picture turnedPicture(const Path& file, std::int64_t orientation,
                       const std::vector<std::string>& scaling = {}) {
   static const std::vector<std::string> names{"TopLeft", "TopRight", "BottomRight", "BottomLeft",

@@ -86,7 +86,7 @@ TEST_P(CorpusTest, IsWrittenWithoutALossAndReadAgain) {
 
 class CorpusPreviewTest : public RealPhotosTest {
  protected:
-  /// Photos whose maker notes hold a preview that can be looked at.
+  /// Photos whose maker notes hold a readable preview.
   std::vector<Path> photosWithPreviews() {
     const auto run = runTool("exiftool", {"-q", "-r", "-if", "$PreviewImage and not $MPF:all", "-p",
                                           "$Directory/$FileName", corpus()});

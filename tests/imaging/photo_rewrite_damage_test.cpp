@@ -28,7 +28,7 @@ TEST_P(DamagedPhotoTest, IsAnErrorWhereverItIsCutOff) {
   }
 }
 
-/// Makes the checksums of a PNG's chunks right again, or else they would keep all damage from the decoder.
+/// Corrects the checksums of a PNG's chunks; otherwise the decoder would never see the damage.
 void repairChecksums(Bytes& file) {
   const auto numberAt = [&](std::size_t at) {
     return std::size_t{file[at]} << 24 | std::size_t{file[at + 1]} << 16 | std::size_t{file[at + 2]} << 8 |
@@ -43,7 +43,7 @@ void repairChecksums(Bytes& file) {
   }
 }
 
-/// Metadata stands within so many bytes from the start.
+/// Metadata is within so many bytes from the start.
 constexpr std::size_t metadataSize = 800;
 
 /// The photo with a few bytes changed, most of them in its metadata, and sometimes cut off.

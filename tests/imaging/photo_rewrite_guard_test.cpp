@@ -18,8 +18,8 @@
 
 #include <gtest/gtest.h>
 
-// Whatever makes pixels turn must be set to 1 when they have turned, or the next run turns them again. And
-// whatever states a pixel size must state the new one.
+// Every value that makes pixels turn must be set to 1 after they have turned, or the next run turns them
+// again. And every value that states a pixel size must state the new one.
 
 namespace kestrova::imaging {
 namespace {
@@ -169,7 +169,7 @@ std::vector<Photo> acceptedPhotos() {
   return photos;
 }
 
-/// What the Exif block of a photo says, wherever it stands.
+/// What the Exif block of a photo says, wherever it is.
 ExifValues exifOf(const Bytes& photo) {
   if (imageTypeOf(photo) == ImageType::tiff) return readExif(photo);
   const std::string_view name("Exif\0", 5);
@@ -211,7 +211,7 @@ TEST(PhotoRewriteGuard, LeavesNothingThatWouldTurnThePixelsAgain) {
   }
 }
 
-// The size that the source states may be another one's: only the pixels decide.
+// The size that the source states may be wrong: only the pixels decide.
 TEST(PhotoRewriteGuard, StatesTheSizeOfTheWrittenPixels) {
   Block block = plainBlock(false, false);
   block.block.exif = {tiffLong(0xA002, 4000), tiffLong(0xA003, 3000)};

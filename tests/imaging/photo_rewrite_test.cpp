@@ -33,7 +33,7 @@ TEST_P(PhotoTypeTest, KeepsItsPixelsWhenThereIsNothingToDo) {
 INSTANTIATE_TEST_SUITE_P(AllTypes, PhotoTypeTest, allTypes,
                          [](const auto& test) { return nameOf(test.param); });
 
-TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {
+TEST(PhotoRewrite, RefusesWhatIsNotAPhoto) {
   for (const Bytes& file : {Bytes{}, Bytes{0xFF}, Bytes{0xFF, 0xD8, 0xFF},
                             Bytes{'G', 'I', 'F', '8', '9', 'a'}, Bytes(100, 0), videoFile(5000)}) {
     EXPECT_FALSE(rewritten(file, toUpright));
@@ -41,7 +41,7 @@ TEST(PhotoRewrite, TurnsDownWhatIsNoPhoto) {
   }
 }
 
-TEST(PhotoRewrite, TurnsDownSizesThatNoPictureHas) {
+TEST(PhotoRewrite, RefusesSizesThatNoPictureHas) {
   const Bytes photo = jpegPhoto({.width = 64, .height = 48});
   for (const PixelSize& size :
        {PixelSize{0, 10}, PixelSize{10, -1}, PixelSize{70'000, 10}, PixelSize{60'000, 60'000}}) {

@@ -53,7 +53,7 @@ TEST(Tally, KeepsWhatCouldNotBeReadWrittenOrRewritten) {
   EXPECT_EQ(remarks[2].outcome, Outcome::unreadable);
 }
 
-TEST(Tally, BeginsAnew) {
+TEST(Tally, StartsAgainFromZero) {
   Tally tally;
   add(tally, Outcome::failed, 5);
   tally.clear();

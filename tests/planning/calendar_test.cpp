@@ -93,7 +93,7 @@ TEST(Calendar, FollowsAChangeOfTheTimeZoneOnceItIsTold) {
   EXPECT_EQ(splitDate({}).hour, 0);
 }
 
-TEST(Calendar, RefusesATextThatIsNoDate) {
+TEST(Calendar, RefusesATextThatIsNotADate) {
   for (const char* text :
        {"", "2014:05:21", "2014-05-21 13:45:02", "2014:05:21 13:45:02Z", " 2014:05:21 13:45:02",
         "2014:5:21 13:45:02", "    :  :     :  :  ", "0000:00:00 00:00:00", "2014:02:30 00:00:00",

@@ -19,7 +19,7 @@ constexpr const char* newYear = "2015:01:01 00:00:00";
 constexpr const char* mayDay = "2014:05:01 13:45:02";
 const FileError inputError{EIO, "on purpose"};
 
-/// Plans files of one folder for a target beside it, in the short folder format.
+/// Plans files of one folder for a target next to it, in the short folder format.
 class PlanFile : public testing::Test {
  protected:
   PlanFile() { options.folderFormat = FolderFormat::shortName; }
@@ -45,7 +45,7 @@ class PlanFile : public testing::Test {
                      .runStart = parseLocalTime(mayDay).value()},
                     files);
   }
-  /// Fails a call on this file alone.
+  /// Fails a call for this file only.
   static auto failingFor(const Path& file) {
     return [file](const Path& path) { return path == file ? std::optional(inputError) : std::nullopt; };
   }

@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-// A source that changes while it is copied, and one that has no end.
+// A source that changes while it is copied, and one that never ends.
 
 namespace kestrova {
 
@@ -29,7 +29,7 @@ void overwrite(const Path& path, std::string_view text) {
 
 }  // namespace
 
-TEST(CopyFile, NoticesASourceThatIsWrittenMeanwhile) {
+TEST(CopyFile, NoticesASourceThatIsWrittenDuringTheCopy) {
   const test::TemporaryFolder root;
   const Path path = test::writeFile(root / "from", "old bytes");
   const auto source = openRegularFile(path);

@@ -10,7 +10,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-// Copying: what of a file goes with it, and what is refused.
+// Copying: what is copied with a file, and what is refused.
 
 namespace kestrova {
 
@@ -110,7 +110,8 @@ TEST_P(FileCopy, CopiesAFileWhoseAttributeTheTargetCannotHold) {
 
 TEST_P(FileCopy, LeavesNoTraceOnTheSource) {
   const Path from = writeFile(folder / "from", "x");
-  const timespec times[2] = {{1000, 1}, {2000, 2}};  // so old that reading it would renew the time of access
+  const timespec times[2] = {{1000, 1},
+                             {2000, 2}};  // so old that reading the file would update its access time
   ASSERT_EQ(::utimensat(AT_FDCWD, from.c_str(), times, 0), 0);
   const struct stat before = statusOf(from);
   ASSERT_EQ(codeOf(files->copyItem(from, folder / "to")), 0);
@@ -160,7 +161,7 @@ TEST_P(FileCopy, ReportsAMissingSourceOrFolderInTheSystemsWords) {
   EXPECT_EQ(codeOf(files->writeData(viewOf("x"), folder / std::string(256, 'n'))), ENAMETOOLONG);
 }
 
-TEST_P(FileCopy, CopiesNothingThatIsNoRegularFileAndWaitsForNone) {
+TEST_P(FileCopy, CopiesNothingThatIsNotARegularFileAndNeverBlocks) {
   ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
   fs::create_directory(folder / "folder");
   EXPECT_EQ(codeOf(files->copyItem(folder / "fifo", folder / "to")), ENOTSUP);
@@ -170,7 +171,7 @@ TEST_P(FileCopy, CopiesNothingThatIsNoRegularFileAndWaitsForNone) {
 }
 
 TEST_P(FileCopy, RefusesASourceWhoseBytesDoNotAddUpToItsSize) {
-  // Says that it is empty, and is not.
+  // It says that it is empty, but is not.
   if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "no such source here";
   EXPECT_EQ(codeOf(files->copyItem("/proc/self/status", folder / "to")), EBUSY);
   EXPECT_FALSE(fs::exists(folder / "to"));
@@ -188,7 +189,7 @@ TEST_P(FileCopy, RefusesAnUnreadableSourceAndAFolderThatIsNotWritable) {
   EXPECT_EQ(codeOf(files->copyItem(folder / "from", folder / "fixed/to")), EACCES);
 }
 
-TEST_P(FileCopy, CopiesNamesThatAreNoUtf8HoldNewLinesOrAreAsLongAsNamesGet) {
+TEST_P(FileCopy, CopiesNamesThatAreNotUtf8ContainNewLinesOrAreAsLongAsPossible) {
   for (const std::string& name : {std::string("\xc3\x28"), std::string("new\nline"), std::string(255, 'n')}) {
     const Path from = writeFile(folder / "from" / name, "x");
     fs::create_directories(folder / "to");

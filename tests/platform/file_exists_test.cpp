@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Whether a file exists whose attributes cannot be had for this reason.
+/// Whether a file exists if reading its attributes fails with this error.
 FileResult<bool> existsAfter(int error) {
   test::FailingFileManager files;
   files.onAttributes = [&](const Path&) { return systemError(error); };

@@ -17,7 +17,7 @@ namespace kestrova::test {
 
 inline constexpr mode_t everyMode[] = {0400, 0444, 0600, 0640, 0755};
 
-/// The status of the item itself, not of what a link leads to.
+/// The status of the item itself, not of a link's target.
 inline struct stat statusOf(const Path& path) {
   struct stat status = {};
   EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;

@@ -108,7 +108,7 @@ TEST(FileManager, ReadsAFileThatHoldsMoreThanItsSizeSays) {
   EXPECT_EQ(maps.size(), 20000U);
 }
 
-TEST(FileManager, ReadsNothingOfWhatIsNoReadableFile) {
+TEST(FileManager, ReadsNothingThatIsNotAReadableFile) {
   const TemporaryFolder root;
   fs::permissions(root.path(), fs::perms::all);
   ASSERT_EQ(::mkfifo((root / "fifo").c_str(), 0666), 0);

@@ -14,7 +14,7 @@ TEST(FileUrl, LeadsBackToThePathForEveryByte) {
   EXPECT_EQ(pathOfFileUrl(fileUrlString(name)), Path(name));
 }
 
-TEST(FileUrl, RefusesWhatIsNoFileUrlOfAnAbsolutePath) {
+TEST(FileUrl, RefusesWhatIsNotAFileUrlOfAnAbsolutePath) {
   for (const char* url : {"", "/a", "http://host/a", "file:/a", "file://", "file://relative", "file:///a%2",
                           "file:///a%zz", "file:///%00"}) {
     EXPECT_FALSE(pathOfFileUrl(url).has_value()) << url;

@@ -10,7 +10,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-// Writing data to new and existing files, and what is left of it when it does not end well.
+// Writing data to new and existing files, and what is left after a failure.
 
 namespace kestrova {
 
@@ -54,7 +54,7 @@ TEST_P(FileWriting, ReplacesAnExistingFile) {
   EXPECT_EQ(readFile(to), "new");
   char seen[3] = {};
   EXPECT_EQ(::read(reader, seen, 3), 3);
-  EXPECT_EQ(std::string(seen, 3), "old");  // whoever had it open keeps the old one whole
+  EXPECT_EQ(std::string(seen, 3), "old");  // those who had it open keep the whole old one
   ::close(reader);
   EXPECT_THAT(filesBelow(folder.path()), UnorderedElementsAre("to"));
 }

@@ -53,7 +53,7 @@ TEST(Folder, IsOpenedThroughALinkOnlyWhereThatIsAskedFor) {
 }
 
 TEST(Folder, SaysWhenItCouldNotBeReadToItsEnd) {
-  // Opened by root, this folder tells others nothing.
+  // Only root could read this folder's entries.
   const auto folder = openSystemFolder("/proc/1/map_files", FinalLink::refused);
   if (!folder || !test::canLosePrivileges()) GTEST_SKIP() << "no folder here that opens but does not read";
   const test::WithoutPrivileges ordinary;

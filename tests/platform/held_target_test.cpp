@@ -12,7 +12,7 @@
 #include <sys/syscall.h>
 #endif
 
-// What is written below a held target stays there, whatever is swapped meanwhile.
+// What is written below a held target stays there, even if folders are swapped for links.
 
 namespace kestrova {
 
@@ -28,7 +28,8 @@ using testing::IsEmpty;
 
 const Bytes data{'n', 'e', 'w'};
 
-/// Every test runs as the system is, and where no call enters a folder without following links.
+/// Every test runs on the system as it is, and as if it had no call that enters a folder without following
+/// links.
 class HeldTargetTest : public testing::TestWithParam<bool> {
  protected:
   HeldTargetTest() {

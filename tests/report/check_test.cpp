@@ -60,7 +60,7 @@ TEST_F(CheckTest, CountsAllFormatsAndTellsTheRest) {
   EXPECT_EQ(summaryOf(result.leftBehind), "2 HEIC, 1 without extension, 1 XMP");
 }
 
-TEST_F(CheckTest, TellsOfEachFileThatIsLeftBehind) {
+TEST_F(CheckTest, ReportsEachFileThatIsLeftBehind) {
   const Path sidecar = writeFile(card / "DCIM/a.xmp", "sidecar");
   writeFile(card / "DCIM/a.jpg", "photo");
   std::vector<Path> left;

@@ -16,7 +16,7 @@ struct EqualFilesTest : testing::Test {
   test::TemporaryFolder folder;
   EqualSizedFiles files;
 
-  /// A file of the size that all have: `letter` throughout, or another one at the very end.
+  /// A file of the common size: `letter` throughout, or another one at the very end.
   Path file(const std::string& name, char letter, char last) {
     std::string contents(files.size, letter);
     if (!contents.empty()) contents.back() = last;

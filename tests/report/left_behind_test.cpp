@@ -22,7 +22,7 @@ TEST(LeftBehind, IsCountedByExtensionInAnyCase) {
   EXPECT_EQ(files.total().bytes, 38);
 }
 
-TEST(LeftBehind, IsToldTheMostFrequentFirst) {
+TEST(LeftBehind, ListsTheMostFrequentFirst) {
   LeftBehind files;
   for (const char* name : {"a.xmp", "b.heic", "c.heic", "d"}) files.add(name, 1);
   EXPECT_EQ(summaryOf(files), "2 HEIC, 1 without extension, 1 XMP");
@@ -31,7 +31,7 @@ TEST(LeftBehind, IsToldTheMostFrequentFirst) {
   EXPECT_EQ(summaryOf({}), "");
 }
 
-TEST(LeftBehind, IsFitForATerminal) {
+TEST(LeftBehind, IsSafeForATerminal) {
   LeftBehind files;
   files.add("a.\x1B[2J", 1);
   EXPECT_EQ(summaryOf(files), "1 \\x1b[2J");

@@ -86,14 +86,14 @@ TEST(RecordRow, KeepsTheBytesOfANameThatIsNotUtf8) {
   EXPECT_THAT(lineOf(UnreadableRow{"/card/\xC3\xA4.jpg", ""}), Not(HasSubstr("sourceBytes")));
 }
 
-TEST(RecordRow, MayTellOfAFileLeftBehind) {
+TEST(RecordRow, MayReportAFileLeftBehind) {
   const auto row = std::get<LeftBehindRow>(rowOf(lineOf(LeftBehindRow{"/card/a.HEIC", "heic", 12})).value());
   EXPECT_EQ(row.source, "/card/a.HEIC");
   EXPECT_EQ(row.extension, "heic");
   EXPECT_EQ(row.sourceSize, 12U);
 }
 
-TEST(RecordRow, IsNoneWhereTheLineIsNone) {
+TEST(RecordRow, IsNothingIfTheLineIsNotARow) {
   for (const char* line : {"", "{", "[]", "{\"kind\":\"file\"}", "{\"kind\":\"new\",\"source\":\"/a\"}",
                            "{\"kind\":\"file\",\"source\":\"/a\",\"verdict\":\"new\"}"}) {
     EXPECT_FALSE(rowOf(line)) << line;

@@ -106,14 +106,14 @@ TEST_F(VerifyTest, DecodesRewrittenPhotosAndAsksTheirSums) {
                                     IsAtRisk(edited.source, "has changed since the run")));
 }
 
-TEST_F(VerifyTest, TellsOfPagesThatWereLeftOut) {
+TEST_F(VerifyTest, ReportsPagesThatWereLeftOut) {
   FileRow row = rewritten("1.jpg");
   row.pagesLeftOut = 2;
   rows = {row};
   EXPECT_THAT(verify(), ElementsAre(IsAtRisk(row.source, "2 pages were left out")));
 }
 
-TEST_F(VerifyTest, TellsOfAPhotoThatALaterOneOfItsNameWasWrittenOver) {
+TEST_F(VerifyTest, ReportsAPhotoThatALaterOneOfItsNameWasWrittenOver) {
   FileRow first = rewritten("1.jpg", 1);
   FileRow copy = copied("2.jpg", "two");
   FileRow second = rewritten("3.jpg", 2);
@@ -174,7 +174,7 @@ TEST_F(VerifyTest, ComparesADuplicateOfARewrittenPhotoWithTheOriginal) {
                                     IsAtRisk(original.source, "no longer what the run wrote")));
 }
 
-TEST_F(VerifyTest, TellsOfADuplicateOfWhatIsNotInTheTarget) {
+TEST_F(VerifyTest, ReportsADuplicateOfWhatIsNotInTheTarget) {
   FileRow original = rowOf(Outcome::failed, "1.jpg", "one");
   original.reason = "Input/output error";
   FileRow duplicate = rowOf(Outcome::duplicate, "2.jpg", "one");

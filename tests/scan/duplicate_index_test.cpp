@@ -50,7 +50,7 @@ TEST_F(DuplicateIndex, KeepsADifferentFileOfTheSameSizeUnderFingerprintAndSize) 
   EXPECT_EQ(fileList.size(), 2U);
 }
 
-TEST_F(DuplicateIndex, PassesOverAFileThatEqualsALaterOneOfItsSize) {
+TEST_F(DuplicateIndex, SkipsAFileThatEqualsALaterOneOfItsSize) {
   see("/a", 7, "A");
   see("/b", 7, "B");
   const Sighting third = see("/c", 7, "B");

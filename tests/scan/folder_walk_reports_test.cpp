@@ -9,7 +9,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-// What a walk asks of a folder, and what it tells of what it leaves and of what it cannot read.
+// What a walk reads of a folder, and what it reports about files that it leaves and entries that it cannot
+// read.
 
 namespace kestrova {
 
@@ -45,7 +46,7 @@ FileError inputError() { return systemError(EIO); }
 
 }  // namespace
 
-TEST(FolderWalk, TellsOfAFolderWhenItsFirstFileWasAskedForItsAttributes) {
+TEST(FolderWalk, ReportsAFolderWhenItsFirstFileWasAskedForItsAttributes) {
   const TemporaryFolder root;
   for (const char* name : {"a.jpg", "b/1.jpg", "c.jpg", "d.jpg"}) writeFile(root / name, "x");
   test::FailingFileManager files;
@@ -73,7 +74,7 @@ TEST(FolderWalk, AsksForNoAttributesOfUnwantedFilesThatNobodyIsToldOf) {
   EXPECT_TRUE(walkFolder(files, root.path(), walkOfPhotos(failOn)));
 }
 
-TEST(FolderWalk, TellsOfUnwantedFilesInTheirPlace) {
+TEST(FolderWalk, ReportsUnwantedFilesInTheirPlace) {
   const TemporaryFolder root;
   for (const char* name : {"a.jpg", "b/note.txt", "c.HEIC"}) writeFile(root / name, "123");
   fs::create_symlink("c.HEIC", root / "d.txt");
@@ -88,7 +89,7 @@ TEST(FolderWalk, TellsOfUnwantedFilesInTheirPlace) {
   EXPECT_THAT(told, ElementsAre("a.jpg", "not b/note.txt 3", "not c.HEIC 3", "not d.txt 3"));
 }
 
-TEST(FolderWalk, TellsOfFoldersThatCannotBeOpened) {
+TEST(FolderWalk, ReportsFoldersThatCannotBeOpened) {
   const TemporaryFolder root;
   for (const char* name : {"a/1.jpg", "b/c/2.jpg"}) writeFile(root / name, "x");
   test::FailingFileManager files;
@@ -99,13 +100,13 @@ TEST(FolderWalk, TellsOfFoldersThatCannotBeOpened) {
   EXPECT_THAT(unreadableBelow(files, root / "b/c"), ElementsAre(".: Input/output error"));
 }
 
-TEST(FolderWalk, TellsOfARootThatIsMissing) {
+TEST(FolderWalk, ReportsARootThatIsMissing) {
   const TemporaryFolder root;
   EXPECT_THAT(unreadableBelow(*systemFileManager(), root / "gone"),
               ElementsAre(".: No such file or directory"));
 }
 
-TEST(FolderWalk, TellsOfAFolderThatCannotBeReadToItsEndAndVisitsWhatItSaw) {
+TEST(FolderWalk, ReportsAFolderThatCannotBeReadToItsEndAndVisitsWhatItSaw) {
   const TemporaryFolder root;
   for (const char* name : {"a/1.jpg", "b.jpg"}) writeFile(root / name, "x");
   test::FailingFileManager files;
@@ -132,7 +133,7 @@ TEST(FolderWalk, VisitsFilesWhoseAttributesCannotBeReadWithTheReason) {
               ElementsAre("a.jpg 1", "b/1.jpg 1", "c.jpg 0: Input/output error"));
 }
 
-TEST(FolderWalk, TellsOfLinksThatCannotBeFollowedButNotOfDanglingOnes) {
+TEST(FolderWalk, ReportsLinksThatCannotBeFollowedButNotDanglingOnes) {
   const TemporaryFolder root;
   fs::create_symlink("nowhere", root / "a.jpg");
   fs::create_symlink("b.jpg", root / "b.jpg");

@@ -70,7 +70,7 @@ TEST(FolderWalk, TellsThePathAsTheRootWasGivenAndTheSize) {
   EXPECT_EQ(files[0].size, 5U);
 }
 
-TEST(FolderWalk, KeepsNamesThatAreNoUtf8HoldNewLinesOrAreAsLongAsNamesGet) {
+TEST(FolderWalk, KeepsNamesThatAreNotUtf8ContainNewLinesOrAreAsLongAsPossible) {
   const TemporaryFolder root;
   const std::string longest = std::string(251, 'n').append(".jpg");
   writeFile(root / "\xc3\x28.jpg", "x");
@@ -89,7 +89,7 @@ TEST(FolderWalk, AsksForWantedFilesByNameAloneAndNeverForFolders) {
   EXPECT_THAT(asked, ElementsAre("note.txt"));
 }
 
-TEST(FolderWalk, PassesOverADanglingLink) {
+TEST(FolderWalk, SkipsADanglingLink) {
   const TemporaryFolder root;
   fs::create_symlink("nowhere", root / "a.jpg");
   EXPECT_THAT(photosBelow(root.path()), IsEmpty());
@@ -114,7 +114,7 @@ TEST(FolderWalk, DoesNotEnterLinksToFoldersSoThatLoopsEnd) {
   EXPECT_THAT(photosBelow(root.path()), ElementsAre("a/1.jpg"));
 }
 
-TEST(FolderWalk, PassesOverFifosAndSocketsNamedLikePhotosWithoutWaiting) {
+TEST(FolderWalk, SkipsFifosAndSocketsNamedLikePhotosWithoutWaiting) {
   const TemporaryFolder root;
   ASSERT_EQ(::mkfifo((root / "fifo.jpg").c_str(), 0600), 0);
   makeSocket(root / "socket.jpg");
@@ -131,7 +131,7 @@ TEST(FolderWalk, EntersARootThatIsALinkToAFolder) {
   EXPECT_THAT(photosBelow(root / "link"), ElementsAre("1.jpg"));
 }
 
-TEST(FolderWalk, FindsNothingBelowWhatIsNoFolder) {
+TEST(FolderWalk, FindsNothingBelowWhatIsNotAFolder) {
   const TemporaryFolder root;
   writeFile(root / "a.jpg", "x");
   ASSERT_EQ(::mkfifo((root / "fifo").c_str(), 0600), 0);
@@ -140,7 +140,7 @@ TEST(FolderWalk, FindsNothingBelowWhatIsNoFolder) {
   EXPECT_THAT(photosBelow(""), IsEmpty());
 }
 
-TEST(FolderWalk, PassesOverAFolderThatCannotBeRead) {
+TEST(FolderWalk, SkipsAFolderThatCannotBeRead) {
   if (!test::canLosePrivileges()) GTEST_SKIP() << "root may read everything here";
   const TemporaryFolder root;
   fs::permissions(root.path(), fs::perms::all);
@@ -185,7 +185,7 @@ TEST(FolderWalk, GoesOnWhenFilesAndFoldersVanishOnTheWay) {
   EXPECT_THAT(names, ElementsAre("a.jpg", "e.jpg"));
 }
 
-TEST(FolderWalk, PassesOverAFileThatVanishesBetweenItsNameAndItsAttributes) {
+TEST(FolderWalk, SkipsAFileThatVanishesBetweenItsNameAndItsAttributes) {
   const TemporaryFolder root;
   writeFile(root / "a.jpg", "x");
   FolderWalk walk = walkOfPhotos(failOn);

@@ -6,10 +6,10 @@
 
 namespace kestrova::test {
 
-/// Sets one of the process's environment variables, or takes it away, for as long as it lives.
+/// Sets or removes one of the process's environment variables for as long as it lives.
 class EnvironmentVariable {
  public:
-  /// Null takes the variable away.
+  /// Null removes the variable.
   EnvironmentVariable(const char* name, const char* value) : name_(name) {
     if (const char* previous = std::getenv(name)) previous_ = previous;
     set(value);

@@ -8,7 +8,7 @@
 
 namespace kestrova::test {
 
-/// What a program that is not ours makes of its arguments.
+/// The result of running another program.
 struct ToolRun {
   int status = -1;  ///< -1 when it could not be started or crashed
   std::string output;
@@ -26,7 +26,7 @@ struct Picture {
   std::vector<std::uint16_t> samples;
 };
 
-/// Reads a file, after `operations` ("-auto-orient", ...); throws when ImageMagick cannot, or warns.
+/// Reads a file, after `operations` ("-auto-orient", ...); throws if ImageMagick cannot, or warns.
 Picture pictureOf(const Path& file, const std::vector<std::string>& operations = {}, bool alpha = false);
 
 /// The likeness of pictures whose samples are all the same.

@@ -9,9 +9,9 @@
 
 namespace kestrova::test {
 
-/// A file manager that fails on demand. Before each call its hook, if set, is asked: an error it returns is
-/// what the call returns; otherwise the inner file manager does its work. A hook may also throw, count, wait,
-/// or change files under the caller's hands. Hooks run on the thread of the call.
+/// A file manager that fails on demand. Before each call its hook, if set, is called: if it returns an error,
+/// the call returns that; otherwise the inner file manager does its work. A hook may also throw, count, wait,
+/// or change files behind the caller's back. Hooks run on the thread of the call.
 class FailingFileManager : public FileManager {
  public:
   using Failure = std::optional<FileError>;
@@ -26,7 +26,7 @@ class FailingFileManager : public FileManager {
   std::function<Failure(const Path& folder)> onCreateDirectory;
   std::function<Failure()> onNamesDurable;  ///< of a held target
   std::function<Failure(const Path& path)> onOpenFolder;
-  std::function<Failure(const Path& path)> onListed;  ///< asked when a folder's entries have been told
+  std::function<Failure(const Path& path)> onListed;  ///< called after a folder's entries have been listed
   std::function<Failure(const Path& path)> onEntryAttributes;  ///< of an entry of an open folder
   std::function<Failure(const Path& path)> onRead;             ///< of a prefix or of the whole
 

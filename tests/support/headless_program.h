@@ -56,7 +56,7 @@ class HeadlessProgram {
   const Path runs = folder / "runs";  ///< where runs are recorded
   std::shared_ptr<FakePowerAssertions> power = std::make_shared<FakePowerAssertions>();
   LogCapture log;
-  /// What the program takes for the time; asked on any thread.
+  /// The program's clock; called on any thread.
   std::function<Date()> clock = currentDate;
   std::unique_ptr<MainInterface> interface;
 
@@ -67,11 +67,11 @@ class HeadlessProgram {
   /// Presses Start with both folders chosen and returns when nothing is left to do.
   void run();
   void press(const std::shared_ptr<Button>& button);
-  /// Returns when the queue holds no operation and what was posted has run.
+  /// Returns when the queue holds no operation and all posted blocks have run.
   void waitUntilEnded();
-  /// Runs the main queue until the condition holds; fails the test when it never does.
+  /// Runs the main queue until the condition holds; fails the test if it never does.
   void waitUntil(const std::function<bool()>& condition);
-  /// Runs what was posted until now.
+  /// Runs all blocks posted so far.
   static void settle();
   QString status() const { return interface->lblStatus->stringValue(); }
   /// Every status text since the program began.
@@ -82,8 +82,7 @@ class HeadlessProgram {
   QStringList statusTexts_;
 };
 
-/// A file that looks like a photo to anything that reads no pixels: the size counts, and the seed tells files
-/// apart.
+/// A file that looks like a photo to anything that does not read pixels; files of different seeds differ.
 Path writePhoto(const Path& path, std::size_t size, char seed = 'a');
 
 /// Sets a file's modification time, given as a local time "yyyy:MM:dd HH:mm:ss".

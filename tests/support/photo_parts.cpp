@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t afterStart = 2;
 constexpr std::size_t afterHeader = 8 + 25;
 
-/// Where the scan's header starts in a JPEG that starts with SOI and holds nothing unusual before it.
+/// Where the scan's header starts in a JPEG that starts with SOI and has nothing unusual before it.
 std::size_t startOfScan(const Bytes& jpeg) {
   constexpr std::uint8_t sos = 0xDA;
   std::size_t at = 2;
@@ -19,7 +19,7 @@ std::size_t startOfScan(const Bytes& jpeg) {
   return at;
 }
 
-/// Segments and fill bytes of this many bytes together, which a decoder passes over.
+/// Segments and fill bytes of this total size, which a decoder skips.
 Bytes jpegPadding(std::size_t size) {
   constexpr std::uint8_t comment = 0xFE;
   constexpr std::size_t smallest = 4;

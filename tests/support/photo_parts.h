@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-// The parts that photos are made of, and photos with other parts.
+// The parts of photos, and photos with other parts.
 
 namespace kestrova::test {
 
@@ -31,7 +31,7 @@ Bytes withSegments(const Bytes& jpeg, const std::vector<Bytes>& segments);
 Bytes withChunks(const Bytes& png, const std::vector<Bytes>& chunks);
 
 /// The same JPEG, made exactly `size` bytes long by comments between its frame header and its pixels; it
-/// decodes as before. Throws when it is longer than that already.
+/// decodes as before. Throws if it is already longer.
 Bytes paddedJpeg(const Bytes& jpeg, std::size_t size);
 
 /// The same PNG, whose header claims another size.

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-// Short words for what the tests of photo_properties build and read.
+// Short names for what the tests of photo_properties build and read.
 
 namespace kestrova::test {
 
@@ -66,7 +66,7 @@ inline imaging::PhotoProperties readBlock(const Bytes& block) {
 
 inline std::string digitizedOf(const Bytes& block) { return std::string(readBlock(block).digitized()); }
 
-/// Where an entry of this tag stands in a little-endian block.
+/// Where an entry of this tag is in a little-endian block.
 inline std::size_t entryOf(const Bytes& block, std::uint16_t tag) {
   const Bytes bytes{static_cast<std::uint8_t>(tag), static_cast<std::uint8_t>(tag >> 8)};
   const auto found = std::search(block.begin(), block.end(), bytes.begin(), bytes.end());

@@ -12,16 +12,16 @@ namespace {
 
 /// What may differ, as it occurs in "group:name".
 constexpr std::array mayChange = std::to_array<std::string_view>(
-    {// how the picture lies, and how large it is
+    {// the orientation and size of the picture
      "Orientation", "ImageWidth", "ImageHeight", "ImageSize", "Megapixels", "ExifImageWidth",
      "ExifImageHeight", "File:YCbCrSubSampling",
      // previews
      "ThumbnailOffset", "ThumbnailLength", "ThumbnailImage", "IFD1:", "PreviewImage", "PhotoshopThumbnail",
      "MPImageStart", "MPImageLength", "MPImage2",
-     // where the pixels stand in the file
+     // where the pixels are in the file
      "StripOffsets", "StripByteCounts", "RowsPerStrip", "TileOffsets", "TileByteCounts", "TileWidth",
      "TileLength",
-     // the file itself, what exiftool says of it, and what it reckons from the size in pixels
+     // the file itself, exiftool's remarks about it, and what it computes from the size in pixels
      "System:", "ExifTool:", "Composite:"});
 
 bool isAllowed(const std::string& tag) {

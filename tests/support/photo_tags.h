@@ -10,11 +10,11 @@ namespace kestrova::test {
 
 using Tags = std::map<std::string, std::string>;
 
-/// All that exiftool lists of a file but what it says of the file itself, by group and name.
+/// Everything that exiftool lists about a file, except about the file itself, by group and name.
 Tags tagsOf(const Path& file);
 
-/// One line for each tag that was lost, came up or changed, but for those that writing the pixels anew may
-/// change: orientation, pixel size, preview, and where things stand in the file.
+/// One line for each tag that was lost, added or changed, except for those that re-encoding the pixels may
+/// change: orientation, pixel size, preview, and positions in the file.
 std::vector<std::string> unexpectedChanges(const Tags& source, const Tags& result);
 
 }  // namespace kestrova::test

@@ -20,7 +20,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// What is added stands first, as the first of two values of a name counts.
+// Additions come first, as the first of two values of a name counts.
 std::vector<std::string> environmentWith(std::vector<std::string> variables) {
   for (char** variable = environ; *variable != nullptr; ++variable) variables.emplace_back(*variable);
   return variables;

@@ -9,8 +9,7 @@
 
 namespace kestrova::test {
 
-/// What a program left behind. `status` is its exit status, or 128 and the number of the signal that ended
-/// it.
+/// The result of a program. `status` is its exit status, or 128 and the number of the signal that ended it.
 struct ProcessResult {
   int status = -1;
   std::string out;
@@ -23,7 +22,7 @@ struct ProcessOptions {
   std::string errorDevice = {};               ///< where standard error goes instead of into the result
 };
 
-/// A program that runs beside the test; its arguments are bytes. Its standard input is empty.
+/// A program that runs in parallel to the test; its arguments are bytes. Its standard input is empty.
 class Process {
  public:
   explicit Process(const std::vector<std::string>& command, const ProcessOptions& options = {});

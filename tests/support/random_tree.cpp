@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t prefixLength = 40960;  // what a run reads to compare and to date a file
 constexpr int filesPerTree = 48;
 
-/// What a file may hold.
+/// A possible content of a file.
 struct Medium {
   std::string contents;
   std::string extension;
@@ -162,7 +162,7 @@ class TreeWriter {
     written_.push_back(earlier);
   }
 
-  /// What a run passes over, and must not stumble over.
+  /// What a run skips and must not fail on.
   void writeOddThing() {
     const Path path = newPath("jpg");
     switch (below(5)) {

@@ -16,12 +16,12 @@ struct TreeFile {
   bool isReadable = true;
 
   bool isVideo() const;
-  /// Where a run with short folders in UTC puts it, relative to the target.
+  /// Where a run with short folders, in UTC, puts it, relative to the target.
   std::string targetName() const;
 };
 
-/// Writes what users have below `folder`, and worse: photos that are turned, small, cut off or lie about
-/// their kind, videos, copies, files of one size and date with other contents, links, unreadable files and
+/// Writes what users have, and worse, below `folder`: photos that are turned, small, cut off or have a wrong
+/// extension, videos, copies, files of one size and date with other contents, links, unreadable files and
 /// folders, names of any bytes. Returns the photos and videos that can be reached. The same seed always
 /// writes the same tree.
 std::vector<TreeFile> writeRandomTree(const Path& folder, unsigned seed);

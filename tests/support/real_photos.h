@@ -9,8 +9,8 @@
 
 namespace kestrova::test {
 
-/// Looks at the real photos, odd and broken ones among them, below the folder that the environment variable
-/// KESTROVA_CORPUS names. Its tests are skipped where it names none.
+/// Uses the real photos, including odd and broken ones, below the folder that the environment variable
+/// KESTROVA_CORPUS names. Its tests are skipped if it is not set.
 class RealPhotosTest : public testing::Test {
  protected:
   RealPhotosTest() {

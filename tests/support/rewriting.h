@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-// Short words for what the tests of photo rewriting do again and again.
+// Short names for what the tests of photo rewriting often do.
 
 namespace kestrova::test {
 
@@ -43,7 +43,7 @@ inline tl::expected<Bytes, imaging::RewriteError> rewritten(ByteView file,
   return result->bytes;
 }
 
-/// The same; a failure of the test, and no bytes, when it is refused.
+/// The same; a failure of the test, and no bytes, if it is refused.
 inline Bytes mustRewrite(const Bytes& file, const imaging::RewriteRequest& request) {
   const auto result = rewritten(file, request);
   if (!result) ADD_FAILURE() << result.error().reason;

@@ -10,8 +10,8 @@
 #include <sstream>
 #include <vector>
 
-// Writes a small album of made-up photos and videos, as they pile up in a household: some twice, some lying
-// on their side, some without a date of their own. kestrova-sample-album FOLDER
+// Writes a small album of generated photos and videos, as a household has them: some twice, some stored
+// sideways, some without a date of their own. kestrova-sample-album FOLDER
 
 namespace {
 

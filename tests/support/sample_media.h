@@ -11,7 +11,8 @@
 
 namespace kestrova::test {
 
-/// A photo to be made: what it shows and what it says of itself. The same values always give the same bytes.
+/// A photo to generate: what it shows and what it says about itself. The same values always give the same
+/// bytes.
 struct SamplePhoto {
   int width = 640;
   int height = 480;
@@ -25,15 +26,15 @@ struct SamplePhoto {
   bool bigEndian = false;                         ///< the Exif block, and a whole TIFF file
   bool bigTiff = false;                           ///< TIFF files only
   bool thumbnail = false;                         ///< a preview in the Exif block of a JPEG
-  std::size_t descriptionBytes = 0;               ///< stands before the Exif directory
-  std::size_t makerNoteBytes = 0;                 ///< stands after the dates
-  Bytes makerNote = {};                           ///< in place of as many bytes of no meaning
+  std::size_t descriptionBytes = 0;               ///< before the Exif directory
+  std::size_t makerNoteBytes = 0;                 ///< after the dates
+  Bytes makerNote = {};                           ///< instead of that many meaningless bytes
   bool progressive = false;                       ///< JPEG only
 };
 
 /// The picture, row by row, three bytes (red, green, blue) a pixel: a gradient with rings around a point off
 /// the centre, a red block in the top left corner and a blue strip along the top right, so that it looks
-/// different however it is turned or mirrored.
+/// different in every orientation.
 Bytes samplePixels(int width, int height, unsigned seed = 0);
 
 /// The photo's metadata as a TIFF block, without "Exif\0\0" before it.
@@ -43,10 +44,10 @@ Bytes jpegPhoto(const SamplePhoto& photo);  ///< 4:2:0, quality 90; Exif first, 
 Bytes pngPhoto(const SamplePhoto& photo);   ///< 8 bit, Exif in an eXIf chunk before the pixels
 Bytes tiffPhoto(const SamplePhoto& photo);  ///< uncompressed, the directories at its front
 
-/// Makes of the block a grey TIFF that claims that size and has 200 bytes of pixels.
+/// Turns the block into a grey TIFF that claims that size and has 200 bytes of pixels.
 void claimSize(TiffBlock& file, std::uint64_t width, std::uint64_t height, std::uint64_t compression = 1);
 
-/// What looks like a film to whoever reads its first bytes (ISO base media), of exactly `size` bytes.
+/// A file of exactly `size` bytes whose first bytes are those of a film (ISO base media).
 Bytes videoFile(std::size_t size, unsigned seed = 0);
 
 }  // namespace kestrova::test

@@ -17,7 +17,7 @@ namespace kestrova::test {
 bool withSmallVolume(std::size_t bytes, const std::function<void(const Path& folder)>& work) {
   const TemporaryFolder place;
   bool isMounted = false;
-  // The mounts of a thread of its own go when it ends.
+  // A thread's own mounts disappear when it ends.
   std::thread([&] {
     const std::string options = "size=" + std::to_string(bytes);
     isMounted = ::unshare(CLONE_NEWNS) == 0 &&

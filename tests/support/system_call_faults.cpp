@@ -24,7 +24,7 @@ using Filter = std::vector<sock_filter>;
 
 sock_filter statement(int code, unsigned value) { return {static_cast<unsigned short>(code), 0, 0, value}; }
 
-/// Answers with `action` when the number is that of the call.
+/// Returns `action` if the number is that of the call.
 void addRule(Filter& filter, int number, unsigned action) {
   filter.push_back({BPF_JMP | BPF_JEQ | BPF_K, 0, 1, static_cast<unsigned>(number)});
   filter.push_back(statement(BPF_RET | BPF_K, action));
@@ -32,7 +32,7 @@ void addRule(Filter& filter, int number, unsigned action) {
 
 Filter startOfFilter() { return {statement(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))}; }
 
-/// Puts the filter on this thread, for good. Less than zero where that is not allowed; a listener with
+/// Installs the filter on this thread, permanently. Less than zero if that is not allowed; a listener with
 /// SECCOMP_FILTER_FLAG_NEW_LISTENER.
 int install(Filter filter, unsigned flags) {
   filter.push_back(statement(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
@@ -41,7 +41,7 @@ int install(Filter filter, unsigned flags) {
   return static_cast<int>(::syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, flags, &program));
 }
 
-/// Answers the listener's questions until the last thread that asks has ended.
+/// Answers the listener's requests until the last thread that sends them has ended.
 int interruptEveryOther(int listener) {
   std::map<int, bool> wasInterrupted;
   int interrupted = 0;

@@ -19,7 +19,7 @@ TemporaryFolder::TemporaryFolder() {
 
 namespace {
 
-/// Moves every subfolder up to the top before it is emptied, so that no path ever gets long, and works off
+/// Moves every subfolder up to the top before it is emptied, so that no path ever gets long, and then removes
 /// the rest.
 void removeTree(const Path& top) {
   std::error_code ignored;

@@ -12,8 +12,7 @@
 
 namespace kestrova::test {
 
-/// The pattern's colour at a place: another one everywhere in fields of up to 64 by 64, and never that of a
-/// neighbour.
+/// The pattern's colour at a place: unique in fields of up to 64 by 64, and never that of a neighbour.
 inline QRgb patternColor(int x, int y) { return qRgb(x * 4 % 256, y * 4 % 256, (x * 37 + y * 91) % 256); }
 
 /// A pattern without any symmetry; y counts from the bottom.

@@ -36,8 +36,8 @@ TiffEntry tiffLong(std::uint16_t tag, std::uint64_t value);
 TiffEntry tiffFiller(std::uint16_t tag, std::size_t bytes);  ///< UNDEFINED, noise
 
 /// A TIFF 6.0 (or BigTIFF) block, as an Exif block or a whole file. The order in it is: header, `image` with
-/// its values, `exif` with its values, the thumbnail's directory, the thumbnail, the pixels. Entries stand as
-/// given.
+/// its values, `exif` with its values, the thumbnail's directory, the thumbnail, the pixels. Entries are kept
+/// in the given order.
 struct TiffBlock {
   bool bigEndian = false;
   bool bigTiff = false;

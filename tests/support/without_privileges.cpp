@@ -16,7 +16,7 @@ constexpr unsigned nobody = 65534;
 
 }  // namespace
 
-// The kernel takes the rights of root over files away from whoever has another user for them.
+// The kernel drops root's rights over files for threads with another file system user.
 WithoutPrivileges::WithoutPrivileges() {
   ::setfsgid(::geteuid() == 0 ? nobody : ::getegid());
   ::setfsuid(::geteuid() == 0 ? nobody : ::geteuid());

@@ -2,8 +2,8 @@
 
 namespace kestrova::test {
 
-/// While it lives, this thread's file accesses are those of an ordinary user, even when the tests run as
-/// root; so what is unreadable really is. Other threads are not concerned.
+/// While it lives, this thread accesses files as an ordinary user, even if the tests run as root; so
+/// unreadable files really are unreadable. Other threads are not affected.
 class WithoutPrivileges {
  public:
   WithoutPrivileges();

@@ -165,7 +165,8 @@ TEST(PrettyGradientImage, HasRingsAroundThreeCornersOfAField) {
   EXPECT_EQ(image->size(), QSizeF(600.9, 500.2));
   const QImage& bitmap = onlyBitmap(image);
   ASSERT_EQ(bitmap.size(), QSize(600, 500));
-  // Rows count from the top here. Beside each, the distances from the corners, by 1.5, where it is not plain.
+  // Rows count from the top here. Beside each that is not obvious: the distances from the corners, divided by
+  // 1.5.
   EXPECT_EQ(bitmap.pixel(0, 0), qRgb(170, 0, 240));
   EXPECT_EQ(bitmap.pixel(255, 255), qRgb(170, 240, 0));
   EXPECT_EQ(bitmap.pixel(0, 255), qRgb(0, 170, 170));

@@ -18,7 +18,7 @@ using namespace HBPanel;
 using imaging::ImageType;
 using namespace test;
 
-TEST(SaveImage, WritesEachTypeAndSaysSo) {
+TEST(SaveImage, WritesEachTypeAndReturnsTrue) {
   const TemporaryFolder folder;
   const Image unused{QSizeF()};
   const QImage pattern = patternBitmap(40, 30);
@@ -66,7 +66,7 @@ TEST(ThumbnailForFile, IsAlwaysMadeFromTheWholeImageAndUpright) {
   EXPECT_EQ(thumbnailForFile(Image(QSizeF()), {}, path).size(), QSize(480, 640));
 }
 
-TEST(ThumbnailForFile, IsNullInSilenceWhereThereIsNoImage) {
+TEST(ThumbnailForFile, IsSilentlyNullIfThereIsNoImage) {
   const TemporaryFolder folder;
   const Path text = writeFile(folder / "a.jpg", "no photo");
   EXPECT_EQ(errorOutputOf([&] {

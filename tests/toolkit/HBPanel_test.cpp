@@ -86,7 +86,7 @@ TEST(ImageResize, DoesNotDarkenColoursBesideTransparency) {
   EXPECT_EQ(qRed(color), 255);
 }
 
-TEST(ImageResize, TellsOfAnInvalidImageAndReturnsNull) {
+TEST(ImageResize, ReportsAnInvalidImageAndReturnsNull) {
   const auto image = std::make_shared<Image>(QSizeF(100, 100));
   EXPECT_EQ(errorOutputOf([&] { EXPECT_EQ(imageResize(image, QSizeF(10, 10)), nullptr); }),
             "Invalid Image\n");
@@ -129,7 +129,7 @@ TEST(RotateImage, SnapsToTheQuarterTurnAtOrAboveTheAngle) {
   for (const float degrees : {270.0001F, 360.0F}) EXPECT_TRUE(showsEverywhere(turned(degrees), patternColor));
 }
 
-TEST(RotateImage, DoesNotTurnByAnglesThatAreNoTurn) {
+TEST(RotateImage, DoesNotTurnByAnglesOutsideATurn) {
   const ImagePtr image = imageOf(patternBitmap(40, 29));
   for (const float degrees : {0.0F, -90.0F, 360.001F, 1000.0F, std::nanf("")}) {
     EXPECT_TRUE(showsEverywhere(onlyBitmap(rotateImage(image, degrees)), patternColor)) << degrees;

@@ -32,7 +32,7 @@ TEST(CreateImageFromFile, GivesThePixelsAsTheyAreStored) {
   }));
 }
 
-TEST(CreateImageFromFile, TellsWhenThereIsNoSource) {
+TEST(CreateImageFromFile, ReportsThatThereIsNoSource) {
   const TemporaryFolder folder;
   const auto createFrom = [](const Path& path) {
     return errorOutputOf([&] { EXPECT_TRUE(MyCreateCGImageFromFile(path).isNull()); });
@@ -43,7 +43,7 @@ TEST(CreateImageFromFile, TellsWhenThereIsNoSource) {
   EXPECT_EQ(createFrom(folder / "pipe.jpg"), "Image source is NULL.");
 }
 
-TEST(CreateImageFromFile, TellsWhenTheSourceHoldsNoImage) {
+TEST(CreateImageFromFile, ReportsThatTheSourceHoldsNoImage) {
   const TemporaryFolder folder;
   Bytes truncated = jpegPhoto({});
   truncated.resize(truncated.size() / 2);
@@ -143,7 +143,7 @@ TEST(CreateThumbnailFromData, TurnsTheEmbeddedOneByTheOrientationOfTheFile) {
       seen, [&](int x, int y) { return stored.pixel(stored.width() - 1 - (seen.height() - 1 - y), x); }));
 }
 
-TEST(CreateThumbnailFromData, TellsWhenThereIsNoSourceOrNoThumbnail) {
+TEST(CreateThumbnailFromData, ReportsThatThereIsNoSourceOrNoThumbnail) {
   const auto createFrom = [](const Bytes& data) {
     return errorOutputOf([&] { EXPECT_TRUE(MyCreateThumbnailImageFromData(data, 160).isNull()); });
   };
@@ -158,7 +158,7 @@ TEST(WriteImage, WritesEachTypeSoThatItReadsBack) {
   const QImage pattern = patternBitmap(40, 30);
   writeCGImage(pattern, folder / "a", "public.png");
   EXPECT_EQ(MyCreateCGImageFromFile(folder / "a").convertToFormat(pattern.format()), pattern);
-  writeCGImage(pattern, folder / "a", "public.tiff");  // in place of the file that is there
+  writeCGImage(pattern, folder / "a", "public.tiff");  // replaces the existing file
   EXPECT_TRUE(readFile(folder / "a").starts_with("II*"));
   EXPECT_EQ(MyCreateCGImageFromFile(folder / "a").convertToFormat(pattern.format()), pattern);
   writeCGImage(pattern, folder / "b", "public.jpeg");

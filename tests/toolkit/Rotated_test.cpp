@@ -93,7 +93,7 @@ TEST(ImageRotated, TurnsAnyOtherAngleCounterClockwiseAboutTheCentre) {
   EXPECT_EQ(qAlpha(colorAt(turned, 60 + 25, 60 - 25)), 0);
 }
 
-TEST(ImageRotated, TakesAnAngleThatIsNoNumberForAnyOtherAngle) {
+TEST(ImageRotated, TreatsAnAngleThatIsNotANumberLikeAnyOtherAngle) {
   ImagePtr turned;
   const std::string said =
       errorOutputOf([&] { turned = imageRotated(imageOf(patternBitmap(8, 4)), std::nanf("")); });

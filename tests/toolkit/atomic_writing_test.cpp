@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// A file that is replaced keeps its bytes under another name that it has; one that is written into does not.
+// A file that is replaced keeps its bytes under its other name; one that is written into does not.
 
 namespace kestrova {
 

@@ -35,7 +35,7 @@ QImage onCanvas(const Image& image, QSizeF size, QPointF point = {}) {
 
 }  // namespace
 
-TEST(Image, TakesSidesThatAreNoLengthForNothing) {
+TEST(Image, TreatsSidesThatAreNotLengthsAsZero) {
   EXPECT_EQ(Image(QSizeF(-1, std::nan(""))).size(), QSizeF(0, 0));
   EXPECT_EQ(Image(QSizeF(2.5, 1.25)).size(), QSizeF(2.5, 1.25));
 }

@@ -10,7 +10,7 @@ namespace kestrova::test {
 
 namespace {
 
-/// What a screen reader is told.
+/// What a screen reader reads.
 class Accessibility : public WindowTest {
  protected:
   QAccessibleInterface& of(const char* name) {

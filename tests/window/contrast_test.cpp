@@ -63,7 +63,7 @@ TEST(ReadableColors, ChangeAFaintColourNoMoreThanNeeded) {
   EXPECT_GE(contrastRatio(selection, QColor(0xfc, 0xfc, 0xfc)), enough);
 }
 
-/// How far the text in a picture stands out: the colour farthest from the one that most of it has.
+/// The contrast of the text in a picture: that of the most frequent colour with the colour farthest from it.
 double contrastIn(const QImage& picture) {
   std::map<QRgb, int> counts;
   for (int y = 0; y < picture.height(); ++y) {
@@ -84,7 +84,7 @@ class ContrastTest : public WindowTest, public testing::WithParamInterface<bool>
   }
   ~ContrastTest() override { QApplication::setPalette(QPalette()); }
 
-  /// What is on the screen there, without frames at its edge.
+  /// The widget on the screen, without frames at its edge.
   double contrastOf(const QWidget& shown, int edge) {
     const QRect inner = shown.rect().adjusted(edge, edge, -edge, -edge);
     const QRect area(shown.mapTo(window.get(), inner.topLeft()), inner.size());

@@ -13,7 +13,7 @@ namespace kestrova::test {
 
 namespace {
 
-/// A desktop: shows messages, and listens to what programs say of their progress.
+/// A desktop: shows messages, and listens to the progress of programs.
 class Desktop : public QObject {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")

@@ -18,7 +18,7 @@ using testing::ElementsAre;
 
 class ADrop : public WindowTest {
  protected:
-  /// Comes into the window there.
+  /// Enters the window there.
   void drag(const Path& path, QPoint place) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path.native()))});
@@ -42,7 +42,7 @@ class ADrop : public WindowTest {
     auto& place = widget<QWidget>(name);
     return place.mapTo(window.get(), place.rect().center());
   }
-  /// Who would be asked about a drop there.
+  /// The widget that would get a drop there.
   QWidget* receiverAt(QPoint place) {
     auto* receiver = window->childAt(place);
     while (receiver && !receiver->acceptDrops()) receiver = receiver->parentWidget();
@@ -99,7 +99,7 @@ TEST_F(ADrop, OfAFileIsRefused) {
 /// A program that offers a folder to be dragged out of its window.
 class ADragFromElsewhere : public ADrop {
  protected:
-  /// Drags the folder to that place with the mouse, and tells what the program is to do with its own copy.
+  /// Drags the folder to that place with the mouse, and returns what the program should do with its own copy.
   Qt::DropAction dragTo(QPoint place, Qt::DropActions offered, Qt::DropAction proposed) {
     auto* data = new QMimeData;
     data->setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path().native()))});

@@ -173,7 +173,7 @@ TEST_F(AWindow, HasADifferentMnemonicForEachThing) {
 
 class AMenu : public AWindow {
  protected:
-  /// Opens a menu by keys and presses its entry with the pointer, as often as there are titles.
+  /// Opens a menu by keys and clicks its entry, once for each title.
   void press(std::initializer_list<const char*> path) {
     QWidget* place = window->menuBar();
     for (const char* title : path) {
@@ -233,7 +233,7 @@ TEST_F(AMenu, ChoosesFoldersAndQuits) {
   EXPECT_EQ(alerts->alerts[0].buttons, QStringList({QStringLiteral("Exit"), QStringLiteral("Cancel")}));
 }
 
-/// Runs the application's loop until the program ends; nothing when it had to be ended by force.
+/// Runs the application's loop until the program ends; nothing if it had to be ended by force.
 template <typename Request>
 std::optional<int> resultAfter(Request request) {
   constexpr int byForce = 99;

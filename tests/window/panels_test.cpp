@@ -27,7 +27,7 @@ using testing::IsEmpty;
 const Alert question{
     QStringLiteral("Alert"), QStringLiteral("Really?"), {QStringLiteral("Exit"), QStringLiteral("Cancel")}};
 
-/// Shows the question and answers it as soon as it stands on the screen.
+/// Shows the question and answers it as soon as it is on the screen.
 template <typename Answer>
 int answered(Answer answer) {
   QMainWindow window;
@@ -119,7 +119,7 @@ TEST_F(FolderPanelTest, GivesTheFolderThatTheUserNames) {
   EXPECT_THAT(folders, ElementsAre(folder.path()));
 }
 
-TEST_F(FolderPanelTest, CancellingIsNoChoice) {
+TEST_F(FolderPanelTest, CancellingChoosesNothing) {
   open();
   QTest::keyClick(dialog.data(), Qt::Key_Escape);
   ASSERT_TRUE(isAnswered());
@@ -140,7 +140,7 @@ TEST(DroppedFolders, TakesFoldersByTheirBytes) {
   EXPECT_THAT(foldersIn(*data), ElementsAre(folder / "\xff \n", folder.path()));
 }
 
-TEST(DroppedFolders, PassesOverFilesAndOtherPlaces) {
+TEST(DroppedFolders, SkipsFilesAndOtherPlaces) {
   const TemporaryFolder folder;
   const Path file = writeFile(folder / "a.jpg", "photo");
   const std::unique_ptr<QMimeData> data(

@@ -10,7 +10,7 @@ namespace kestrova::test {
 
 namespace {
 
-TEST_F(ARun, ThatFindsNothingSaysSo) {
+TEST_F(ARun, ThatFindsNothingShowsThat) {
   std::filesystem::create_directory(folder / "in");
   openWithFolders();
   click("buttonStart");

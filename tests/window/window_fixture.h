@@ -18,7 +18,7 @@
 
 namespace kestrova::test {
 
-/// A panel whose user has made up their mind beforehand; without an answer they cancel.
+/// A panel whose user has decided beforehand; without an answer they cancel.
 class StandInFolderPanel : public FolderPanel {
  public:
   void beginSheetModalForWindow(Completion completion) override {
@@ -65,7 +65,7 @@ class StandInDesktop : public DesktopStatus {
   QStringList messages;
 };
 
-/// A window on the screen, its settings and panels in the test's hands.
+/// A window on the screen whose settings and panels the test controls.
 class WindowTest : public testing::Test {
  protected:
   WindowTest() {
@@ -92,7 +92,7 @@ class WindowTest : public testing::Test {
 
   MainInterface& controls() { return window->controls(); }
 
-  /// Lets what has changed reach the widgets.
+  /// Lets changes reach the widgets.
   static void frame() { QTest::qWait(severalFrames); }
 
   template <typename Widget>

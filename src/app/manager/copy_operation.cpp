@@ -15,7 +15,7 @@ void OrganiseManager::copyOperation(const OperationRecord& record) {
     copyRecord(record);
   } catch (const std::exception& error) {
     settleException(record, error);
-    // The text names another operation; it is what users search for.
+    // The text names another operation, but users search for it.
     haltForException(QStringLiteral("Error"),
                      QStringLiteral("EXCEPTION rotateOperation : ") + QString::fromUtf8(error.what()));
   }
@@ -107,7 +107,7 @@ FileResult<void> OrganiseManager::checkIsAsPlanned(const OperationRecord& record
   return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
 }
 
-// Where the plan knows nothing, the file is asked.
+// If the plan has no attributes, they are read from the file.
 Verdict OrganiseManager::verdictOn(const OperationRecord& record) const {
   Verdict verdict = plannedVerdict(record);
   if (verdict.sourceModified) return verdict;

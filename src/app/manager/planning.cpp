@@ -25,7 +25,7 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
   try {
     planFiles(operation);
   } catch (const std::exception& error) {
-    // The text names another method; it is what users search for.
+    // The text names another method, but users search for it.
     const auto text = QStringLiteral("EXCEPTION copyFiles : ") + QString::fromUtf8(error.what());
     haltForException(text, text);
   }
@@ -45,7 +45,7 @@ void OrganiseManager::planFiles(const InvocationOperation& planner) {
   endPlanning(planner);
 }
 
-// Of a file that raises an exception, and of all after it, nothing comes in this run.
+// A file that raises an exception, and all files after it, are not written in this run.
 void OrganiseManager::planOrSettle(FileList::Iterator entry, const InvocationOperation& planner) {
   try {
     auto planned = planFile(entry->path, planningContext(), *host_.files);
@@ -72,7 +72,7 @@ void OrganiseManager::settleUnreached(FileList::Iterator first) {
   }
 }
 
-// The options are read for each file: the user may change them meanwhile.
+// The options are read for each file: the user may change them during planning.
 PlanningContext OrganiseManager::planningContext() const {
   return {.options = planningOptions(),
           .photos = extensionImages.get(),
@@ -91,8 +91,7 @@ PlanningOptions OrganiseManager::planningOptions() const {
           .resolution = optionAt<Resolution>(comboResolution->indexOfSelectedItem())};
 }
 
-// Hashes take a tenth of the memory of names. Where two are equal by chance, the second file is written all
-// the same.
+// Hashes take a tenth of the memory of names. If two are equal by chance, the second file is still written.
 bool OrganiseManager::takeTarget(const Path& target) {
   return plannedTargets_.insert(std::hash<std::string>()(target.native())).second;
 }
@@ -132,7 +131,7 @@ std::optional<Date> OrganiseManager::getModifiedDate(std::string_view url) const
   return attributes->modified;
 }
 
-// Not what its name promises, but callers know it so.
+// Not what its name promises, but callers expect this.
 QString OrganiseManager::textMonth(int month) const {
   return month >= 1 && month <= 11 ? QStringLiteral("January") : QString();
 }

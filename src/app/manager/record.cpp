@@ -50,7 +50,7 @@ void OrganiseManager::beginRecord() {
   }
 }
 
-// Nothing can become of the run any more: what it will be told to have come to is settled.
+// Nothing about the run can change any more: its result is settled.
 void OrganiseManager::endRecord() {
   if (!recorder_) return;
   RunState state = runState();

@@ -74,7 +74,7 @@ void OrganiseManager::rewrite(const OperationRecord& record) {
   }
 }
 
-// A photo that cannot be written ends the run, whatever the reason: the volume is taken for full.
+// If a photo cannot be written, the run ends for any error, as if the volume were full.
 void OrganiseManager::writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting) {
   if (const auto unchanged = checkIsAsPlanned(record); !unchanged) {
     settleFailure(verdict, unchanged.error());

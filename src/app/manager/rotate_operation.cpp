@@ -14,7 +14,7 @@ namespace {
 
 constexpr float compressionFactor = 0.9F;
 
-/// The photo as it is to be seen, its first page, as a JPEG file; nothing when it does not decode.
+/// The first page of the photo, turned upright, as a JPEG file; nothing if it does not decode.
 std::optional<Bytes> asJpeg(const FileResult<Bytes>& file) {
   if (!file) return std::nullopt;
   return encodeImage(turnedUpright(decodeImage(*file), *file), imaging::ImageType::jpeg, {compressionFactor});
@@ -60,8 +60,8 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
   if (isLogging()) log(QString::fromStdString(fileUrlString(to)));
 }
 
-// A full volume pauses here, where turning a photo ends the run. No bytes are no error: nothing is written,
-// and a photo of 0 bytes is counted.
+// A full volume pauses the run here, while it ends it when a photo is rotated. It is not an error if there
+// are no bytes: nothing is written, and a photo of 0 bytes is counted.
 void OrganiseManager::writeDataOperation(const OperationRecord& record) {
   const Path to = record.file("to").value_or(Path());
   const Bytes* data = record.data();

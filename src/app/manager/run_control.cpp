@@ -29,7 +29,7 @@ void OrganiseManager::pauseOrContinue() {
   });
 }
 
-// The queue and what is known of it change together, so that neither can get ahead of the other.
+// The queue and the state about it change together, so that neither can get ahead of the other.
 void OrganiseManager::pauseRun() {
   runState_.update([this](RunState& state) {
     state.isPaused = true;
@@ -91,8 +91,8 @@ void OrganiseManager::endEarly(RunEnd end) {
   runState_.update([end](RunState& state) { state.willEnd(end); });
 }
 
-// A run that ends before its operations were planned is not reported, but the front ends must know of its
-// end all the same.
+// A run that ends before its operations were planned is not reported, but the front ends still need to know
+// that it has ended.
 void OrganiseManager::noticeEnd(const OperationQueue& queue) {
   if (queue.operationCount() > 0) return;
   releaseTarget();

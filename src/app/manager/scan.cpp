@@ -8,7 +8,7 @@ namespace kestrova {
 
 namespace {
 
-/// The verdict on a file that is set aside as it seems to equal another.
+/// The verdict on a file that is set aside because it seems to equal another.
 Verdict setAside(const WalkedFile& file, const Sighting& sighting, Outcome outcome) {
   Verdict verdict{
       .outcome = outcome, .source = file.path, .sourceSize = file.size, .original = sighting.original};

@@ -25,7 +25,7 @@ QStringList urlsOf(const Paths& paths) {
   return urls;
 }
 
-/// Selects the stored choice, or the first where none that the list has is stored.
+/// Selects the stored choice, or the first one if the list does not have it.
 template <typename Option>
 void restoreChoice(const UserDefaults& defaults, const Outlet<ComboBox>& combo, const QString& key) {
   const auto stored = optionAt<Option>(defaults.integer(key).value_or(0));
@@ -55,7 +55,7 @@ void OrganiseManager::saveSettings() {
     defaults.setValue(QStringLiteral("selectedFilterVideo"), chkFilterSmallVideos->state());
     defaults.synchronize();
   } catch (const std::exception&) {
-    // Settings that cannot be kept are no reason to stop the user.
+    // Settings that cannot be saved are not a reason to stop the user.
   }
 }
 

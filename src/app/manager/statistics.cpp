@@ -10,7 +10,7 @@ namespace {
 
 using Manager = OrganiseManager;
 
-/// How many files there are of a kind, of how many bytes together, and the labels that say so.
+/// The number and total size of one kind of files, and the labels that show them.
 struct Row {
   Counter Manager::*files;
   Counter Manager::*bytes;

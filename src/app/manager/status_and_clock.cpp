@@ -7,7 +7,7 @@ OrganiseManager::OrganiseManager(Host host) : host_(std::move(host)) {
   post([this] { loadSettings(); });
 }
 
-// Workers end before the fields that they use go, the queue itself among these.
+// Workers end before the fields that they use are destroyed, including the queue itself.
 OrganiseManager::~OrganiseManager() {
   if (processQueue) processQueue->close();
 }

@@ -15,7 +15,7 @@ class ImageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Throws unless so many bytes may be held at a time.
+/// Throws unless this many bytes may be held at a time.
 inline void requireMemory(std::uint64_t bytes) {
   if (bytes > std::uint64_t{maxWorkingBytes}) throw ImageError("the picture needs too much memory");
 }

@@ -4,8 +4,8 @@
 
 namespace kestrova::imaging {
 
-// What reading and writing one photo may cost. A photo that would need more counts as one that cannot be
-// decoded; its headers show it, before the memory is taken.
+// What reading and writing one photo may cost. A photo that would need more counts as undecodable; its
+// headers show that before any memory is allocated.
 
 /// Most pixels a photo may have.
 inline constexpr std::int64_t maxPixels = 1'000'000'000;

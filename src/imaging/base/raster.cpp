@@ -14,7 +14,7 @@ namespace {
 constexpr std::int64_t tile = 32;
 
 struct Steps {
-  const std::uint8_t* origin;  ///< the stored pixel that becomes the first one of the result
+  const std::uint8_t* origin;  ///< the stored pixel that becomes the first pixel of the result
   std::ptrdiff_t right;        ///< bytes from there to the pixel that becomes its neighbour on the right
   std::ptrdiff_t down;
 };

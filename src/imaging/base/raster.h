@@ -13,7 +13,7 @@ namespace kestrova::imaging {
 class Raster {
  public:
   Raster() = default;
-  /// Throws ImageError when the limits forbid it.
+  /// Throws ImageError if it would exceed the limits.
   Raster(std::int64_t width, std::int64_t height, int pixelBytes);
 
   std::int64_t width() const { return width_; }

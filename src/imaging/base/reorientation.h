@@ -16,7 +16,7 @@ struct Reorientation {
   bool operator==(const Reorientation&) const = default;
 };
 
-/// What makes pixels upright that are stored in this TIFF 6.0 Orientation; nothing to do unless it is 2 to 8.
+/// What turns pixels of this TIFF 6.0 Orientation upright; nothing unless it is 2 to 8.
 constexpr Reorientation reorientationFrom(std::int64_t orientation) {
   switch (orientation) {
     case 2:

@@ -13,8 +13,8 @@ namespace kestrova::imaging {
 /// Exif values to change after the pixels were rewritten.
 struct ExifPatch {
   std::optional<PixelSize> pixelSize;  ///< of the written photo, as it is stored
-  bool resetOrientation = false;       ///< the written pixels stand upright
-  bool exchangesAxes = false;          ///< what was across is down now
+  bool resetOrientation = false;       ///< the written pixels are upright
+  bool exchangesAxes = false;          ///< rows have become columns
 };
 
 /// How to change a photo's metadata after its pixels.
@@ -33,8 +33,8 @@ void patchExif(std::span<std::uint8_t> block, const ExifPatch& patch);
 /// none, or when it lies outside the block.
 ByteView exifPreview(ByteView block);
 
-/// Turns the preview that the block's second directory names. The directory is taken out when the preview
-/// cannot be turned or claims another orientation than the photo. To be called before `patchExif`.
+/// Turns the preview that the block's second directory names. The directory is removed if the preview cannot
+/// be turned or has another orientation than the photo. Call it before `patchExif`.
 void turnExifPreview(std::span<std::uint8_t> block, const PreviewTurner& turn);
 
 /// Turns the preview if the edit says so, then patches the block.

@@ -10,8 +10,8 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// A text that ends with the bytes at hand, before its own end, may lack its last digits and would then pass
-/// for another time; so it counts only when there is enough of it for a whole date.
+/// A text that is cut off at the end of the bytes may lack its last digits and then be read as another time;
+/// so it only counts if it is long enough for a whole date.
 void takeText(PhotoProperties& into, ByteView text, std::uint64_t statedLength) noexcept {
   constexpr std::size_t wholeDate = std::string_view("yyyy:MM:dd HH:mm:ss").size();
   if (into.digitizedLength > 0) return;

@@ -9,7 +9,7 @@
 
 namespace kestrova::imaging {
 
-/// What an Exif block, or a TIFF file, says of its photo.
+/// What an Exif block, or a TIFF file, says about its photo.
 struct ExifValues {
   PhotoProperties properties;  ///< the size: ImageWidth and ImageLength
   std::optional<std::int64_t> pixelXDimension;
@@ -17,17 +17,17 @@ struct ExifValues {
 };
 
 /// Reads the first directory and the Exif directory that it names; no other is ever visited. Of several
-/// entries of one kind the first counts that makes sense. The block may be cut off anywhere and hold
-/// anything. Allocates nothing.
+/// entries of one kind the first valid one counts. The block may be cut off anywhere and hold anything.
+/// Allocates nothing.
 ExifValues readExif(ByteView block) noexcept;
 
 /// Orientation and size (ImageWidth and ImageLength) of one directory.
 PhotoProperties readDirectory(const TiffReader& tiff, std::uint64_t directory) noexcept;
 
-/// Where the Exif directory stands; 0 when the first directory names none.
+/// Where the Exif directory is; 0 if the first directory names none.
 std::uint64_t exifDirectoryOf(const TiffReader& tiff) noexcept;
 
-/// Takes over a number unless there is one already, or this one is not between 1 and `largest`.
+/// Sets the number unless it is already set, or the new one is not between 1 and `largest`.
 void takeNumber(std::optional<std::int64_t>& into, std::optional<std::int64_t> number,
                 std::int64_t largest = INT64_MAX) noexcept;
 

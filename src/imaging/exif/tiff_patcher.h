@@ -11,11 +11,11 @@
 
 namespace kestrova::imaging {
 
-/// Changes a TIFF or BigTIFF block in place: whatever TiffReader reads of it can be set. The block may hold
+/// Changes a TIFF or BigTIFF block in place: everything that TiffReader reads can be set. The block may hold
 /// anything: nothing outside it is written. Does not own its bytes.
 class TiffPatcher {
  public:
-  /// Nothing when the block does not begin as TIFF does.
+  /// Nothing if the block does not begin like a TIFF file.
   static std::optional<TiffPatcher> open(std::span<std::uint8_t> block) noexcept;
 
   const TiffReader& reader() const noexcept { return reader_; }
@@ -25,10 +25,10 @@ class TiffPatcher {
   void setInteger(std::uint64_t directory, std::uint16_t tag, std::uint32_t number);
   /// Exchanges the values of the first entries of two tags if they are of one kind.
   void exchangeValues(std::uint64_t directory, std::uint16_t oneTag, std::uint16_t otherTag);
-  /// Makes a directory the last one.
+  /// Cuts the chain after a directory.
   void endAfter(std::uint64_t directory);
 
-  /// Writes a number in the block's byte order; does nothing where it would not fit into the block.
+  /// Writes a number in the block's byte order; does nothing if it would not fit into the block.
   template <std::unsigned_integral Number>
   void set(std::uint64_t position, Number number) noexcept {
     if (reader_.bytes().at<Number>(position)) write(position, sizeof number, number);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint16_t tiffMagic = 42;
 constexpr std::uint16_t bigTiffMagic = 43;
-// Cameras' raw files that are TIFF in all but this number.
+// Cameras' raw files that are TIFF except for this number.
 constexpr std::uint16_t panasonicMagic = 0x55;
 constexpr std::uint16_t olympusMagic = 0x4F52;
 constexpr std::uint16_t olympusOldMagic = 0x5352;

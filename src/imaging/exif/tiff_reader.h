@@ -7,32 +7,32 @@
 
 namespace kestrova::imaging {
 
-/// The directories of a TIFF 6.0 or BigTIFF block: a whole file, or what stands in an Exif segment. The block
-/// may be cut off anywhere and hold anything. Does not own its bytes.
+/// The directories of a TIFF 6.0 or BigTIFF block: a whole file, or the contents of an Exif segment. The
+/// block may be cut off anywhere and hold anything. Does not own its bytes.
 class TiffReader {
  public:
   struct Entry {
     std::uint16_t tag = 0;
     std::uint16_t type = 0;
     std::uint64_t count = 0;
-    std::uint64_t typeField = 0;   ///< where the type stands
-    std::uint64_t valueField = 0;  ///< where the value stands, or its offset when it is longer than the field
+    std::uint64_t typeField = 0;   ///< where the type is
+    std::uint64_t valueField = 0;  ///< where the value is, or its offset if it is longer than the field
   };
 
-  /// Nothing when the block does not begin as TIFF does.
+  /// Nothing if the block does not begin like a TIFF file.
   static std::optional<TiffReader> open(ByteView block) noexcept;
 
-  /// Numbers of the block's byte order, by where they stand in it.
+  /// Numbers in the block's byte order, by their position in it.
   const ByteReader& bytes() const noexcept { return reader_; }
   /// The bytes of a count, an offset and a value field: 4, or 8 in BigTIFF.
   std::uint64_t wordSize() const noexcept { return isBig_ ? 8 : 4; }
   /// A number of that many bytes.
   std::optional<std::uint64_t> wordAt(std::uint64_t position) const noexcept;
 
-  /// Where directories stand in the block; 0 when there is none.
+  /// Where the directories are in the block; 0 if there is none.
   std::uint64_t firstDirectory() const noexcept { return firstDirectory_; }
   std::uint64_t nextDirectory(std::uint64_t directory) const noexcept;
-  /// Where a directory says which one is next; nothing when that would lie outside the block.
+  /// Where a directory holds the offset of the next one; nothing when that would lie outside the block.
   std::optional<std::uint64_t> nextDirectoryField(std::uint64_t directory) const noexcept;
 
   /// How many entries a directory says it has. Nothing for one that would lie in the header or past the end.
@@ -58,8 +58,8 @@ class TiffReader {
   /// The number of the first entry of this tag.
   std::optional<std::int64_t> integer(std::uint64_t directory, std::uint16_t tag) const noexcept;
 
-  /// As much of an ASCII entry's text as there is, at most `longest` bytes; a closing NUL belongs to it.
-  /// Empty for any other type.
+  /// As much of an ASCII entry's text as there is, at most `longest` bytes, including a closing NUL. Empty
+  /// for any other type.
   ByteView text(const Entry& entry, std::uint64_t longest) const noexcept;
 
  private:

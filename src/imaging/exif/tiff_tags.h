@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// The numbers of TIFF 6.0, BigTIFF and Exif 2.3 that several modules know.
+// The numbers of TIFF 6.0, BigTIFF and Exif 2.3 that several modules use.
 namespace kestrova::imaging {
 
 enum class TiffType : std::uint16_t {

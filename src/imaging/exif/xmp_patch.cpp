@@ -10,7 +10,7 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// A property that gets another whole number, wherever it stands.
+/// A property that gets another whole number, wherever it is.
 struct Restatement {
   std::string_view property;
   std::int64_t number;

@@ -5,7 +5,7 @@
 
 namespace kestrova::imaging {
 
-/// Makes an XMP packet follow the new pixels: tiff:ImageWidth and tiff:ImageLength, exif:PixelXDimension and
+/// Updates an XMP packet to the new pixels: tiff:ImageWidth and tiff:ImageLength, exif:PixelXDimension and
 /// exif:PixelYDimension, and, once the pixels were turned, tiff:Orientation. Properties that are not there
 /// are not added; all other bytes stay. The packet may hold anything.
 void editXmp(Bytes& packet, const MetadataEdit& edit);

@@ -67,7 +67,7 @@ void JpegDecoder::readProfile() {
   try {
     errors_.guarded([&] { jpeg_read_icc_profile(&info_, &data, &size); });
   } catch (const ImageError&) {
-    return;  // the pixels may be sound all the same
+    return;  // the pixels may still be valid
   }
   const std::unique_ptr<JOCTET, decltype(&std::free)> owner(data, &std::free);
   profile_.assign(data, data + size);

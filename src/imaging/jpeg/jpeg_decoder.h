@@ -8,8 +8,8 @@
 
 namespace kestrova::imaging {
 
-/// Decodes a JPEG to the planes of its components, without converting colours or spreading subsampled
-/// components. All of it throws ImageError, and that on libjpeg's first warning.
+/// Decodes a JPEG to the planes of its components, without converting colours or upsampling subsampled
+/// components. All methods throw ImageError, also on libjpeg's first warning.
 class JpegDecoder {
  public:
   /// One component as it is decoded.
@@ -23,7 +23,7 @@ class JpegDecoder {
   /// Whether the colour profile is read with the headers.
   enum class Profile { skipped, read };
 
-  /// Reads the headers. The file has to outlive the decoder.
+  /// Reads the headers. The file must outlive the decoder.
   explicit JpegDecoder(ByteView file, Profile profile = Profile::skipped);
   ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
   JpegDecoder(const JpegDecoder&) = delete;
@@ -36,7 +36,7 @@ class JpegDecoder {
   jpeg_decompress_struct& info() { return info_; }
   JpegErrors& errors() { return errors_; }
 
-  /// Begins to decode at `eighths`/8 of the size: 1, 2, 4 or 8. The planes' sizes are known from here on.
+  /// Begins to decode at `eighths`/8 of the size: 1, 2, 4 or 8. After this call the planes' sizes are known.
   void start(int eighths);
   Plane plane(std::size_t component) const;
   /// Decodes all rows; `take` gets each row of each plane, from the top, planes in turn.
@@ -53,7 +53,7 @@ class JpegDecoder {
   Bytes profile_;
 };
 
-/// Decodes all pixels at the least expense; throws ImageError when that cannot be done without a warning.
+/// Decodes all pixels as cheaply as possible; throws ImageError if that fails or causes a warning.
 void verifyJpeg(ByteView file);
 
 }  // namespace kestrova::imaging

@@ -42,7 +42,7 @@ JpegCompressor::JpegCompressor() {
 }
 
 JpegCompressor::~JpegCompressor() {
-  // The memory has moved as it grew, and only this tells where to when the compressor was left by an error.
+  // The buffer moves as it grows; after an error only this pointer is up to date.
   info_.dest->term_destination(&info_);
   jpeg_destroy_compress(&info_);
   std::free(written_);

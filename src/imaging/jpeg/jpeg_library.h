@@ -12,8 +12,7 @@
 // After <cstdio>, which it needs.
 #include <jpeglib.h>
 
-// What libjpeg needs to be used from C++: errors and warnings that become ImageError, and memory that is
-// given back.
+// What is needed to use libjpeg from C++: errors and warnings become ImageError, and memory is freed.
 namespace kestrova::imaging {
 
 /// libjpeg's error manager. A warning counts as an error: a photo that decodes only in part is not decoded.
@@ -25,8 +24,8 @@ class JpegErrors {
 
   jpeg_error_mgr* manager() { return &manager_; }
 
-  /// Runs `call`, which calls libjpeg and keeps no object with a destructor: libjpeg leaves it by a long
-  /// jump. Throws ImageError from here, so that no frame of C is unwound.
+  /// Runs `call`, which calls libjpeg and has no objects with destructors: libjpeg leaves it with longjmp.
+  /// Throws ImageError from here, so that no C frame is unwound.
   template <class Call>
   [[gnu::noinline]] void guarded(const Call& call) {
     if (setjmp(escape_) != 0) throw ImageError(message_.data());
@@ -47,7 +46,7 @@ struct JpegComponent {
   int vertical = 1;
 };
 
-/// What makes two JPEGs of one kind, their pixels apart.
+/// The properties, apart from pixels, that two JPEGs of one kind share.
 struct JpegFormat {
   J_COLOR_SPACE colorSpace = JCS_UNKNOWN;
   bool progressive = false;
@@ -67,7 +66,7 @@ class JpegCompressor {
 
   jpeg_compress_struct& info() { return info_; }
   JpegErrors& errors() { return errors_; }
-  /// What was written, once the compressor has finished.
+  /// What was written, after the compressor has finished.
   Bytes bytes() const { return {written_, written_ + size_}; }
 
  private:

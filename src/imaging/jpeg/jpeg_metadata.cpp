@@ -23,11 +23,11 @@ constexpr std::size_t segmentHeader = 4;     ///< marker and length
 void editXmpSegment(Bytes& payload, const MetadataEdit& edit) {
   Bytes edited = payload;
   editXmp(edited, edit);
-  // It may have become longer than a segment holds.
+  // It may have become too long for a segment.
   if (edited.size() <= mostPayloadBytes) payload = std::move(edited);
 }
 
-/// The payload of a segment, made to follow the new pixels.
+/// The payload of a segment, updated to the new pixels.
 Bytes editedPayload(std::uint8_t marker, ByteView source, const MetadataEdit& edit) {
   Bytes payload(source.begin(), source.end());
   if (marker == jpeg_marker::app1) {

@@ -8,14 +8,14 @@
 
 namespace kestrova::imaging {
 
-/// Where things lie in a JPEG file, by its markers alone.
+/// Where things are in a JPEG file, according to its markers alone.
 struct JpegOutline {
   std::vector<JpegSegment> metadata;  ///< application segments and comments, in their order
   std::size_t imageEnd = 0;           ///< just after the end-of-image marker: what follows is not the image
 };
 
-/// The outline of a JPEG file that is there as a whole. Throws ImageError when it is not, or has more scans
-/// than image_limits.h allows. The file may hold anything.
+/// The outline of a complete JPEG file. Throws ImageError if the file is incomplete or has more scans than
+/// image_limits.h allows. It may contain anything.
 JpegOutline outlineJpeg(ByteView file);
 
 }  // namespace kestrova::imaging

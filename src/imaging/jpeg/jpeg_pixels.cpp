@@ -58,7 +58,7 @@ void JpegPixelDecoder::decode(const RowAt& rowAt) {
   decoder_.errors().guarded([&] { jpeg_finish_decompress(&info); });
 }
 
-/// Adobe's programs, and all that follow them, store the inks inverted.
+/// Adobe's programs, and those that follow them, store the inks inverted.
 void JpegPixelDecoder::convertFromCmyk(std::uint8_t* row) {
   const bool isInverted = decoder_.info().saw_Adobe_marker == TRUE;
   const auto paper = [&](std::uint8_t ink) { return isInverted ? ink : 255 - ink; };

@@ -8,14 +8,14 @@
 #include <cstdint>
 #include <functional>
 
-// JPEGs as whole pixels, for those who show a picture rather than rewrite a photo.
+// JPEGs as whole pixels, for showing a picture rather than rewriting a photo.
 namespace kestrova::imaging {
 
-/// Decodes a JPEG to grey pixels of one byte, or to pixels of four: red, green, blue and 255. All of it
-/// throws ImageError, and that on libjpeg's first warning.
+/// Decodes a JPEG to grey pixels of one byte, or to pixels of four: red, green, blue and 255. All methods
+/// throw ImageError, also on libjpeg's first warning.
 class JpegPixelDecoder {
  public:
-  /// Reads the headers. The file has to outlive the decoder.
+  /// Reads the headers. The file must outlive the decoder.
   explicit JpegPixelDecoder(ByteView file);
 
   PixelSize size() const { return decoder_.size(); }
@@ -23,7 +23,7 @@ class JpegPixelDecoder {
   /// The ICC profile; empty when there is none, or a piece of it is missing.
   const Bytes& profile() const { return decoder_.profile(); }
 
-  /// Decodes all rows, from the top, each into the room that `rowAt` gives for it. To be called once.
+  /// Decodes all rows, from the top, each into the buffer that `rowAt` returns for it. Call it once.
   using RowAt = std::function<std::uint8_t*(std::int64_t y)>;
   void decode(const RowAt& rowAt);
 

@@ -11,8 +11,9 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// The filter gets at least this many times the pixels that it has to give, or else all there are. With less,
-/// what the decoder cuts off shows: at 1.5 detailed photos come out 1.5 decibels further from the reference.
+/// The filter gets at least this many times the pixels of the result, or all there are. With fewer, the
+/// decoder's scaling becomes visible: at 1.5 times, detailed photos are 1.5 decibels further from the
+/// reference.
 constexpr double headroom = 2;
 
 int decodeScale(const RewritePlan& plan) {
@@ -46,9 +47,9 @@ void setSampling(JpegFormat& format, int horizontal, int vertical) {
   format.components.front().vertical = vertical;
 }
 
-/// The sampling to write. A smaller photo has colours of its own at every pixel, which halving them would
-/// take away; at full size it stays what it is. Four to one along a row becomes two by two, which keeps as
-/// many samples; what few decoders can read is not subsampled at all.
+/// The sampling to write. A smaller photo has a colour for every pixel, which subsampling would lose; at full
+/// size the sampling stays. Four to one along a row becomes two by two, which keeps as many samples;
+/// samplings that few decoders can read are not subsampled at all.
 JpegFormat writableFormat(JpegFormat format, bool scales) {
   const bool fourToOne = format.components.size() == 3 && format.maxVertical() == 1 &&
                          format.components[0].horizontal == 4 && format.components[1].horizontal == 1 &&
@@ -64,7 +65,7 @@ JpegFormat reoriented(JpegFormat format, const Reorientation& reorientation) {
   return format;
 }
 
-/// How many samples a component has for so many of the component that has most.
+/// How many samples a component has for a number of samples of the largest component.
 struct Sampling {
   int factor = 1;
   int max = 1;
@@ -78,18 +79,18 @@ struct PlaneAxis {
   double samplesPerPixel = 1;  ///< as decoded, of the photo
   Sampling source;
   Sampling result;
-  bool mirrored = false;  ///< once it is scaled
+  bool mirrored = false;  ///< after scaling
 };
 
 /// Whether decoders interpolate a component on that axis, and the result, which has it in full, should be
-/// what they show. A plane that the decoder shrinks has lost what they would interpolate.
+/// what they show. A plane that the decoder has shrunk is not interpolated.
 bool isInterpolated(const PlaneAxis& axis) {
   return axis.result.factor == axis.result.max && axis.source.max == 2 * axis.source.factor &&
          axis.samplesPerPixel == 0.5;
 }
 
-/// Planes of subsampled components begin at the left of the picture that will be seen; where the axis is
-/// going to be mirrored and the picture ends within a sample, that sample overhangs on the stored left.
+/// Planes of subsampled components begin at the left of the upright picture. If the axis will be mirrored and
+/// the picture ends within a sample, that sample sticks out on the stored left.
 AxisMapping mappingOf(const PlaneAxis& axis) {
   const auto samples = static_cast<int>(planeExtent(axis.scaledPixels, axis.result.factor, axis.result.max));
   const auto scaledPixels = static_cast<double>(axis.scaledPixels);
@@ -126,7 +127,7 @@ RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std
   return {mappingOf(across), mappingOf(down), PixelLayout{}};
 }
 
-/// Throws ImageError unless the planes stay within the limits; while they are turned, they are there twice.
+/// Throws ImageError unless the planes stay within the limits; while they are turned, there are two copies.
 void requireRoom(const JpegFormat& format, const RewritePlan& plan) {
   std::int64_t bytes = 0;
   for (const auto& component : format.components) {

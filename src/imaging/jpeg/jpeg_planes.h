@@ -15,8 +15,8 @@ struct JpegPlanes {
   std::vector<Raster> planes;
 };
 
-/// Decodes, scales and turns the photo's planes by the plan. The decoder shrinks as far as the filter still
-/// gets twice the pixels that it has to give. The decoder must not have been started. Throws ImageError.
+/// Decodes, scales and turns the photo's planes by the plan. The decoder shrinks as long as the filter gets
+/// at least twice the pixels of the result. The decoder must not have been started. Throws ImageError.
 JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan);
 
 }  // namespace kestrova::imaging

@@ -35,7 +35,7 @@ struct BlockReorientation {
   }
 };
 
-/// The blocks of one component, before and after.
+/// The blocks of one component, before and after turning.
 struct Component {
   jvirt_barray_ptr source = nullptr;
   jvirt_barray_ptr result = nullptr;
@@ -48,8 +48,8 @@ JDIMENSION roundedUp(JDIMENSION count, int unit) {
   return (count + step - 1) / step * step;
 }
 
-/// Room for the turned blocks, with whole units of them at the edges, which stay empty where the picture has
-/// none. To be asked for before the coefficients are read: the library grants it all at once.
+/// Memory for the turned blocks, with whole units at the edges, which stay empty outside the picture. Request
+/// it before the coefficients are read: the library allocates everything at once.
 jvirt_barray_ptr requestRoom(jpeg_decompress_struct& info, const jpeg_component_info& component,
                              const Reorientation& reorientation) {
   JDIMENSION columns = roundedUp(component.width_in_blocks, component.h_samp_factor);
@@ -69,7 +69,7 @@ JBLOCKROW blockRow(jpeg_decompress_struct& info, jvirt_barray_ptr blocks, JDIMEN
   return info.mem->access_virt_barray(common, blocks, row, 1, writable ? TRUE : FALSE)[0];
 }
 
-/// Fills the result row by row from the top: the library lets no row be passed over.
+/// Fills the result row by row from the top: the library does not allow a row to be skipped.
 void reorientComponent(jpeg_decompress_struct& info, const Component& component,
                        const Reorientation& reorientation, const BlockReorientation& block) {
   const JDIMENSION rows = reorientation.transpose ? component.sourceColumns : component.sourceRows;
@@ -88,7 +88,7 @@ void reorientComponent(jpeg_decompress_struct& info, const Component& component,
   }
 }
 
-/// Whether the coefficients may be held twice, with a tenth to spare for what else the library holds.
+/// Whether the coefficients may be held twice, with a tenth in reserve for the library's other memory.
 bool coefficientsFit(const jpeg_decompress_struct& info) {
   std::int64_t bytes = 0;
   for (int i = 0; i < info.num_components; ++i) {

@@ -16,7 +16,7 @@ namespace kestrova::imaging {
 namespace {
 
 constexpr int scaledQuality = 90;
-/// For pixels that were only turned: close enough that the eye finds no difference.
+/// For pixels that were only turned: so close that the difference is invisible.
 constexpr int turnedQuality = 95;
 
 /// The preview of a smaller photo may have this many pixels.
@@ -35,7 +35,7 @@ Bytes newPixels(ByteView file, const RewritePlan& plan) {
                     plan.scales() ? scaledQuality : turnedQuality);
 }
 
-/// Replaces the pixels of a JPEG within its bytes; 0, and nothing is done, when they have no room.
+/// Replaces the pixels of a JPEG within its bytes; 0, without any change, if they do not fit.
 std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, ByteView pixels) {
   const Bytes whole = joinJpeg(ByteView(bytes).first(outline.imageEnd), outline, pixels, {});
   if (whole.size() > bytes.size()) return 0;
@@ -43,7 +43,7 @@ std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, B
   return whole.size();
 }
 
-/// Turns a JPEG within its bytes at lower and lower quality, then at smaller and smaller size.
+/// Turns a JPEG within its bytes at decreasing quality, then at decreasing size.
 std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outline, const PixelSize& size,
                          const Reorientation& reorientation) {
   for (const int divisor : {1, 2, 4, 8}) {

@@ -15,20 +15,19 @@ namespace kestrova::imaging {
 PixelSize jpegSize(ByteView file);
 
 /// The JPEG rewritten by the plan. Pixels that keep their size are turned without loss where that is
-/// possible, and keep their very bytes where they are not turned; others are scaled plane by plane in the
+/// possible, and keep their exact bytes if they are not turned; others are scaled plane by plane in the
 /// colour space of the source. Every application segment and comment passes through byte for byte, except the
-/// tags and previews that the new pixels prove wrong. Throws ImageError when the file does not decode without
+/// tags and previews that no longer match the pixels. Throws ImageError when the file does not decode without
 /// a warning.
 Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 
-/// Turns a JPEG within its bytes, in the best quality that they have room for, and fills up what is left of
-/// them with zeros. Returns how many bytes it takes up now; 0, and nothing is done, when it does not decode
-/// or has more than `mostPixels`.
+/// Turns a JPEG within its bytes, in the best quality that fits, and fills the rest with zeros. Returns how
+/// many bytes it now takes up; 0, without any change, if it does not decode or has more than `mostPixels`.
 std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
                            std::int64_t mostPixels);
 
 /// Turns previews as the plan turns the photo; empty when it does not turn it. A preview that is larger than
-/// the photo, and than a million pixels, is not turned: it would take longer than it is worth.
+/// the photo, and than a million pixels, is not turned: that would take too long.
 PreviewTurner previewTurner(const RewritePlan& plan);
 
 }  // namespace kestrova::imaging

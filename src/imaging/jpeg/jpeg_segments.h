@@ -56,8 +56,8 @@ struct JpegSegment {
 };
 
 /// Walks over the markers of a JPEG file that follow its start-of-image marker. The file may be cut off
-/// anywhere and hold anything: what is not a marker, as fill bytes, coded pixels or garbage, is skipped.
-/// Allocates nothing. Does not own the bytes.
+/// anywhere and contain anything: fill bytes, coded pixels, garbage and anything else that is not a marker
+/// are skipped. Allocates nothing. Does not own the bytes.
 class JpegWalker {
  public:
   explicit JpegWalker(ByteView file) noexcept : file_(file) {}

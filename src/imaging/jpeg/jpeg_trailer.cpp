@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view indexName("MPF\0", 4);
 
-/// More further pictures than this are not turned: each one may cost as much as the photo itself.
+/// At most so many further pictures are turned: each one may take as long as the photo itself.
 constexpr std::size_t mostTurnedPictures = 16;
 
 bool holdsIndex(ByteView file, const JpegSegment& segment) {

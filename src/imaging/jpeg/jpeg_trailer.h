@@ -11,16 +11,16 @@
 
 namespace kestrova::imaging {
 
-/// What follows the picture in a JPEG file, on its way into the result. The further pictures that a
-/// multi-picture index names are looked after; everything else is just bytes. An index that names a picture
-/// outside these bytes is left out.
+/// The bytes after the picture in a JPEG file, which go into the result. Pictures listed in a multi-picture
+/// index are handled; everything else is copied. An index that names a picture outside these bytes is left
+/// out.
 class JpegTrailer {
  public:
-  /// The file has to outlive the trailer.
+  /// The file must outlive the trailer.
   JpegTrailer(ByteView file, const JpegOutline& outline);
 
   /// Turns the further pictures with the photo; leaves them out with their index when one of them cannot be
-  /// turned. A picture that states an orientation of its own is shown by it, and stays.
+  /// turned. A picture with an orientation of its own stays as it is.
   void turnPictures(const PreviewTurner& turn);
 
   /// Whether the segment holds the index of the pictures that are kept.
@@ -30,8 +30,8 @@ class JpegTrailer {
 
   ByteView bytes() const { return bytes_; }
 
-  /// Points the index, whose payload stands at `payload` in `file`, to the pictures, which will follow the
-  /// end of `file`.
+  /// Updates the index, whose payload is at `payload` in `file`, to the pictures, which will follow the end
+  /// of `file`.
   void writeIndex(Bytes& file, std::size_t payload) const;
 
  private:

@@ -9,7 +9,7 @@
 
 namespace kestrova::imaging {
 
-/// A picture that follows the first one in the file, as byte range of the file.
+/// A picture after the first one in the file, as a byte range of the file.
 struct FurtherPicture {
   std::size_t offset = 0;
   std::size_t length = 0;
@@ -19,8 +19,8 @@ struct FurtherPicture {
 /// offsets count from its own beginning in the file.
 class MultiPictureIndex {
  public:
-  /// Reads the structure that stands at `base` in a file of `fileSize` bytes whose first picture ends at
-  /// `imageEnd`. Nothing when it names a picture that does not lie whole after the first.
+  /// Reads the structure at `base` in a file of `fileSize` bytes whose first picture ends at `imageEnd`.
+  /// Nothing if it names a picture that does not lie completely after the first.
   static std::optional<MultiPictureIndex> read(ByteView block, std::size_t base, std::size_t imageEnd,
                                                std::size_t fileSize);
 
@@ -32,7 +32,7 @@ class MultiPictureIndex {
              std::span<const FurtherPicture> pictures) const;
 
  private:
-  std::size_t entries_ = 0;         ///< where the entries stand in the block; 0 when it has none
+  std::size_t entries_ = 0;         ///< where the entries are in the block; 0 when it has none
   std::vector<std::size_t> index_;  ///< which entry each picture has
   std::vector<FurtherPicture> pictures_;
 };

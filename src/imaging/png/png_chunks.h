@@ -10,7 +10,7 @@
 
 namespace kestrova::imaging {
 
-/// What a PNG file begins with.
+/// The signature at the start of a PNG file.
 inline constexpr std::string_view pngSignature = "\x89PNG\r\n\x1A\n";
 
 /// One chunk of a PNG file: four bytes of length, four of type, the data, four of checksum.

@@ -37,7 +37,7 @@ void PngDecoder::readHeaders(Wants wants) {
   png_set_read_fn(png_, this, read);
   png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
   png_set_crc_action(png_, PNG_CRC_QUIET_USE, PNG_CRC_QUIET_USE);
-  // A flaw in a comment is not a flaw in the picture: only what the pixels depend on is looked at.
+  // A damaged comment does not damage the picture: only the chunks that the pixels depend on are checked.
   constexpr int allButPixels = -1;
   png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, allButPixels);
   if (wants == Wants::profile) {

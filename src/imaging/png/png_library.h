@@ -13,10 +13,10 @@
 
 #include <png.h>
 
-// What it takes to use libpng from C++.
+// What is needed to use libpng from C++.
 namespace kestrova::imaging {
 
-/// Where libpng leaves its calls on an error; a warning counts as one.
+/// Where libpng jumps on an error; a warning counts as one.
 class PngErrors {
  public:
   /// Runs `call`, which calls libpng and keeps no object with a destructor. Throws ImageError from here,
@@ -48,14 +48,14 @@ struct PngFormat {
   int pixelBytes() const { return channels() * (bitDepth == 16 ? 2 : 1); }
 };
 
-/// Decodes a PNG. Throws ImageError, and that on libpng's first warning.
+/// Decodes a PNG. Throws ImageError, also on libpng's first warning.
 class PngDecoder {
  public:
-  /// What is wanted of the file besides its header.
+  /// What is wanted from the file apart from its header.
   enum class Wants { pixels, profile };
 
-  /// Reads the headers. The file, of which the checksums are not looked at, has to outlive the decoder. Only
-  /// a decoder for pixels takes warnings for errors.
+  /// Reads the headers. The file must outlive the decoder; its checksums are not checked. Only a decoder for
+  /// pixels treats warnings as errors.
   explicit PngDecoder(ByteView file, Wants wants = Wants::pixels);
   ~PngDecoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
   PngDecoder(const PngDecoder&) = delete;
@@ -67,7 +67,7 @@ class PngDecoder {
   /// The ICC profile; empty when it was not wanted or is absent.
   Bytes profile();
 
-  /// Has palettes decoded to colours, grey of less than 8 bits to 8 bits, and a transparent colour to
+  /// Makes palettes decode to colours, grey of less than 8 bits to 8 bits, and a transparent colour to
   /// opacity.
   void expand();
   /// Decodes all rows, from the top; samples of 16 bits in the machine's byte order.
@@ -89,7 +89,7 @@ class PngDecoder {
 /// The ICC profile of a PNG; empty when there is none, or it is damaged.
 Bytes pngProfile(ByteView file);
 
-/// Encodes rows as PngDecoder gives them, with a palette where the format wants one. Throws ImageError.
+/// Encodes rows as PngDecoder returns them, with a palette if the format has one. Throws ImageError.
 Bytes encodePng(const PngFormat& format, const std::vector<png_color>& palette, const Raster& raster);
 
 }  // namespace kestrova::imaging

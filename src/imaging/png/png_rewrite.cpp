@@ -33,7 +33,7 @@ bool isAnimated(ByteView file) {
   return found;
 }
 
-/// The result's pixels, and what they and the source's are like.
+/// The result's pixels, and the kinds of these and the source's pixels.
 struct Picture {
   PngFormat source;
   PngFormat format;
@@ -56,7 +56,7 @@ Picture decodePicture(ByteView file, const RewritePlan& plan) {
   return {source, format, decoder.palette(), reoriented(scaler.take(), plan.reorientation)};
 }
 
-/// Brings a background colour into the new format; makes it empty when it makes no sense.
+/// Converts a background colour to the new format; makes it empty if it is invalid.
 void convertBackground(Bytes& data, const Picture& picture) {
   if (picture.source.colorType == PNG_COLOR_TYPE_PALETTE) {
     const bool isKnown = data.size() == 1 && data[0] < picture.palette.size();
@@ -68,7 +68,7 @@ void convertBackground(Bytes& data, const Picture& picture) {
   }
 }
 
-/// A chunk's data where the pixels' format has changed; empty when the chunk has lost its meaning.
+/// A chunk's data after the pixels' format has changed; empty if the chunk has lost its meaning.
 Bytes converted(const PngChunk& chunk, const Picture& picture) {
   const bool hadPalette = picture.source.colorType == PNG_COLOR_TYPE_PALETTE;
   const bool gainedAlpha =
@@ -84,7 +84,7 @@ Bytes converted(const PngChunk& chunk, const Picture& picture) {
   return data;
 }
 
-/// Makes what a chunk says follow the new pixels; nothing when it says nothing of them.
+/// Updates a chunk to the new pixels; nothing if it does not describe them.
 std::optional<Bytes> edited(const PngChunk& chunk, const MetadataEdit& edit) {
   Bytes result(chunk.data.begin(), chunk.data.end());
   if (chunk.type == "eXIf") {
@@ -123,7 +123,7 @@ void appendAll(Bytes& result, ByteView png, std::string_view type) {
   });
 }
 
-/// Puts the header and the pixels of `pixels` in the place of the source's.
+/// Replaces the source's header and pixels by those of `pixels`.
 Bytes joinPng(ByteView file, ByteView pixels, const MetadataEdit& edit, const Picture* picture) {
   Bytes result(pngSignature.begin(), pngSignature.end());
   ByteView rest = file;
@@ -135,7 +135,7 @@ Bytes joinPng(ByteView file, ByteView pixels, const MetadataEdit& edit, const Pi
       appendAll(result, pixels, "IHDR");
     } else if (chunk.type != "IDAT") {
       appendOther(result, chunk, remainingEdit, picture);
-      // There should be one eXIf chunk: a thousand previews would be a thousand times the work.
+      // There should be one eXIf chunk; a thousand previews would take a thousand times as long.
       if (chunk.type == "eXIf" && edit.turnPreview) remainingEdit.turnPreview = leaveOutPreview;
     } else if (!std::exchange(pixelsWritten, true)) {
       appendAll(result, pixels, "IDAT");

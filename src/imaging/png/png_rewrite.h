@@ -6,7 +6,7 @@
 
 namespace kestrova::imaging {
 
-/// The pixel size that a PNG's header states; 0 where it states none.
+/// The pixel size in a PNG's header; 0 if there is none.
 PixelSize pngSize(ByteView file);
 
 /// The PNG rewritten, with the bit depth and the channels of the source; scaled pictures of less than 8

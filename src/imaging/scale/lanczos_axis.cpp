@@ -50,13 +50,13 @@ Weights weigh(const AxisMapping& mapping, int sample) {
   return weights;
 }
 
-/// The axis as it looks once each source sample has become two.
+/// The axis after each source sample has become two.
 AxisMapping spread(const AxisMapping& mapping) {
   return {2 * mapping.sourceCount, mapping.resultCount, 2 * mapping.step, 2 * mapping.origin};
 }
 
-/// Weights of the samples that the spread ones are made of: three quarters come from the sample they lie in,
-/// one from the nearest other; at the edges all of it.
+/// Weights of the samples that the doubled ones are made of: three quarters of the weight go to the sample
+/// they lie in, one to its nearest neighbour; at the edges all of it goes to the sample.
 Weights gathered(const Weights& spread, int sourceCount) {
   const int last = spread.first + static_cast<int>(spread.values.size()) - 1;
   const int begin = std::max(0, (spread.first - 1) / 2);

@@ -12,7 +12,7 @@ struct AxisMapping {
   int resultCount = 0;
   double step = 1;
   double origin = 0;
-  /// Each source sample is shown as two, which lean on the neighbour of their side by a quarter.
+  /// Each source sample is shown as two, each mixed with a quarter of the neighbour on its side.
   bool interpolated = false;
 
   bool isIdentity() const { return sourceCount == resultCount && step == 1 && origin == 0 && !interpolated; }
@@ -34,7 +34,7 @@ class LanczosAxis {
   /// Weights per result sample, a multiple of 4, padded with zeros.
   int taps() const { return taps_; }
   int first(int sample) const { return first_[static_cast<std::size_t>(sample)]; }
-  /// Source samples from the first that count.
+  /// The number of source samples, from the first one, that count.
   int count(int sample) const { return count_[static_cast<std::size_t>(sample)]; }
   const float* weights(int sample) const {
     return weights_.data() + static_cast<std::size_t>(sample) * static_cast<std::size_t>(taps_);

@@ -8,11 +8,10 @@
 
 namespace kestrova::imaging {
 
-/// Collects rows, from the top, into a raster of the result's size. Rows that need no scaling are taken as
-/// they are.
+/// Collects rows, from the top, into a raster of the result's size. Rows that need no scaling are copied.
 class RasterScaler {
  public:
-  /// Throws ImageError when the limits forbid it.
+  /// Throws ImageError if it would exceed the limits.
   RasterScaler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout);
   /// Scales the whole picture.
   RasterScaler(const PixelSize& source, const PixelSize& result, const PixelLayout& layout);

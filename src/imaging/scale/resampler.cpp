@@ -11,7 +11,7 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// Source rows the ring has to hold: those that one result row needs.
+/// Source rows that the ring has to hold: those that one result row needs.
 int rowsHeld(const LanczosAxis& axis) {
   int most = 1;
   for (int i = 0; i < axis.resultCount(); ++i) most = std::max(most, axis.count(i));

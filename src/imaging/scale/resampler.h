@@ -28,7 +28,7 @@ class Resampler {
 
   /// Takes the next source row.
   void push(const void* row);
-  /// Writes the next result row, if all that it needs has been pushed. To be called after every push until it
+  /// Writes the next result row if everything it needs has been pushed. Call it after every push until it
   /// returns false.
   bool pull(void* row);
 
@@ -43,8 +43,9 @@ class Resampler {
   LanczosAxis x_;
   LanczosAxis y_;
   PixelLayout layout_;
-  std::size_t paddedWidth_;  ///< floats of one channel of a source row, with room for the filter to read on
-  std::size_t sourceRow_;    ///< floats of a source row, all channels one after the other
+  std::size_t
+      paddedWidth_;        ///< floats of one channel of a source row, padded as the filter reads past its end
+  std::size_t sourceRow_;  ///< floats of a source row, all channels one after the other
   int pushed_ = 0;
   int pulled_ = 0;
   std::vector<float> ring_;

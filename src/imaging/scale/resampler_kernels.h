@@ -6,7 +6,7 @@
 #include <cstdint>
 
 // The inner loops of the resampler, each compiled for every instruction set of the processor family; the best
-// one that the processor has is taken at run time. Callable from any thread.
+// one that the processor supports is chosen at run time. Callable from any thread.
 namespace kestrova::imaging::kernels {
 
 /// Samples to floats of the same value.
@@ -17,8 +17,8 @@ void widen(const std::uint16_t* samples, std::size_t count, float* result);
 void narrow(const float* values, std::size_t count, std::uint8_t* result);
 void narrow(const float* values, std::size_t count, std::uint16_t* result);
 
-/// result[i] = sum of the axis's weights for i times `source`. Up to taps() - 1 floats after the source's
-/// end are read and have to be finite.
+/// result[i] = sum of the axis's weights for i times `source`. Up to taps() - 1 floats after the source's end
+/// are read and must be finite.
 void filterRow(const float* source, const LanczosAxis& axis, float* result);
 
 /// result[x] = sum over `count` rows of weights[i] * rows[i][x].

@@ -14,19 +14,19 @@ namespace kestrova::imaging {
 struct TiffDecoder::Tiles {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
-  std::size_t rowBytes = 0;  ///< of a tile, as libtiff gives it
+  std::size_t rowBytes = 0;  ///< of a tile, as libtiff returns it
 };
 
 namespace {
 
-/// One sample of less than 8 bits; the first one stands in the highest bits.
+/// One sample of less than 8 bits; the first one is in the highest bits.
 std::uint8_t bitsAt(const std::uint8_t* packed, std::size_t index, int bits) {
   const std::size_t position = index * static_cast<std::size_t>(bits);
   const int shift = 8 - bits - static_cast<int>(position % 8);
   return static_cast<std::uint8_t>(packed[position / 8] >> shift & ((1 << bits) - 1));
 }
 
-/// Whether the directory says it; libtiff does not tell that from a default.
+/// Whether the directory states it; libtiff does not distinguish that from a default.
 bool states(ByteView file, std::uint64_t directory, std::uint16_t tag) {
   const auto reader = TiffReader::open(file);
   return reader && reader->find(directory, tag);
@@ -88,7 +88,7 @@ void TiffDecoder::requireSupported() {
       (format_.photometric != PHOTOMETRIC_YCBCR || (isJpeg && format_.samplesPerPixel == 3)) &&
       (format_.photometric != PHOTOMETRIC_PALETTE ||
        (format_.samplesPerPixel == 1 && format_.bitsPerSample <= 8));
-  if (!supported) throw ImageError("pixels of a kind that is not written");
+  if (!supported) throw ImageError("the pixels are of an unsupported kind");
   requireAffordable(format_.size.width, format_.size.height, format_.pixelBytes());
 }
 
@@ -118,7 +118,7 @@ void TiffDecoder::spread(const std::uint8_t* packed, std::int64_t pixels, int pl
 }
 
 void TiffDecoder::decodeStrips(const TakeRow& take) {
-  // Each plane has a handle of its own, so that each one is read from its top to its end.
+  // Each plane has its own handle, so that each one is read from top to bottom.
   std::vector<std::unique_ptr<TiffHandle>> others;
   for (int plane = 1; plane < format_.planes(); ++plane)
     others.push_back(std::make_unique<TiffHandle>(file_, directory_));

@@ -8,11 +8,11 @@
 
 namespace kestrova::imaging {
 
-/// Decodes one page of a TIFF row by row, however it is cut into strips, tiles and planes.
+/// Decodes one page of a TIFF row by row, from strips or tiles, in one or several planes.
 class TiffDecoder {
  public:
-  /// Reads the page's directory; throws ImageError when the pixels are of an unsupported kind. The file has
-  /// to outlive the decoder.
+  /// Reads the page's directory; throws ImageError when the pixels are of an unsupported kind. The file must
+  /// outlive the decoder.
   TiffDecoder(ByteView file, std::uint64_t directory);
 
   const TiffFormat& format() const { return format_; }

@@ -43,7 +43,7 @@ void setFormat(TIFF* tiff, const TiffFormat& format, std::uint16_t compression) 
   }
 }
 
-/// What belongs to one way of compressing.
+/// The settings of one compression.
 void setCodec(TIFF* tiff, const TiffFormat& format, std::uint16_t compression) {
   if (compression == COMPRESSION_JPEG) {
     TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, jpegQuality);
@@ -93,7 +93,7 @@ void encodeRows(TiffHandle& tiff, const TiffPicture& picture) {
   }
 }
 
-/// What the source says of its resolution and its colours, which Exiv2 takes for a matter of the pixels.
+/// The source's resolution and colours, which Exiv2 does not copy, as they belong to the pixels.
 void copyLook(TIFF* from, TIFF* to) {
   std::uint32_t kind = 0;
   if (TIFFGetField(from, TIFFTAG_SUBFILETYPE, &kind) == 1) {
@@ -141,7 +141,7 @@ Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t dire
   copyLook(TiffHandle(source, directory).get(), tiff.get());
   tiff.check();
   encodeRows(tiff, picture);
-  // libtiff wants to be told; what the source leaves to the default stays unsaid.
+  // Only the tags that the source has are set; defaults are left out.
   if (format.planarConfiguration == 0) TIFFUnsetField(tiff.get(), TIFFTAG_PLANARCONFIG);
   return tiff.finish();
 }

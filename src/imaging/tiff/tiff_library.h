@@ -10,7 +10,7 @@
 
 #include <tiffio.h>
 
-// What libtiff needs to be used on memory, from several threads, and silently.
+// What is needed to use libtiff on memory, from several threads, and silently.
 namespace kestrova::imaging {
 
 /// An open TIFF in memory. Any error that libtiff reports, and any warning of its JPEG codec, is kept and
@@ -18,8 +18,8 @@ namespace kestrova::imaging {
 /// pixels.
 class TiffHandle {
  public:
-  /// Opens for reading, at the first directory; throws ImageError where there is none. The file has to
-  /// outlive the handle.
+  /// Opens for reading, at the first directory; throws ImageError if there is none. The file must outlive the
+  /// handle.
   explicit TiffHandle(ByteView file);
   /// Opens at the directory at that offset.
   TiffHandle(ByteView file, std::uint64_t directory);
@@ -35,7 +35,7 @@ class TiffHandle {
   /// Ends writing and returns the file.
   Bytes finish();
 
-  /// The value of a tag that holds one number; `otherwise` when it is missing and has no default.
+  /// The value of a tag that holds one number; `otherwise` if it is missing and has no default.
   std::uint16_t number16(std::uint32_t tag, std::uint16_t otherwise = 0);
   std::uint32_t number32(std::uint32_t tag, std::uint32_t otherwise = 0);
 

@@ -28,7 +28,8 @@ void prepareExiv() {
 
 auto openTiff(ByteView file) {
   auto image = Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size()));
-  if (image.get() == nullptr || image->imageType() != Exiv2::ImageType::tiff) throw ImageError("no TIFF 6.0");
+  if (image.get() == nullptr || image->imageType() != Exiv2::ImageType::tiff)
+    throw ImageError("not a TIFF 6.0 file");
   image->readMetadata();
   return image;
 }
@@ -52,7 +53,7 @@ Bytes bytesOf(const Exiv2::Exifdatum& tag) {
   return bytes;
 }
 
-/// The packet as it stands in the file, except for what the edit changes; Exiv2 would write one of its own.
+/// The packet as it is in the file, except for what the edit changes; Exiv2 would write a packet of its own.
 std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
   const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.XMLPacket"));
   if (tag == exif.end()) return {};

@@ -12,7 +12,7 @@ namespace kestrova::imaging {
 /// profile), except further pages and previews stored as pages. One thread at a time: Exiv2's XMP reader is
 /// shared. Throws ImageError.
 ///
-/// Of `edit` only the XMP changes are made here. Sets the orientation where one is given.
+/// Only the XMP changes of `edit` are made here. Sets the orientation where one is given.
 Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edit,
                    std::optional<std::int64_t> orientation);
 

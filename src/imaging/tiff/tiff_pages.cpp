@@ -12,7 +12,7 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// Of all pages together. Directories that overlap could make a small file endless work.
+/// Of all pages together. With overlapping directories a small file could take forever.
 constexpr std::uint64_t mostEntries = 1'000'000;
 
 TiffPage readPage(const TiffReader& tiff, std::uint64_t directory) {

@@ -11,11 +11,11 @@ namespace kestrova::imaging {
 
 /// One page of a TIFF file: a directory of its chain.
 struct TiffPage {
-  std::uint64_t directory = 0;  ///< where it stands in the file
+  std::uint64_t directory = 0;  ///< where it is in the file
   PixelSize size;
   std::optional<std::int64_t> orientation;  ///< 1 to 8; absent where the page states none
   bool isReduced = false;                   ///< it says that it is a smaller version of another picture
-  bool hasSubDirectories = false;           ///< pictures may stand in these, as in cameras' raw files
+  bool hasSubDirectories = false;           ///< these may hold pictures, as in cameras' raw files
 };
 
 /// The pages that state a size, in their order; at least one.

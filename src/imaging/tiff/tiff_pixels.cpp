@@ -11,7 +11,7 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// Makes rows that can be filtered: colours in place of a palette, at least 8 bits a sample.
+/// Makes rows that can be filtered: colours instead of a palette, at least 8 bits a sample.
 class RowExpander {
  public:
   explicit RowExpander(const TiffFormat& source) : source_(source), format_(source) {

@@ -37,9 +37,8 @@ struct TiffPicture {
   Raster raster;  ///< samples of one byte (also those of less than 8 bits) or two, in the machine's order
 };
 
-/// Decodes a page of a TIFF as the plan wants it: tiles, separate planes, less than 8 bits and
-/// palettes too. What is scaled has at least 8 bits a sample, and colours in place of a palette. Throws
-/// ImageError.
+/// Decodes a page of a TIFF as the plan wants it: tiles, separate planes, less than 8 bits and palettes too.
+/// Scaled pictures have at least 8 bits a sample, and colours instead of a palette. Throws ImageError.
 TiffPicture decodeTiff(ByteView file, std::uint64_t directory, const RewritePlan& plan);
 
 /// Decodes all pixels of a page; throws ImageError when that cannot be done.

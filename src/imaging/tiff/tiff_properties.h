@@ -5,11 +5,11 @@
 
 namespace kestrova::imaging {
 
-/// True also for BigTIFF and for cameras' raw files that are TIFF in all but their magic number.
+/// True also for BigTIFF and for cameras' raw files that are TIFF except for their magic number.
 bool beginsLikeTiff(ByteView file) noexcept;
 
-/// What the first bytes of a TIFF file say of its first page, and so of the photo. The bytes may end anywhere
-/// and hold anything. Allocates nothing.
+/// What the first bytes of a TIFF file say about its first page, and so about the photo. The bytes may end
+/// anywhere and hold anything. Allocates nothing.
 PhotoProperties readTiffProperties(ByteView prefix) noexcept;
 
 }  // namespace kestrova::imaging

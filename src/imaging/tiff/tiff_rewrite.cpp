@@ -12,7 +12,7 @@ namespace kestrova::imaging {
 
 namespace {
 
-/// The file with its pixels as they are. Its size is stated by its first page.
+/// The file with its pixels unchanged. Its first page states its size.
 Bytes patchedTiff(ByteView file, const TiffPages& pages, ExifPatch patch) {
   verifyTiff(file, pages.largest().directory);
   patch.pixelSize = pages.first().size;

@@ -11,8 +11,8 @@ ImageSize measureTiff(ByteView file);
 
 /// The TIFF rewritten, with the bit depth, the compression and the metadata of the source. Where no pixel
 /// changes, all bytes of all pages stay; a result with other pixels has only the largest page. Throws
-/// ImageError when that page does not decode whole, or is of an unsupported kind: BigTIFF, floating point, a
-/// raw file's thumbnail.
+/// ImageError if that page does not decode completely, or is of an unsupported kind: BigTIFF, floating point,
+/// a raw file's thumbnail.
 RewrittenPhoto rewriteTiff(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 
 }  // namespace kestrova::imaging

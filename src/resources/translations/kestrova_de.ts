@@ -263,7 +263,7 @@
         <translation>&amp;Ordner hinzufügen…</translation>
     </message>
     <message>
-        <source>Take the selected folders off the list. The folders themselves stay as they are.</source>
+        <source>Remove the selected folders from the list. The folders themselves are not changed.</source>
         <translation>Die markierten Ordner aus der Liste nehmen. Die Ordner selbst bleiben, wie sie sind.</translation>
     </message>
     <message>
@@ -291,11 +291,11 @@
         <translation>Zielordner</translation>
     </message>
     <message>
-        <source>Choose or drop the folder that is to hold the result</source>
+        <source>Choose or drop the folder for the result</source>
         <translation>Ordner für das Ergebnis auswählen oder hierher ziehen</translation>
     </message>
     <message>
-        <source>Choose the folder that the dated folders are to grow in.</source>
+        <source>Choose the folder in which the dated folders are created.</source>
         <translation>Den Ordner auswählen, in dem die Ordner nach Datum entstehen sollen.</translation>
     </message>
     <message>
@@ -331,11 +331,11 @@
         <translation>&amp;Größe</translation>
     </message>
     <message>
-        <source>The largest size of the photos written</source>
+        <source>The largest size for photos</source>
         <translation>Wie groß die geschriebenen Fotos höchstens sind</translation>
     </message>
     <message>
-        <source>Write photos that lie on their side the right way up. The originals stay as they are.</source>
+        <source>Rotate photos that are stored sideways. The originals are not changed.</source>
         <translation>Fotos, die auf der Seite liegen, aufrecht schreiben. Die Originale bleiben, wie sie sind.</translation>
     </message>
     <message>
@@ -343,7 +343,7 @@
         <translation>Fotos auf&amp;richten</translation>
     </message>
     <message>
-        <source>Leave out photos below 20,000 bytes, or below 400 pixels on a side.</source>
+        <source>Skip photos smaller than 20,000 bytes or 400 pixels on a side.</source>
         <translation>Fotos unter 20.000 Byte oder mit weniger als 400 Pixeln auf einer Seite auslassen.</translation>
     </message>
     <message>
@@ -351,7 +351,7 @@
         <translation>&amp;Kleine Fotos auslassen</translation>
     </message>
     <message>
-        <source>Leave out videos below 2,000,000 bytes.</source>
+        <source>Skip videos smaller than 2,000,000 bytes.</source>
         <translation>Videos unter 2.000.000 Byte auslassen.</translation>
     </message>
     <message>
@@ -463,11 +463,11 @@
         <translation>Schon vorhanden</translation>
     </message>
     <message>
-        <source>Files that were there already</source>
+        <source>Files that already existed</source>
         <translation>Dateien, die schon vorhanden waren</translation>
     </message>
     <message>
-        <source>Size of the files that were there already</source>
+        <source>Size of the files that already existed</source>
         <translation>Größe der Dateien, die schon vorhanden waren</translation>
     </message>
     <message>
@@ -483,15 +483,15 @@
         <translation>Größe der ausgelassenen kleinen Dateien</translation>
     </message>
     <message>
-        <source>Name taken meanwhile</source>
-        <translation>Name inzwischen vergeben</translation>
+        <source>Name taken</source>
+        <translation>Name vergeben</translation>
     </message>
     <message>
-        <source>Files whose name was taken meanwhile</source>
-        <translation>Dateien, deren Name inzwischen vergeben war</translation>
+        <source>Files whose name was taken</source>
+        <translation>Dateien, deren Name vergeben war</translation>
     </message>
     <message>
-        <source>How many of the files found are done with</source>
+        <source>How many of the found files are finished</source>
         <translation>Wie viele der gefundenen Dateien erledigt sind</translation>
     </message>
     <message>
@@ -519,7 +519,7 @@
         <translation>Zielordner öff&amp;nen</translation>
     </message>
     <message>
-        <source>End the run after the current file. What is written stays.</source>
+        <source>Stop after the current file. Files already written are kept.</source>
         <translation>Den Vorgang nach der laufenden Datei abbrechen. Was geschrieben ist, bleibt.</translation>
     </message>
     <message>

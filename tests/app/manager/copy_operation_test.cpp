@@ -11,7 +11,7 @@ namespace {
 using test::writeFile;
 using test::writePhoto;
 
-/// Calls the handler as the queue would, on a record of its own.
+/// Calls the handler as the queue would, with a record of its own.
 class CopyOperation : public testing::Test {
  protected:
   CopyOperation() { manager().processQueue = std::make_shared<OperationQueue>(); }
@@ -71,7 +71,7 @@ TEST_F(CopyOperation, AnnouncesTheSourcesKindAndCountsTheTargets) {
   EXPECT_EQ(manager().tVideoSize, 1000);
 }
 
-TEST_F(CopyOperation, ThatIsCancelledLeavesNothingBehindButTheStage) {
+TEST_F(CopyOperation, ThatIsCancelledLeavesOnlyTheStage) {
   operation->cancel();
   copy(photo, to);
   EXPECT_EQ(manager().appStatus, 3);

@@ -8,7 +8,7 @@ namespace kestrova {
 
 namespace {
 
-/// Operations on a file that may be another by now than it was when it was planned.
+/// Operations on a file that may have changed since it was planned.
 class PlannedSourceFile : public testing::Test {
  protected:
   PlannedSourceFile() {
@@ -16,7 +16,7 @@ class PlannedSourceFile : public testing::Test {
     manager().verdictListener = [this](const Verdict& verdict) { verdicts.push_back(verdict); };
   }
   OrganiseManager& manager() { return program.manager(); }
-  /// What the plan would know of the photo as it is.
+  /// What the plan would know about the photo as it is.
   PlannedSource asItIs() const {
     const auto now = systemFileManager()->attributesOfItem(photo).value();
     return {.size = now.size, .modified = now.modified};

@@ -95,7 +95,7 @@ TEST_F(Planner, KnowsNothingOfAPhotoThatLiesAfterItsFirst40960Bytes) {
 }
 
 TEST_F(Planner, NamesAFileThatIsNeitherPhotoNorVideoWithoutAnUnderscore) {
-  // The joined lists hold a bracket between two commas.
+  // The joined lists contain a bracket between two commas.
   const Path odd = test::writePhoto(program.source / "odd.)", 1000);
   test::setModified(odd, "2015:01:01 00:00:00");
   program.run();
@@ -243,7 +243,7 @@ TEST_F(Planner, OpensNoVideoToReadItsProperties) {
   EXPECT_EQ(reads, 0);
 }
 
-TEST_F(Planner, HasNoModificationDateForWhatIsNoFileUrl) {
+TEST_F(Planner, HasNoModificationDateForWhatIsNotAFileUrl) {
   const Path file = writeVideo("clip.mov", 500);
   EXPECT_FALSE(manager().getModifiedDate("").has_value());
   EXPECT_FALSE(manager().getModifiedDate("file://%zz").has_value());

@@ -216,7 +216,7 @@ TEST_F(RunControl, ShowsPauseAgainAndKeepsTheStatusWhenItContinues) {
   program.waitUntilEnded();
 }
 
-TEST_F(RunControl, StopsWhileCopyingAfterTheFileInHand) {
+TEST_F(RunControl, StopsWhileCopyingAfterTheCurrentFile) {
   startAndHoldFirstCopy();
   program.press(controls().buttonStop);
   program.settle();

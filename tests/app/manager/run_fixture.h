@@ -22,7 +22,7 @@ class RunTest : public testing::Test {
     program.chooseFolders();
     program.press(controls().buttonStart);
   }
-  /// Starts and returns with the first copy waiting at the gate, the window up to date.
+  /// Starts, and returns when the first copy waits at the gate and the window is up to date.
   void startAndHoldFirstCopy() {
     files->onStageCopy = [this](const Path&, const Path&) -> std::optional<FileError> {
       copying.pass();
@@ -32,7 +32,7 @@ class RunTest : public testing::Test {
     program.waitUntil([this] { return copying.isReached(); });
     program.settle();
   }
-  /// The same with the scan waiting at the first file that it reads, or the planner at its first photo.
+  /// The same, with the scan waiting at the first file that it reads, or the planner at its first photo.
   void startAndHoldScan() { startAndHoldRead(1, scanning); }
   void startAndHoldPlanning() { startAndHoldRead(2, planning); }
   void startAndHoldRead(int stage, Gate& gate) {

@@ -9,8 +9,7 @@ namespace {
 
 using test::Gate;
 
-/// What happens to a run whose stages go on for a while after the user has stopped it, or has closed the
-/// program.
+/// What happens to a run whose stages go on for a while after the user has stopped it or closed the program.
 class RunStopRace : public test::RunTest {
  protected:
   std::shared_ptr<InvocationOperation> cancelledStage() {
@@ -26,7 +25,7 @@ class RunStopRace : public test::RunTest {
     EXPECT_FALSE(controls().processBar->isAnimating());
     EXPECT_FALSE(controls().sourceProgress->isAnimating());
   }
-  /// Destroys the program while a worker waits at the gate, and lets the worker go on meanwhile.
+  /// Destroys the program while a worker waits at the gate, and lets the worker go on at the same time.
   void destroyWhileHeldAt(Gate& gate) {
     std::thread opener([&gate] {
       std::this_thread::sleep_for(std::chrono::milliseconds(100));

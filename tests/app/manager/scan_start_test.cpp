@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// What a scan sets back before it looks at the first file.
+// What a scan resets before it looks at the first file.
 
 namespace kestrova {
 

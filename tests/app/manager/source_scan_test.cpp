@@ -12,7 +12,7 @@ using test::writePhoto;
 
 class SourceScan : public testing::Test {
  protected:
-  /// A whole run, of which the tests look at what the scan made.
+  /// A whole run, of which the tests check the results of the scan.
   void scan() { program.run(); }
   OrganiseManager& manager() { return program.manager(); }
   qsizetype logged(const char* start) { return program.log.count(QLatin1String(start)); }
@@ -151,7 +151,7 @@ TEST_F(SourceScan, TakesAllButTheFirstOfSeveralEmptyFilesAsDuplicates) {
   EXPECT_EQ(manager().sDuplicateCount, 2);
 }
 
-TEST_F(SourceScan, TakesLargeFilesThatDifferOnlyBehindTheirFirst40960BytesAsDuplicates) {
+TEST_F(SourceScan, TakesLargeFilesThatDifferOnlyAfterTheirFirst40960BytesAsDuplicates) {
   std::string contents(60000, 'x');
   writeFile(program.source / "a.mov", contents);
   contents.back() = 'y';
@@ -160,7 +160,7 @@ TEST_F(SourceScan, TakesLargeFilesThatDifferOnlyBehindTheirFirst40960BytesAsDupl
   EXPECT_EQ(manager().sDuplicateCount, 1);
 }
 
-TEST_F(SourceScan, PassesOverFilesWithoutExtensionAndFolders) {
+TEST_F(SourceScan, SkipsFilesWithoutExtensionAndFolders) {
   writePhoto(program.source / "jpg", 1000);
   std::filesystem::create_directories(program.source / "folder.jpg");
   scan();

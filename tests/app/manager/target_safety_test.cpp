@@ -5,7 +5,8 @@
 
 #include <gmock/gmock.h>
 
-// A run never replaces or reaches what it must not, whatever fails or is swapped on the way.
+// A run never replaces or reaches anything that it must not, even if something fails or is swapped on the
+// way.
 
 namespace kestrova {
 

@@ -14,7 +14,7 @@ using test::writePhoto;
 using testing::ElementsAre;
 using testing::Pair;
 
-/// A whole run over sources of which some cannot be read.
+/// A whole run over sources, some of which cannot be read.
 class UnreadableSources : public testing::Test {
  protected:
   using Failure = test::FailingFileManager::Failure;
@@ -61,7 +61,7 @@ TEST_F(UnreadableSources, CountAsDuplicatesOfEachOther) {
   EXPECT_EQ(program.status(), QStringLiteral("Completed"));
 }
 
-TEST_F(UnreadableSources, ArePassedOverLikeFilesOfTheSameContent) {
+TEST_F(UnreadableSources, AreSkippedLikeFilesOfTheSameContent) {
   writePhoto(program.source / "a.mov", 500, 'a');
   writePhoto(program.source / "b.mov", 500, 'b');
   writePhoto(program.source / "c.mov", 500, 'c');

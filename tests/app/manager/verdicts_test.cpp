@@ -85,7 +85,7 @@ TEST_F(Verdicts, TellAFileWhoseNameAnotherOfTheRunHas) {
   EXPECT_EQ(controls().lblTargetExistCount->stringValue(), QStringLiteral("1"));
 }
 
-TEST_F(Verdicts, TellATargetThatSomebodyElseCreatedMeanwhileAsExisting) {
+TEST_F(Verdicts, ReportATargetThatAnotherProgramCreatedAsExisting) {
   failFirstCopy({EEXIST, "File exists"});
   program.run();
   EXPECT_THAT(outcomes(), ElementsAre(Pair(Outcome::copied, 4), Pair(Outcome::exists, 1)));

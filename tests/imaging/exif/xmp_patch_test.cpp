@@ -49,7 +49,7 @@ TEST(XmpPatch, LeavesWhatIsNotAWholeNumberOfAPropertyItKnows) {
   }
 }
 
-// Work that grows with the square of the length would not come to an end here.
+// Work that grows with the square of the length would never end here.
 TEST(XmpPatch, GoesThroughMegabytesOfTheSameInOnePass) {
   constexpr std::size_t size = 4'000'000;
   const std::string property = "tiff:ImageWidth=\"9\"";

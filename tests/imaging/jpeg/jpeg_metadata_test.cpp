@@ -65,7 +65,7 @@ TEST(JpegMetadata, KeepsJfifThumbnailsWhenItTurns) {
   for (const auto& segment : segments) EXPECT_TRUE(contains(result, segment));
 }
 
-/// JPEGs in the metadata that nothing is known about.
+/// JPEGs in unknown metadata.
 class ForeignJpegTest : public testing::Test {
  protected:
   Bytes turned(const std::vector<Bytes>& segments, const Bytes& trailer = {}) {

@@ -42,7 +42,7 @@ std::string describe(const Path& file, const std::string& format) {
   return runTool("identify", {"-format", format, file.native()}).output;
 }
 
-/// A photo that says it has to be turned by a quarter.
+/// A photo whose orientation is a quarter turn.
 Bytes quarterTurned(const Bytes& jpeg) {
   return withSegments(jpeg, {exifSegment(exifBlock({.orientation = 6}).encode())});
 }
@@ -128,7 +128,7 @@ TEST(JpegRewrite, KeepsEveryByteOfPixelsThatStayAsTheyAre) {
   EXPECT_EQ(scaled(source, {200, 120}), source);
 }
 
-TEST(JpegRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
+TEST(JpegRewrite, RefusesSizesThatItsPixelsDoNotFill) {
   const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false});
   ASSERT_TRUE(rewritten(withFrameSize(photo, 64, 48), toSize({32, 24})));
   for (const auto& [width, height] :
@@ -149,7 +149,7 @@ TEST(JpegRewrite, ScalesALineOfPixels) {
   EXPECT_EQ(test::sizeOf(turnedUpright(tall))->stored, (PixelSize{65'500, 1}));
 }
 
-TEST(JpegRewrite, TurnsDownFilesOfVeryManyScans) {
+TEST(JpegRewrite, RefusesFilesOfVeryManyScans) {
   const Bytes photo = jpegPhoto({.width = 64, .height = 48, .exif = false, .progressive = true});
   const Bytes startOfScan{0xFF, 0xDA};
   const auto scan = std::ranges::search(photo, startOfScan).begin() - photo.begin();

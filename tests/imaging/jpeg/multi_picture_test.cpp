@@ -132,7 +132,7 @@ TEST_F(MultiPictureTest, StandsAThousandMutations) {
                                                 26),
                                60, 1))});
   constexpr int mutations = 1000;
-  constexpr std::size_t indexSize = 260;  // index and resources stand within so many bytes from the start
+  constexpr std::size_t indexSize = 260;  // index and resources are within so many bytes from the start
   std::mt19937 random(17);
   int written = 0;
   for (int i = 0; i < mutations; ++i) {

@@ -7,7 +7,7 @@
 
 namespace kestrova::test {
 
-/// A payload that begins with this name, and goes on with so many equal bytes.
+/// A payload that begins with this name and continues with so many equal bytes.
 inline Bytes named(std::string_view name, std::size_t size, std::uint8_t filler) {
   Bytes payload(name.begin(), name.end());
   payload.resize(name.size() + size, filler);

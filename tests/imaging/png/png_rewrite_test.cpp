@@ -156,7 +156,7 @@ TEST(PngRewrite, TurnsThePreviewOfItsFirstExifChunkOnly) {
   EXPECT_EQ(hasPreview, (std::vector<bool>{true, false}));
 }
 
-// Work that grows with the square of the length would not come to an end here.
+// Work that grows with the square of the length would never end here.
 TEST(PngRewrite, WithstandsMegabytesOfHostileXmp) {
   for (const std::string_view part : {"/9j/&", "tiff:ImageWidth=\"9\"", "tiff:Orientation="}) {
     std::string text("XML:com.adobe.xmp\0\0\0\0\0", 22);
@@ -180,7 +180,7 @@ TEST(PngRewrite, LeavesAnimationsAsTheyAre) {
   EXPECT_EQ(rewrittenAsItIs(source), source);
 }
 
-TEST(PngRewrite, TurnsDownSizesThatItsPixelsDoNotFill) {
+TEST(PngRewrite, RefusesSizesThatItsPixelsDoNotFill) {
   const Bytes photo = pngPhoto({.width = 64, .height = 48, .exif = false});
   for (const auto& [width, height] : {std::pair<unsigned, unsigned>{60'000, 60'000},
                                       {0, 48},

@@ -132,8 +132,8 @@ TEST(Resampler, GivesTheMirroredPictureMirrored) {
   EXPECT_EQ(resampled(source, wholeAxis(83, 19), wholeAxis(1, 1)), result);
 }
 
-/// A row as decoders show it that put two samples in place of each, three quarters of it and one of the
-/// neighbour.
+/// A row as shown by decoders that replace each sample by two, each mixed from three quarters of it and one
+/// of its neighbour.
 std::vector<double> interpolated(const Pixels<std::uint8_t>& row) {
   std::vector<double> result;
   for (std::size_t i = 0; i < row.size(); ++i) {
@@ -164,7 +164,7 @@ TEST(Resampler, ScalesWhatDecodersInterpolateAsIfItWereInterpolatedBefore) {
 
 TEST(Resampler, LetsTransparentColoursNotBleed) {
   constexpr std::uint8_t colour = 200;
-  constexpr int nearlyTransparent = 8;  // opacity; the colour is known roughly at most
+  constexpr int nearlyTransparent = 8;  // opacity; the colour is only roughly known
   constexpr int colourError = 2;
   constexpr int opaqueColumns = 7;  // of the 15 of the result
   Pixels<std::uint8_t> source;
@@ -183,7 +183,7 @@ TEST(Resampler, LetsTransparentColoursNotBleed) {
   EXPECT_GE(seen, opaqueColumns * 15);
 }
 
-TEST(Resampler, TurnsDownWhatWouldTakeTooMuchMemory) {
+TEST(Resampler, RefusesWhatWouldTakeTooMuchMemory) {
   EXPECT_THROW(Resampler(wholeAxis(900'000'000, 900), wholeAxis(1, 1),
                          {.channels = 4, .bytesPerSample = 2, .alpha = true}),
                ImageError);

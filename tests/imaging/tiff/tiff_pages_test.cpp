@@ -149,7 +149,7 @@ TEST_F(TiffPagesTest, OfARawFileAreNotWrittenInThePlaceOfItsPicture) {
   EXPECT_TRUE(rewritten(preview.encode(), {.size = PixelSize{10, 5}}));
 }
 
-/// Where a little-endian TIFF says which directory follows its first.
+/// Where a little-endian TIFF holds the offset of its second directory.
 std::size_t nextDirectoryField(const Bytes& tiff) {
   return 8 + 2 + 12 * (std::size_t{tiff.at(8)} | std::size_t{tiff.at(9)} << 8);
 }

@@ -45,7 +45,7 @@ class TiffTest : public testing::Test {
     EXPECT_EQ(runTool("convert", arguments).status, 0);
     return bytesOf(folder_ / "made.tif");
   }
-  /// The same file, said to be stored so that it has to be turned by a quarter to the right.
+  /// The same file with an orientation that needs a clockwise quarter turn.
   Bytes quarterTurned(const Bytes& tiff) {
     const Path path = writeFile(folder_ / "turn.tif", tiff);
     EXPECT_EQ(
@@ -175,7 +175,7 @@ TEST_F(TiffTest, HasItsFirstPageAloneWhenItsPixelsChange) {
   const Bytes pages = made({"(", "+clone", "-negate", ")"});
   const Bytes result = scaled(pages, {101, 70});
   EXPECT_EQ(runTool("identify", {"-format", "%n", writeFile(folder_ / "pages.tif", pages).native()}).output,
-            "22");  // said once for each page
+            "22");  // once for each page
   EXPECT_EQ(runTool("identify", {"-format", "%n", writeFile(folder_ / "result.tif", result).native()}).output,
             "1");
   EXPECT_GE(likeness(picture(pages, {"-filter", "Lanczos", "-resize", "101x70!"}), picture(result)),
@@ -188,7 +188,7 @@ Bytes claimedSize(std::uint64_t width, std::uint64_t height, std::uint64_t compr
   return file.encode();
 }
 
-TEST_F(TiffTest, TurnsDownSizesThatItsPixelsDoNotFill) {
+TEST_F(TiffTest, RefusesSizesThatItsPixelsDoNotFill) {
   ASSERT_TRUE(rewritten(claimedSize(20, 10, 1), toSize({10, 5})));
   for (const auto& [width, height] : {std::pair<std::uint64_t, std::uint64_t>{60'000, 60'000},
                                       {900'000'000, 1},
