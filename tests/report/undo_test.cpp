@@ -97,7 +97,7 @@ TEST_F(UndoTest, RefusesAChangedTargetThatKeptSizeAndTime) {
   const auto time = fs::last_write_time(tree / "2014/1.jpg");
   writeFile(tree / "2014/1.jpg", "SMA");
   fs::last_write_time(tree / "2014/1.jpg", time);
-  expectRefused("other content");
+  expectRefused("different content");
 }
 
 TEST_F(UndoTest, RefusesWhenTheSourceIsGone) {
@@ -107,7 +107,7 @@ TEST_F(UndoTest, RefusesWhenTheSourceIsGone) {
 
 TEST_F(UndoTest, RefusesWhenTheSourceHasChanged) {
   writeFile(copied("1.jpg").source, "PHOTO");
-  expectRefused("source has other content");
+  expectRefused("source has different content");
   rows.clear();
   writeFile(rewritten("2.jpg").source, "LARGE");
   expectRefused("source has changed");
@@ -115,7 +115,7 @@ TEST_F(UndoTest, RefusesWhenTheSourceHasChanged) {
 
 TEST_F(UndoTest, RefusesARewrittenPhotoWithoutSums) {
   rewritten("1.jpg").targetSha256.clear();
-  expectRefused("no sum");
+  expectRefused("no checksum");
 }
 
 TEST_F(UndoTest, RefusesALinkInTheTargetsPlace) {
