@@ -14,6 +14,7 @@
 #include "platform/published_value.h"
 #include "platform/relaxed_atomic.h"
 #include "report/recorder.h"
+#include "scan/companions.h"
 #include "scan/duplicate_index.h"
 #include "scan/media_classification.h"
 
@@ -71,6 +72,7 @@ class OrganiseManager : public Counters, public Outlets {
   FileList fileList;  ///< every file to organise
   HashList hashList;
   std::vector<std::string> duplicateList;  ///< paths as bytes, in the order found
+  Companions companions;                   ///< counted where `rowListener` or a record is told of rows
 
   // --- Run state ---
   std::shared_ptr<OperationQueue> processQueue;  ///< absent until the first start; a new one at every start
@@ -197,6 +199,7 @@ class OrganiseManager : public Counters, public Outlets {
   enum class WalkEnd { complete, cancelled, suspended };
   WalkEnd walkSources(const InvocationOperation& operation);
   void takeFile(const WalkedFile& file);
+  void leaveFile(const WalkedFile& file);
   void addNew(const WalkedFile& file, const char* label);
   void addDuplicate(const WalkedFile& file, const Sighting& sighting);
   void queuePlanner(const InvocationOperation& operation);

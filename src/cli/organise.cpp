@@ -1,7 +1,9 @@
 #include "cli/organise.h"
 
+#include "cli/folder_notices.h"
 #include "cli/output.h"
 #include "cli/run.h"
+#include "platform/dry_run_files.h"
 
 #include <QLoggingCategory>
 
@@ -34,6 +36,14 @@ std::string openReport(const Path& file, Findings& findings) {
   return {};
 }
 
+/// Free bytes on the volume that the folder is on, or would be; nothing where that cannot be told.
+std::optional<std::uint64_t> freeSpaceFor(Path folder) {
+  std::error_code error;
+  while (!std::filesystem::exists(folder, error) && folder.has_relative_path()) folder = folder.parent_path();
+  const auto space = std::filesystem::space(folder, error);
+  return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
+}
+
 }  // namespace
 
 tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Path& currentFolder) {
@@ -48,6 +58,7 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   parser.flags("--upright", "--no-upright", arguments.upright);
   parser.flag("--skip-small-photos", arguments.skipSmallPhotos);
   parser.flag("--skip-small-videos", arguments.skipSmallVideos);
+  parser.flag("--dry-run", arguments.dryRun);
   parser.path("--report", "a file", arguments.report);
   parser.flag("--no-record", arguments.noRecord);
   parser.flag("--json", arguments.json);
@@ -67,6 +78,7 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
 int run(const OrganiseArguments& arguments) {
   if (arguments.log) QLoggingCategory::setFilterRules(QStringLiteral("*=false\nkestrova=true"));
   const auto files = systemFileManager();
+  const auto dryFiles = arguments.dryRun ? std::make_shared<DryRunFiles>(files) : nullptr;
   if (const std::string reason = unusableFolder(arguments, *files); !reason.empty()) return refuse(reason);
 
   Findings findings;
@@ -74,11 +86,14 @@ int run(const OrganiseArguments& arguments) {
     return refuse(reason);
   }
 
+  if (!arguments.quiet) print(stderr, noticesOf(overlapsOf(arguments.sources, arguments.target)));
+
   StopSignals stop;
-  const Summary summary = [&] {
+  Summary summary = [&] {
     Progress progress(progressMode(arguments));
-    return organise(arguments, files, stop, progress, findings);
+    return organise(arguments, dryFiles ? dryFiles : files, stop, progress, findings);
   }();
+  if (dryFiles) summary.space = Summary::Space{dryFiles->writtenBytes(), freeSpaceFor(arguments.target)};
   printResult(arguments, summary, findings.tally.remarks());
   return exitStatus(summary);
 }

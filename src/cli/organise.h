@@ -19,6 +19,7 @@ struct OrganiseArguments {
   bool upright = true;
   bool skipSmallPhotos = false;
   bool skipSmallVideos = false;
+  bool dryRun = false;
   Path report;  ///< a second place for the rows of the record; empty: none
   bool noRecord = false;
   bool json = false;
@@ -41,6 +42,7 @@ constexpr std::string_view organiseHelp = R"(organise SOURCE... --to TARGET [OPT
                          rotate photos upright or keep their orientation (default --upright)
   --skip-small-photos    skip photos smaller than 20,000 bytes or 400 pixels on a side
   --skip-small-videos    skip videos smaller than 2,000,000 bytes
+  --dry-run              only show what would become of each file, and the free space needed
   --report FILE.ndjson|FILE.csv
                          write what becomes of each file into a new file, too
   --no-record            keep no record of the run (see "runs")

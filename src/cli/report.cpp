@@ -73,6 +73,32 @@ QString leftBehindLine(const report::LeftBehind& files) {
   return QStringLiteral("Left behind: ") + QString::fromStdString(report::summaryOf(files)) + u'\n';
 }
 
+QString companionLines(const Summary& summary) {
+  QString lines;
+  if (summary.sidecars > 0) {
+    lines += QStringLiteral("Of these, sidecars of photos and videos that were found: %1\n")
+                 .arg(countText(summary.sidecars));
+  }
+  if (summary.videosWithoutStill > 0) {
+    lines += QStringLiteral("Live photos of which only the video was found: %1\n")
+                 .arg(countText(summary.videosWithoutStill));
+  }
+  return lines;
+}
+
+QString spaceLine(const Summary::Space& space) {
+  const auto text = [](std::uint64_t bytes) { return sizeText(static_cast<std::int64_t>(bytes)); };
+  const QString free = space.free ? QStringLiteral(", %1 are free").arg(text(*space.free)) : QString();
+  const bool isTooLittle = space.free && *space.free < space.needed;
+  return QStringLiteral("Nothing was written. Free space needed: %1%2%3\n")
+      .arg(text(space.needed), free, isTooLittle ? QStringLiteral(": not enough") : QString());
+}
+
+void putSpace(QJsonObject& object, const Summary::Space& space) {
+  object.insert(QStringLiteral("spaceNeeded"), static_cast<qint64>(space.needed));
+  if (space.free) object.insert(QStringLiteral("spaceFree"), static_cast<qint64>(*space.free));
+}
+
 QJsonObject jsonOf(const report::LeftBehind& files) {
   QJsonObject object;
   for (const auto& [extension, amount] : files.byExtension()) {
@@ -105,7 +131,8 @@ QString summaryTable(const Summary& summary) {
          row("Already there", summary.alreadyThere) + row("Small", summary.small) +
          row("Name taken", summary.nameTaken) + row("Failed", summary.failed) +
          row("Unreadable", summary.unreadable) + row("Not reached", summary.notReached) + u'\n' +
-         leftBehindLine(summary.leftBehind) + closingLine(summary);
+         leftBehindLine(summary.leftBehind) + companionLines(summary) +
+         (summary.space ? spaceLine(*summary.space) : QString()) + closingLine(summary);
 }
 
 QByteArray summaryJson(const Summary& summary) {
@@ -114,7 +141,8 @@ QByteArray summaryJson(const Summary& summary) {
                        {QStringLiteral("videos"), jsonOf(amounts.videos)},
                        {QStringLiteral("total"), jsonOf(amounts.total)}};
   };
-  const QJsonObject object{
+  QJsonObject object{
+      {QStringLiteral("dryRun"), summary.space.has_value()},
       {QStringLiteral("result"), textOf(wordOf(summary.end))},
       {QStringLiteral("status"), summary.status},
       {QStringLiteral("seconds"), static_cast<double>(summary.elapsed.count()) / 1000.0},
@@ -130,7 +158,10 @@ QByteArray summaryJson(const Summary& summary) {
       {QStringLiteral("unreadable"), unreadableJson(summary)},
       {QStringLiteral("notReached"), jsonOf(summary.notReached)},
       {QStringLiteral("leftBehind"), jsonOf(summary.leftBehind)},
+      {QStringLiteral("sidecarsLeftBehind"), static_cast<qint64>(summary.sidecars)},
+      {QStringLiteral("videosWithoutStill"), static_cast<qint64>(summary.videosWithoutStill)},
   };
+  if (summary.space) putSpace(object, *summary.space);
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 

@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,8 +33,16 @@ struct Summary {
   Amount notReached;
   report::LeftBehind leftBehind;                         ///< not of a kind that is organised
   std::vector<report::UnreadableRow> unreadableFolders;  ///< their contents are unknown
-  std::string recordFailure;                             ///< why the record is missing or not whole
-  std::string reportFailure;                             ///< why the report is not whole
+  std::int64_t sidecars = 0;            ///< left behind beside photos and videos that were found
+  std::int64_t videosWithoutStill = 0;  ///< found, their stills left behind
+  /// Of a dry run: what it would write, and what is free. In bytes.
+  struct Space {
+    std::uint64_t needed = 0;
+    std::optional<std::uint64_t> free;
+  };
+  std::optional<Space> space;
+  std::string recordFailure;  ///< why the record is missing or not whole
+  std::string reportFailure;  ///< why the report is not whole
 };
 
 /// 0 completed, 1 ended in error or something could not be read or written, 130 stopped.

@@ -119,6 +119,8 @@ Summary summaryOf(const OrganiseManager& manager, const Findings& findings) {
     if (Amount Summary::*const place = placeOf(outcome)) summary.*place += amount;
   }
   summary.leftBehind = findings.leftBehind;
+  summary.sidecars = manager.companions.sidecars();
+  summary.videosWithoutStill = manager.companions.videosWithoutStill();
   summary.unreadableFolders = findings.unreadable;
   summary.recordFailure = manager.recordFailure();
   if (findings.report && findings.report->error()) summary.reportFailure = findings.report->error()->message;
@@ -150,7 +152,7 @@ std::string unusableFolder(const OrganiseArguments& arguments, const FileManager
 Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
                  Progress& progress, Findings& findings) {
   const auto start = Clock::now();
-  MainInterface interface(hostWith(std::move(files), !arguments.noRecord));
+  MainInterface interface(hostWith(std::move(files), !arguments.noRecord && !arguments.dryRun));
   MainQueue::instance().runPending();  // the controller loads its settings first
   applyOptions(interface, arguments);
   interface.manager.verdictListener = [&](const Verdict& verdict) { findings.tally.add(verdict); };

@@ -13,7 +13,7 @@ struct RunsArguments {
 };
 
 constexpr std::string_view runsHelp = R"(runs [--json]
-                         list the recorded runs, the newest first
+  Lists the recorded runs, the newest first.
   --json                 print the list as one JSON array
 )";
 

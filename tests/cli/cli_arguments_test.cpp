@@ -54,9 +54,10 @@ TEST(CliArguments, StartFromTheWindowsDefaults) {
 }
 
 TEST(CliArguments, TakeEveryOption) {
-  const auto arguments = parseWith({"--media", "videos", "--photo-formats", "jpeg+tiff+png", "--folders",
-                                    "medium", "--size", "1080p", "--no-upright", "--skip-small-photos",
-                                    "--skip-small-videos", "--json", "--quiet", "--log"});
+  const auto arguments =
+      parseWith({"--media", "videos", "--photo-formats", "jpeg+tiff+png", "--folders", "medium", "--size",
+                 "1080p", "--no-upright", "--skip-small-photos", "--skip-small-videos", "--json", "--quiet",
+                 "--log", "--dry-run", "--no-record", "--report", "rows.csv"});
   ASSERT_TRUE(arguments) << arguments.error();
   EXPECT_EQ(arguments->media, Media::videos);
   EXPECT_EQ(arguments->photoFormats, PhotoFormats::jpegTiffPng);
@@ -65,6 +66,8 @@ TEST(CliArguments, TakeEveryOption) {
   EXPECT_FALSE(arguments->upright);
   EXPECT_TRUE(arguments->skipSmallPhotos && arguments->skipSmallVideos);
   EXPECT_TRUE(arguments->json && arguments->quiet && arguments->log);
+  EXPECT_TRUE(arguments->dryRun && arguments->noRecord);
+  EXPECT_EQ(arguments->report, Path("/home/me/rows.csv"));
 }
 
 TEST(CliArguments, TakeValuesAfterAnEqualsSign) {
@@ -122,7 +125,7 @@ TEST(CliArguments, TakeNoOptionForAFolder) {
 TEST(CliArguments, RefuseWhatIsUnknown) {
   EXPECT_EQ(errorOf(parse({"organize", "/in"})),
             "unknown command \"organize\": expected organise, check, undo or runs");
-  for (const std::string_view option : {"--in", "--dry-run", "--media-x", "-h", "-q", "--Json"}) {
+  for (const std::string_view option : {"--in", "--rescue", "--media-x", "-h", "-q", "--Json"}) {
     EXPECT_EQ(errorOf(parseWith({option})), "unknown option \"" + std::string(option) + '"');
   }
   EXPECT_EQ(errorOf(parseWith({"--in=x.csv"})), "unknown option \"--in\"");

@@ -139,6 +139,38 @@ TEST_F(CliRecord, SaysWhatWasLeftBehind) {
   EXPECT_EQ(left.size(), 2);
 }
 
+TEST_F(CliRecord, SaysWhichFilesBelongToWhatWasLeftBehind) {
+  writeFile(in / "a.xmp", "sidecar");
+  writeFile(in / "c.MOV", "live");
+  const auto result = organise();
+  EXPECT_THAT(result.out, HasSubstr("\nOf these, sidecars of photos and videos that were found: 1\n"));
+  EXPECT_THAT(result.out, HasSubstr("\nLive photos of which only the video was found: 1\n"));
+  const QJsonObject again = summary();
+  EXPECT_EQ(again[QLatin1String("sidecarsLeftBehind")].toInt(), 1);
+  EXPECT_EQ(again[QLatin1String("videosWithoutStill")].toInt(), 1);
+}
+
+TEST_F(CliRecord, TouchesNothingInADryRun) {
+  const QJsonObject dry = summary({"--dry-run", "--report", root / "dry.csv"});
+  EXPECT_TRUE(dry[QLatin1String("dryRun")].toBool());
+  EXPECT_EQ(dry[QLatin1String("written")][QLatin1String("total")][QLatin1String("files")].toInt(), 2);
+  EXPECT_EQ(dry[QLatin1String("spaceNeeded")].toInt(), 3);
+  EXPECT_GT(dry[QLatin1String("spaceFree")].toInteger(), 0);
+  EXPECT_THAT(readFile(root / "dry.csv"), HasSubstr("\nfile,copied,"));
+  EXPECT_FALSE(fs::exists(out));
+  EXPECT_FALSE(fs::exists(state));
+  EXPECT_THAT(organise({"--dry-run"}).out, HasSubstr("\nNothing was written. Free space needed: 0.00 MB, "));
+}
+
+TEST_F(CliRecord, NamesFoldersThatOverlapAndGoesOn) {
+  const auto result = run({"organise", in, in, "--to", in / "out"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, "kestrova-cli: the target \"" + (in / "out").native() + "\" lies in the source \"" +
+                            in.native() + "\": what it holds is found again\n" + "kestrova-cli: \"" +
+                            in.native() +
+                            "\" is listed twice: its files count as duplicates of themselves\n");
+}
+
 TEST_F(CliRecord, FailsWhereAFolderCannotBeListed) {
   // A folder whose names cannot be read: only for a program that has given up root's rights.
   const Path locked = root / "only/locked";

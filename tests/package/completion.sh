@@ -31,16 +31,19 @@ expect() {
 cd "$scratch"
 mkdir album
 touch notes
-all_options=$(options)
+all_commands=$(commands)
 all_choices=$(choices)
+[ -n "$all_commands" ] || fail "the help names no commands"
 [ -n "$all_choices" ] || fail "the help names no values"
 
 for shell in bash zsh fish; do
-  expect $shell '' organise
+  expect $shell '' $all_commands
   expect $shell 'organise ' album
   expect $shell 'organise --to ' album
   expect $shell 'organise -- ' album
-  expect $shell 'organise --' $all_options
+  for command in $all_commands; do
+    expect $shell "$command --" $(options "$command")
+  done
   while read -r option values; do
     expect $shell "organise $option " $values
   done <<<"$all_choices"

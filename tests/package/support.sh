@@ -34,8 +34,16 @@ temporary_folder() {
   trap 'rm -rf "$scratch"' EXIT
 }
 
-# All options that the installed command line names in its help.
-options() { "$installed/usr/bin/kestrova-cli" --help | grep -oE -- '--[a-z][a-z-]*' | sort -u; }
+# All options that the installed command line names in its help, or those of one command: options [COMMAND]
+options() {
+  local help
+  help=$("$installed/usr/bin/kestrova-cli" --help)
+  if [ $# -gt 0 ]; then help=$(sed -n "/^kestrova-cli $1/,/^\$/p" <<<"$help"); fi
+  grep -oE -- '--[a-z][a-z-]*' <<<"$help" | sort -u
+}
+
+# All commands.
+commands() { "$installed/usr/bin/kestrova-cli" --help | sed -nE 's/^kestrova-cli ([a-z]+) .*/\1/p'; }
 
 # Its options that take one of some words: "--option word word..." a line.
 choices() {

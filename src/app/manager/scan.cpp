@@ -118,16 +118,24 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
     return end == WalkEnd::complete;
   };
   walk.visits = [this](const WalkedFile& file) { takeFile(file); };
-  if (tellsRows()) walk.leaves = [this](const WalkedFile& file) { tellRow(leftBehindRow(file)); };
+  companions = Companions();
+  if (tellsRows()) walk.leaves = [this](const WalkedFile& file) { leaveFile(file); };
   walk.cannotRead = [this](const Path& path, const FileError& error) { tellUnreadable(path, error); };
   for (const Path& source : sourcePathList.get()) {
     setStatus(QStringLiteral("Analyzing source folders"));
     if (!walkFolder(*host_.files, source, walk)) break;
   }
+  companions.finish();
   return end;
 }
 
+void OrganiseManager::leaveFile(const WalkedFile& file) {
+  companions.see(file.path.native(), false);
+  tellRow(leftBehindRow(file));
+}
+
 void OrganiseManager::takeFile(const WalkedFile& file) {
+  companions.see(file.path.native(), true);
   using Kind = Sighting::Kind;
   const auto fingerprintOf = [this](const Path& path) { return readFingerprint(*host_.files, path); };
   const Sighting sighting = judgeFile(fileList, hashList, file.path, file.size, fingerprintOf);

@@ -8,14 +8,15 @@ _kestrova_cli() {
   for word in "${words[@]:1:cword-1}"; do
     case $word in
       --) only_folders=yes ;;
-      organise) command=organise ;;
+      organise | check | undo | runs) command=${command:-$word} ;;
     esac
   done
 
   if [[ ! $only_folders ]]; then
     local values=''
     case $prev in
-      --to) _filedir -d && return ;;
+      --to | --in | --rescue) _filedir -d && return ;;
+      --report) _filedir '@(ndjson|csv)' && return ;;
       --media) values='all photos videos' ;;
       --photo-formats) values='jpeg jpeg+tiff jpeg+tiff+png' ;;
       --folders) values='long medium short' ;;
@@ -27,17 +28,28 @@ _kestrova_cli() {
     fi
     $split && return
     if [[ $cur == -* ]]; then
-      COMPREPLY=($(compgen -W '--to= --media= --photo-formats= --folders= --size= --upright --no-upright
-        --skip-small-photos --skip-small-videos --json --quiet --log --help --version' -- "$cur"))
+      local options=''
+      case $command in
+        organise) options='--to= --media= --photo-formats= --folders= --size= --upright --no-upright
+          --skip-small-photos --skip-small-videos --dry-run --report= --no-record --json --quiet --log' ;;
+        check) options='--in= --rescue= --json' ;;
+        undo) options='--dry-run --delete --json' ;;
+        runs) options=--json ;;
+      esac
+      COMPREPLY=($(compgen -W "$options --help --version" -- "$cur"))
       [[ ${COMPREPLY-} == *= ]] && compopt -o nospace
       return
     fi
     if [[ ! $command ]]; then
-      COMPREPLY=($(compgen -W organise -- "$cur"))
+      COMPREPLY=($(compgen -W 'organise check undo runs' -- "$cur"))
       return
     fi
   fi
-  _filedir -d
+  case $command in
+    undo) COMPREPLY=($(compgen -W "$(ls "${XDG_STATE_HOME:-$HOME/.local/state}/kestrova/runs" 2>/dev/null)" -- "$cur")) ;;
+    runs) ;;
+    *) _filedir -d ;;
+  esac
 }
 
 complete -F _kestrova_cli kestrova-cli
