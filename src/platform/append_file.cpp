@@ -1,8 +1,11 @@
 #include "platform/append_file.h"
 
 #include "platform/file_error.h"
+#include "platform/file_system.h"
 #include "platform/long_path.h"
 #include "platform/regular_file.h"
+
+#include <cstdio>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -23,6 +26,13 @@ FileResult<AppendFile> AppendFile::create(const Path& path) {
 
 FileResult<void> AppendFile::append(std::string_view bytes) {
   return writeBytes(file_.get(), {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+}
+
+FileResult<void> replaceDurably(const Path& finished, const Path& replaced) {
+  const auto file = openRegularFile(finished);
+  if (!file) return tl::make_unexpected(file.error());
+  if (auto durable = host::makeDurable(file->file.get()); !durable) return durable;
+  return succeeded(uninterrupted([&] { return ::rename(finished.c_str(), replaced.c_str()); }));
 }
 
 bool isBeingWritten(const Path& path) {

@@ -24,6 +24,9 @@ class AppendFile {
   FileDescriptor file_;
 };
 
+/// Makes a finished file durable and lets it take the place of another one in its folder, in one step.
+FileResult<void> replaceDurably(const Path& finished, const Path& replaced);
+
 /// Whether the writer of such a file still has it open.
 bool isBeingWritten(const Path& path);
 

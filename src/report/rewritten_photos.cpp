@@ -44,12 +44,15 @@ std::optional<std::string> whyNotWhole(const Path& photo, std::string_view sha25
   return std::nullopt;
 }
 
-RewrittenPhotos::RewrittenPhotos(const Path& runs, const Path& target, const FileManager& files) {
-  const Path resolved = resolvedPath(target);
-  for (const std::string& id : runIds(runs)) {
-    if (const auto info = readRunInfo(files, runs / id)) {
-      addRows(rowsFile(runs / id), resolvedPath(info->target), resolved);
-    }
+RewrittenPhotos::RewrittenPhotos(Path runs, Path target, std::shared_ptr<const FileManager> files)
+    : runs_(std::move(runs)), target_(std::move(target)), files_(std::move(files)) {}
+
+void RewrittenPhotos::readRecords() {
+  areRead_ = true;
+  const Path target = resolvedPath(target_);
+  for (const std::string& id : runIds(runs_)) {
+    if (const auto info = readRunInfo(*files_, runs_ / id))
+      addRows(rowsFile(runs_ / id), resolvedPath(info->target), target);
   }
 }
 
@@ -67,7 +70,8 @@ void RewrittenPhotos::addRows(const Path& rows, const Path& targetOfRun, const P
   });
 }
 
-bool RewrittenPhotos::hold(const Path& photo, const Stopped& stopped) const {
+bool RewrittenPhotos::hold(const Path& photo, const Stopped& stopped) {
+  if (!areRead_) readRecords();
   if (bySourceSum_.empty()) return false;
   const auto sum = sha256Of(photo, ReadFrom::cache, stopped);
   if (!sum) return false;

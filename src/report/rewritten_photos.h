@@ -2,6 +2,7 @@
 
 #include "report/content.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,13 +18,13 @@ std::optional<std::string> whyNotWhole(const Path& photo, std::string_view sha25
 /// The photos that runs rewrote into a target, found by the content of their sources.
 class RewrittenPhotos {
  public:
-  /// Reads all records in the folder `runs`. Of those whose target was another folder, what lies below
-  /// `target` counts too.
-  RewrittenPhotos(const Path& runs, const Path& target, const FileManager& files);
+  /// Those below `target` that the records in the folder `runs` tell of, whichever folder a run was given as
+  /// its target. The records are read when the first photo is asked for.
+  RewrittenPhotos(Path runs, Path target, std::shared_ptr<const FileManager> files);
 
   /// Whether a record binds this photo's very bytes to a file that is still what the run wrote, and that
   /// decodes. A link in the target does not count.
-  bool hold(const Path& photo, const Stopped& stopped = {}) const;
+  bool hold(const Path& photo, const Stopped& stopped = {});
 
  private:
   struct Written {
@@ -31,8 +32,13 @@ class RewrittenPhotos {
     std::string sha256;
   };
 
+  void readRecords();
   void addRows(const Path& rows, const Path& targetOfRun, const Path& target);
 
+  const Path runs_;
+  const Path target_;
+  const std::shared_ptr<const FileManager> files_;
+  bool areRead_ = false;
   std::unordered_multimap<std::string, Written> bySourceSum_;
 };
 

@@ -34,7 +34,7 @@ struct RewrittenPhotosTest : testing::Test {
         writeRunInfo(*files, run, {.command = "organise", .options = {}, .target = target, .counts = {}}));
     writeFile(rowsFile(run), lineOf(row));
   }
-  bool hold(const Path& target) const { return RewrittenPhotos(runs, target, *files).hold(photo); }
+  bool hold(const Path& target) const { return RewrittenPhotos(runs, target, files).hold(photo); }
 };
 
 TEST_F(RewrittenPhotosTest, AreFoundByTheContentOfTheirSources) {

@@ -1,0 +1,37 @@
+#include "report/row_replacement.h"
+
+#include <system_error>
+#include <utility>
+
+namespace kestrova::report {
+
+namespace {
+
+Path besides(const Path& file) { return file.native() + ".new"; }
+
+}  // namespace
+
+FileResult<RowReplacement> RowReplacement::begin(const Path& file) {
+  std::error_code error;
+  std::filesystem::remove(besides(file), error);
+  auto rows = RowFile::create(besides(file), RowFile::formatOf(file).value_or(RowFile::Format::ndjson));
+  if (!rows) return tl::make_unexpected(rows.error());
+  return RowReplacement(*std::move(rows), file);
+}
+
+RowReplacement::~RowReplacement() {
+  std::error_code error;
+  if (!file_.empty()) std::filesystem::remove(besides(file_), error);
+}
+
+void RowReplacement::add(const Row& row) { rows_->add(row); }
+
+FileResult<void> RowReplacement::finish() {
+  if (rows_->error()) return tl::make_unexpected(*rows_->error());
+  rows_.reset();
+  auto replaced = replaceDurably(besides(file_), file_);
+  if (replaced) file_.clear();
+  return replaced;
+}
+
+}  // namespace kestrova::report
