@@ -155,6 +155,8 @@ class OrganiseManager : public Counters, public Outlets {
   void showSourceLabelsTimer();
 
   // --- Record of the run ---
+  /// Where the last run is recorded; empty where it is not. Main thread, after the run.
+  Path recordFolder() const;
   /// Why the last run is not recorded, or not completely, in the system's words; empty when it is, or was not
   /// to be. Main thread, after the run.
   std::string recordFailure() const;

@@ -32,25 +32,16 @@ std::string unusable(const CheckArguments& arguments, const FileManager& files) 
   return {};
 }
 
-/// The records are read only if a file is asked for.
-std::function<bool(const Path&)> rewrittenPhotos(const Path& target, const FileManager& files,
-                                                 const report::Stopped& stopped) {
-  const auto photos = std::make_shared<std::optional<report::RewrittenPhotos>>();
-  return [=, &files](const Path& photo) {
-    const auto runs = report::runsFolder();
-    if (!runs) return false;
-    if (!*photos) photos->emplace(*runs, target, files);
-    return (*photos)->hold(photo, stopped);
-  };
-}
-
-report::CheckResult check(const CheckArguments& arguments, const FileManager& files,
-                          std::vector<Path>& leftBehind) {
-  Work work(QStringLiteral("Comparing"), Progress::modeOfStandardError());
+/// The files that are neither photos nor videos go into the list, if they are to be rescued.
+report::CheckResult check(const CheckArguments& arguments, const std::shared_ptr<FileManager>& files,
+                          const StopSignals& stop, std::vector<Path>& leftBehind) {
+  Work work(stop, QStringLiteral("Comparing"));
+  const report::Stopped stopped = work.stopped();
+  report::RewrittenPhotos rewritten(report::runsFolder().value_or(Path()), arguments.target, files);
   report::CheckRequest request{.sources = arguments.sources, .target = arguments.target};
-  request.isRewrittenInTarget = rewrittenPhotos(arguments.target, files, work.stopped());
+  request.isRewrittenInTarget = [&](const Path& photo) { return rewritten.hold(photo, stopped); };
   if (!arguments.rescue.empty()) request.leavesBehind = [&](const Path& file) { leftBehind.push_back(file); };
-  request.stopped = work.stopped();
+  request.stopped = stopped;
   request.progress = work.listener();
   return report::checkSources(request);
 }
@@ -75,12 +66,13 @@ int run(const CheckArguments& arguments) {
   const auto files = systemFileManager();
   if (const std::string reason = unusable(arguments, *files); !reason.empty()) return refuse(reason);
 
+  const StopSignals stop;
   CheckOutcome outcome{.target = arguments.target, .rescue = arguments.rescue};
   std::vector<Path> wanted;
-  outcome.check = check(arguments, *files, wanted);
+  outcome.check = check(arguments, files, stop, wanted);
   if (!arguments.rescue.empty() && !outcome.check.wasStopped) {
     for (const report::Missing& missing : outcome.check.missing) wanted.push_back(missing.source);
-    outcome.rescued = rescue({arguments.sources, std::move(wanted), arguments.rescue}, *files);
+    outcome.rescued = rescue({arguments.sources, std::move(wanted), arguments.rescue}, *files, stop);
   }
   print(stdout, arguments.json ? checkJson(outcome).toStdString() : checkText(outcome).toStdString());
   print(stderr, rescueErrors(outcome).toStdString());

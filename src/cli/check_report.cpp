@@ -1,6 +1,7 @@
 #include "cli/check_report.h"
 
 #include "platform/printable_text.h"
+#include "report/json_amount.h"
 #include "report/json_path.h"
 
 #include <QJsonArray>
@@ -86,9 +87,7 @@ QJsonArray array(const std::vector<Missing>& files) {
 QJsonObject leftBehindObject(const report::LeftBehind& leftBehind) {
   QJsonObject object;
   for (const auto& [extension, amount] : leftBehind.byExtension()) {
-    object.insert(printableText(extension),
-                  QJsonObject{{QStringLiteral("files"), static_cast<qint64>(amount.files)},
-                              {QStringLiteral("bytes"), static_cast<qint64>(amount.bytes)}});
+    object.insert(printableText(extension), report::jsonOf(amount));
   }
   return object;
 }

@@ -4,6 +4,7 @@
 #include "cli/output.h"
 #include "cli/run.h"
 #include "platform/dry_run_files.h"
+#include "report/run_folder.h"
 
 #include <QLoggingCategory>
 
@@ -25,6 +26,36 @@ void printResult(const OrganiseArguments& arguments, const Summary& summary,
   }
   if (!arguments.quiet) print(stderr, noticeLines(remarks).toStdString());
   print(stderr, errorLines(summary, remarks).toStdString());
+  if (summary.verification) print(stderr, riskLines(*summary.verification).toStdString());
+}
+
+/// Sums are of no use where nobody knows whether they are right.
+bool verifies(const OrganiseArguments& arguments) { return arguments.verify || !arguments.checksums.empty(); }
+
+report::RowSource rowsOf(const Summary& summary, const Findings& findings) {
+  return [&](const std::function<bool(const report::Row&)>& visit) -> FileResult<void> {
+    if (!findings.keepsRows) return report::readRows(report::rowsFile(summary.record), visit);
+    for (const report::Row& row : findings.rows) {
+      if (!visit(row)) break;
+    }
+    return {};
+  };
+}
+
+Verification verifyRun(const OrganiseArguments& arguments, const Summary& summary, Findings& findings,
+                       const StopSignals& stop) {
+  if (!summary.recordFailure.empty())
+    return {.result = {}, .failure = "the run cannot be verified, as its record is not whole"};
+  findings.report.reset();  // its writer makes room for what replaces it
+  const bool hasReport = summary.reportFailure.empty();
+  return verify({.stop = stop,
+                 .mode = progressMode(arguments),
+                 .rows = rowsOf(summary, findings),
+                 .target = arguments.target,
+                 .record = summary.record,
+                 .report = hasReport ? arguments.report : Path(),
+                 .checksums = arguments.checksums},
+                systemFileManager());
 }
 
 /// Why the report cannot be written, in one line for the user; empty when it can.
@@ -61,6 +92,8 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   parser.flag("--dry-run", arguments.dryRun);
   parser.path("--report", "a file", arguments.report);
   parser.flag("--no-record", arguments.noRecord);
+  parser.flag("--verify", arguments.verify);
+  parser.path("--checksums", "a file", arguments.checksums);
   parser.flag("--json", arguments.json);
   parser.flag("--quiet", arguments.quiet);
   parser.flag("--log", arguments.log);
@@ -71,6 +104,9 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   }
   if (!arguments.report.empty() && !report::RowFile::formatOf(arguments.report)) {
     return tl::unexpected(std::string("--report takes a file whose name ends in .ndjson or .csv"));
+  }
+  if (arguments.dryRun && verifies(arguments)) {
+    return tl::unexpected(std::string("a dry run writes nothing that could be verified"));
   }
   return arguments;
 }
@@ -88,12 +124,15 @@ int run(const OrganiseArguments& arguments) {
 
   if (!arguments.quiet) print(stderr, noticesOf(overlapsOf(arguments.sources, arguments.target)));
 
+  findings.keepsRows = verifies(arguments) && (arguments.noRecord || !report::runsFolder());
   StopSignals stop;
   Summary summary = [&] {
     Progress progress(progressMode(arguments));
     return organise(arguments, dryFiles ? dryFiles : files, stop, progress, findings);
   }();
   if (dryFiles) summary.space = Summary::Space{dryFiles->writtenBytes(), freeSpaceFor(arguments.target)};
+  if (verifies(arguments) && summary.end != RunEnd::stopped)
+    summary.verification = verifyRun(arguments, summary, findings, stop);
   printResult(arguments, summary, findings.tally.remarks());
   return exitStatus(summary);
 }

@@ -22,6 +22,8 @@ struct OrganiseArguments {
   bool dryRun = false;
   Path report;  ///< a second place for the rows of the record; empty: none
   bool noRecord = false;
+  bool verify = false;
+  Path checksums;  ///< where the sums of what was written go; empty: nowhere
   bool json = false;
   bool quiet = false;
   bool log = false;
@@ -45,6 +47,9 @@ constexpr std::string_view organiseHelp = R"(organise SOURCE... --to TARGET [OPT
   --dry-run              only show what would become of each file, and the free space needed
   --report FILE.ndjson|FILE.csv
                          write what becomes of each file into a new file, too
+  --verify               read back what was written, compare it with the sources, and name each
+                         file that is not whole in TARGET
+  --checksums FILE       verify, and write sums into FILE for "cd TARGET && sha256sum -c FILE"
   --no-record            keep no record of the run (see "runs")
   --json                 print the summary as one JSON object
   --quiet                print errors only: no progress, no table

@@ -99,6 +99,15 @@ void putSpace(QJsonObject& object, const Summary::Space& space) {
   if (space.free) object.insert(QStringLiteral("spaceFree"), static_cast<qint64>(*space.free));
 }
 
+QString verificationLine(const Summary& summary) {
+  if (!summary.verification) return {};
+  const auto& [result, failure] = *summary.verification;
+  if (result.wasStopped || !failure.empty()) return QStringLiteral("Not verified to the end\n");
+  if (result.atRisk.empty()) return QStringLiteral("Verified: every file is whole in the target\n");
+  return QStringLiteral("At risk: %1 (%2)\n")
+      .arg(countText(result.amount.files), sizeText(result.amount.bytes));
+}
+
 QJsonObject jsonOf(const report::LeftBehind& files) {
   QJsonObject object;
   for (const auto& [extension, amount] : files.byExtension()) {
@@ -117,8 +126,11 @@ QJsonObject unreadableJson(const Summary& summary) {
 }  // namespace
 
 int exitStatus(const Summary& summary) {
-  if (summary.end == RunEnd::stopped) return 130;
-  const bool isWhole = failedFiles(summary) == 0 && summary.unreadableFolders.empty();
+  const auto& verification = summary.verification;
+  if (summary.end == RunEnd::stopped || (verification && verification->result.wasStopped)) return 130;
+  const bool isVerified =
+      !verification || (verification->result.atRisk.empty() && verification->failure.empty());
+  const bool isWhole = failedFiles(summary) == 0 && summary.unreadableFolders.empty() && isVerified;
   return hasFailed(summary.end) || !isWhole ? 1 : 0;
 }
 
@@ -132,7 +144,8 @@ QString summaryTable(const Summary& summary) {
          row("Name taken", summary.nameTaken) + row("Failed", summary.failed) +
          row("Unreadable", summary.unreadable) + row("Not reached", summary.notReached) + u'\n' +
          leftBehindLine(summary.leftBehind) + companionLines(summary) +
-         (summary.space ? spaceLine(*summary.space) : QString()) + closingLine(summary);
+         (summary.space ? spaceLine(*summary.space) : QString()) + verificationLine(summary) +
+         closingLine(summary);
 }
 
 QByteArray summaryJson(const Summary& summary) {
@@ -162,6 +175,8 @@ QByteArray summaryJson(const Summary& summary) {
       {QStringLiteral("videosWithoutStill"), static_cast<qint64>(summary.videosWithoutStill)},
   };
   if (summary.space) putSpace(object, *summary.space);
+  if (summary.verification)
+    object.insert(QStringLiteral("atRisk"), jsonOf(summary.verification->result.amount));
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -175,6 +190,7 @@ QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& rem
   for (const auto& [path, reason] : summary.unreadableFolders) lines += line("not readable: ", path, reason);
   lines += failureLine("the run is not recorded to its end: ", summary.recordFailure);
   lines += failureLine("the report is not whole: ", summary.reportFailure);
+  if (summary.verification) lines += failureLine("", summary.verification->failure);
   if (hasFailed(summary.end)) lines += program + printableText(summary.status) + u'\n';
   return lines;
 }

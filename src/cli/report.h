@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/verification.h"
 #include "model/run_state.h"
 #include "model/tally.h"
 #include "report/left_behind.h"
@@ -41,11 +42,13 @@ struct Summary {
     std::optional<std::uint64_t> free;
   };
   std::optional<Space> space;
-  std::string recordFailure;  ///< why the record is missing or not whole
-  std::string reportFailure;  ///< why the report is not whole
+  std::string recordFailure;                 ///< why the record is missing or not whole
+  std::string reportFailure;                 ///< why the report is not whole
+  Path record;                               ///< where the run is recorded; empty: nowhere
+  std::optional<Verification> verification;  ///< where one was asked for
 };
 
-/// 0 completed, 1 ended in error or something could not be read or written, 130 stopped.
+/// 0 completed, 1 ended in error or something could not be read or written, or is at risk, 130 stopped.
 int exitStatus(const Summary& summary);
 
 /// A table for people, ending with one line that says how the run ended.

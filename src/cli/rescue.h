@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/stop_signals.h"
 #include "report/rescue.h"
 
 #include <vector>
@@ -13,6 +14,6 @@ struct RescueTask {
 };
 
 /// Copies the files as they are and keeps a record of it, as of a run. Shows how far it is; ends on Ctrl-C.
-report::RescueResult rescue(const RescueTask& task, FileManager& files);
+report::RescueResult rescue(const RescueTask& task, FileManager& files, const StopSignals& stop);
 
 }  // namespace kestrova::cli

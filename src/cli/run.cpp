@@ -122,6 +122,7 @@ Summary summaryOf(const OrganiseManager& manager, const Findings& findings) {
   summary.sidecars = manager.companions.sidecars();
   summary.videosWithoutStill = manager.companions.videosWithoutStill();
   summary.unreadableFolders = findings.unreadable;
+  summary.record = manager.recordFolder();
   summary.recordFailure = manager.recordFailure();
   if (findings.report && findings.report->error()) summary.reportFailure = findings.report->error()->message;
   return summary;
@@ -131,6 +132,7 @@ Summary summaryOf(const OrganiseManager& manager, const Findings& findings) {
 
 void Findings::add(const report::Row& row) {
   if (report) report->add(row);
+  if (keepsRows) rows.push_back(row);
   if (const auto* folder = std::get_if<report::UnreadableRow>(&row)) unreadable.push_back(*folder);
   if (const auto* file = std::get_if<report::LeftBehindRow>(&row)) {
     leftBehind.add(file->source.filename().native(), file->sourceSize);

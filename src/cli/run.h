@@ -22,6 +22,8 @@ struct Findings {
   report::LeftBehind leftBehind;
   std::vector<report::UnreadableRow> unreadable;
   std::optional<report::RowFile> report;  ///< takes all rows
+  bool keepsRows = false;
+  std::vector<report::Row> rows;  ///< all of them, where they are to be kept
 
   void add(const report::Row& row);
 };

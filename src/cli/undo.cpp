@@ -21,14 +21,10 @@ namespace {
 /// A record, or why there is none that can be taken back.
 using ChosenRun = tl::expected<report::RunInfo, std::string>;
 
-bool isDryRun(const report::RunInfo& info) { return info.options.value(QStringLiteral("dryRun")).toBool(); }
-
-bool canBeTakenBack(const report::RunInfo& info) { return !isDryRun(info) && info.takenBack.empty(); }
-
 ChosenRun lastRun(const Path& runs, const FileManager& files) {
   for (const std::string& id : report::runIds(runs)) {
     auto info = report::readRunInfo(files, runs / id);
-    if (info && canBeTakenBack(*info)) return *std::move(info);
+    if (info && info->takenBack.empty()) return *std::move(info);
   }
   return tl::unexpected(std::string("there is no record of a run that could be taken back"));
 }
@@ -37,7 +33,6 @@ ChosenRun namedRun(const Path& runs, const std::string& id, const FileManager& f
   const auto ids = report::runIds(runs);
   auto info = std::ranges::find(ids, id) == ids.end() ? std::nullopt : report::readRunInfo(files, runs / id);
   if (!info) return tl::unexpected("there is no record of a run " + cli::quoted(id));
-  if (isDryRun(*info)) return tl::unexpected("the run " + id + " was a dry run: it wrote nothing");
   return *std::move(info);
 }
 
@@ -52,11 +47,18 @@ ChosenRun chooseRun(const UndoArguments& arguments, const Path& runs, const File
   return chosen;
 }
 
+FileResult<void> moveToTrash(const Path& file) {
+  auto moved = report::moveToTrash(file);
+  if (!moved) moved.error().message += "; --delete deletes it for good";
+  return moved;
+}
+
 FileResult<report::UndoResult> undo(const UndoArguments& arguments, const Path& run, const Path& target,
                                     const FileManager& files) {
-  Work work(QStringLiteral("Taking back"), Progress::modeOfStandardError());
+  const StopSignals stop;
+  Work work(stop, QStringLiteral("Taking back"));
   report::UndoRequest request{.rows = report::rowsFile(run), .target = target, .discard = {}};
-  request.discard = arguments.deletes ? report::deleteFile : report::moveToTrash;
+  request.discard = arguments.deletes ? report::deleteFile : moveToTrash;
   request.isDryRun = arguments.isDryRun;
   request.stopped = work.stopped();
   request.progress = work.listener();

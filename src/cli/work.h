@@ -6,22 +6,23 @@
 #include "report/work_progress.h"
 
 #include <QString>
+#include <utility>
 
 namespace kestrova::cli {
 
-/// Shows on standard error how far a piece of work is, and has it end on Ctrl-C or SIGTERM. Made before any
-/// other thread.
+/// Shows on standard error how far a piece of work is, and has it end on Ctrl-C or SIGTERM.
 class Work {
  public:
-  Work(QString status, Progress::Mode mode) : status_(std::move(status)), progress_(mode) {}
+  Work(const StopSignals& stop, QString status, Progress::Mode mode = Progress::modeOfStandardError())
+      : stop_(stop), status_(std::move(status)), progress_(mode) {}
 
   /// Called by the work from time to time.
   report::Stopped stopped();
   report::ProgressListener listener();
 
  private:
+  const StopSignals& stop_;
   QString status_;
-  StopSignals stop_;
   Progress progress_;
   Progress::Clock::time_point shown_;
   Progress::Clock::time_point asked_;

@@ -60,6 +60,8 @@ void OrganiseManager::endRecord() {
     log(QStringLiteral("The record is not whole: ") + QString::fromStdString(failure));
 }
 
+Path OrganiseManager::recordFolder() const { return recorder_ ? recorder_->folder() : Path(); }
+
 std::string OrganiseManager::recordFailure() const {
   const auto error = recorder_ ? recorder_->error() : std::nullopt;
   return error ? error->message : beginFailure_;
