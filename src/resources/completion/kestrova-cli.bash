@@ -16,6 +16,7 @@ _kestrova_cli() {
     local values=''
     case $prev in
       --to | --in | --rescue) _filedir -d && return ;;
+      --checksums) _filedir && return ;;
       --report) _filedir '@(ndjson|csv)' && return ;;
       --media) values='all photos videos' ;;
       --photo-formats) values='jpeg jpeg+tiff jpeg+tiff+png' ;;
@@ -31,7 +32,7 @@ _kestrova_cli() {
       local options=''
       case $command in
         organise) options='--to= --media= --photo-formats= --folders= --size= --upright --no-upright
-          --skip-small-photos --skip-small-videos --dry-run --report= --no-record --json --quiet --log' ;;
+          --skip-small-photos --skip-small-videos --dry-run --verify --checksums= --report= --no-record --json --quiet --log' ;;
         check) options='--in= --rescue= --json' ;;
         undo) options='--dry-run --delete --json' ;;
         runs) options=--json ;;

@@ -28,6 +28,8 @@ $command -n $organise -l no-upright -d 'Keep the orientation of photos'
 $command -n $organise -l skip-small-photos -d 'Skip small photos'
 $command -n $organise -l skip-small-videos -d 'Skip small videos'
 $command -n $organise -l dry-run -d 'Only show what would become of each file'
+$command -n $organise -l verify -d 'Compare what was written with the sources'
+$command -n $organise -l checksums -d 'Verify, and write SHA-256 sums into a file' -r -F
 $command -n $organise -l report -d 'Write what becomes of each file into a new file, too' -r -F
 $command -n $organise -l no-record -d 'Keep no record of the run'
 $command -n $organise -l quiet -d 'Print errors only'

@@ -16,6 +16,8 @@ local -a organise=(
   '--skip-small-photos[skip small photos]'
   '--skip-small-videos[skip small videos]'
   '--dry-run[only show what would become of each file]'
+  '--verify[compare what was written with the sources]'
+  '--checksums=[verify, and write SHA-256 sums into a file]:file:_files'
   '--report=[write what becomes of each file into a new file, too]:report:_files -g "*.(ndjson|csv)"'
   '--no-record[keep no record of the run]'
   '--json[print the summary as one JSON object]'
