@@ -31,6 +31,7 @@ enum Tag : std::uint16_t {
   subDirectories = 0x014A,
   previewOffset = 0x0201,  ///< JPEGInterchangeFormat
   previewLength = 0x0202,
+  xmp = 0x02BC,
   exifDirectory = 0x8769,
   dateTimeDigitized = 0x9004,
   pixelXDimension = 0xA002,

@@ -1,6 +1,8 @@
 #include "imaging/tiff/tiff_metadata.h"
 
 #include "imaging/base/image_error.h"
+#include "imaging/exif/tiff_patcher.h"
+#include "imaging/exif/tiff_tags.h"
 #include "imaging/exif/xmp_patch.h"
 
 #include <algorithm>
@@ -12,6 +14,21 @@
 namespace kestrova::imaging {
 
 namespace {
+
+// Exiv2 is to take the XMP packet for bytes like any other: it would read it in a time that grows with the
+// square of its length, and refuse a file whose packet is broken. So it gets the packet under a tag that
+// means nothing to it.
+constexpr std::uint16_t hiddenXmpTag = 0xFFFF;
+constexpr const char* hiddenXmpKey = "Exif.Image.0xffff";
+
+Bytes withHiddenXmp(ByteView file) {
+  Bytes copy(file.begin(), file.end());
+  auto patcher = TiffPatcher::open(copy);
+  if (!patcher) throw ImageError("no TIFF 6.0");
+  const auto packet = patcher->reader().find(patcher->reader().firstDirectory(), tag::xmp);
+  if (packet) patcher->set(packet->typeField - sizeof(std::uint16_t), hiddenXmpTag);
+  return copy;
+}
 
 std::mutex& exivMutex() {
   static std::mutex mutex;
@@ -53,11 +70,12 @@ Bytes bytesOf(const Exiv2::Exifdatum& tag) {
   return bytes;
 }
 
-/// The packet as it is in the file, except for what the edit changes; Exiv2 would write a packet of its own.
-std::string xmpPacketOf(const Exiv2::ExifData& exif, const MetadataEdit& edit) {
-  const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.XMLPacket"));
+/// Takes the packet out, as it is in the file except for what the edit changes.
+std::string takeXmpPacket(Exiv2::ExifData& exif, const MetadataEdit& edit) {
+  const auto tag = exif.findKey(Exiv2::ExifKey(hiddenXmpKey));
   if (tag == exif.end()) return {};
   Bytes packet = bytesOf(*tag);
+  exif.erase(tag);
   editXmp(packet, edit);
   return {packet.begin(), packet.end()};
 }
@@ -68,17 +86,17 @@ Bytes withMetadata(const Bytes& result, ByteView source, const MetadataEdit& edi
                    std::optional<std::int64_t> orientation) {
   const std::lock_guard lock(exivMutex());
   prepareExiv();
-  const auto from = openTiff(source);
+  const Bytes readable = withHiddenXmp(source);
+  const auto from = openTiff(readable);
   const auto to = openTiff(result);
   Exiv2::ExifData exif = from->exifData();
   eraseOtherPictures(exif);
   if (orientation) exif["Exif.Image.Orientation"] = static_cast<std::uint16_t>(*orientation);
-  const std::string packet = xmpPacketOf(exif, edit);
+  const std::string packet = takeXmpPacket(exif, edit);
   to->setByteOrder(from->byteOrder());
   to->setExifData(exif);
   to->setIptcData(from->iptcData());
-  to->setXmpPacket(packet);
-  to->xmpData().setPacket(packet);
+  to->xmpData().setPacket(packet);  // setXmpPacket would read it
   to->writeXmpFromPacket(true);
   to->writeMetadata();
   Exiv2::BasicIo& io = to->io();

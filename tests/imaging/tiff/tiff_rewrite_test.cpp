@@ -171,6 +171,18 @@ TEST_F(TiffTest, KeepsPhotoshopsPreviewByteForByte) {
   EXPECT_TRUE(contains(scaled(source, {10, 5}), joined({preview, other})));
 }
 
+TEST_F(TiffTest, KeepsAnXmpPacketThatIsBrokenByteForByte) {
+  const std::string_view text = "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF broken";
+  const Bytes packet(text.begin(), text.end());
+  TiffBlock file;
+  claimSize(file, 20, 10);
+  file.image.push_back(tiffShort(0x0112, 6));
+  file.image.push_back({0x02BC, TiffType::byte, {packet.begin(), packet.end()}});
+  const Bytes source = file.encode();
+  EXPECT_TRUE(contains(turnedUpright(source), packet));
+  EXPECT_TRUE(contains(scaled(source, {10, 5}), packet));
+}
+
 TEST_F(TiffTest, HasItsFirstPageAloneWhenItsPixelsChange) {
   const Bytes pages = made({"(", "+clone", "-negate", ")"});
   const Bytes result = scaled(pages, {101, 70});
