@@ -78,6 +78,7 @@ class OrganiseManager : public Counters, public Outlets {
   std::shared_ptr<OperationQueue> processQueue;  ///< absent until the first start; a new one at every start
   PublishedValue<ExtensionList> extensionImages;
   PublishedValue<ExtensionList> extensionVideo;
+  static constexpr std::uint32_t noAssertion = 0;
   RelaxedAtomic<std::uint32_t> assertionID;
   bool loadingSettings = false;
   NameTable months;
@@ -252,6 +253,7 @@ class OrganiseManager : public Counters, public Outlets {
   void noticeEnd(const OperationQueue& queue);
   void releaseTarget();
   void postEnd();
+  void releaseAssertion();
   void showEnded();
 
   // Operations

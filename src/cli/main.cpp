@@ -1,10 +1,11 @@
 #include "cli/arguments.h"
 #include "cli/output.h"
+#include "platform/desktop_thread.h"
 #include "platform/log.h"
+#include "platform/process_start.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
-#include <csignal>
 
 namespace kestrova::cli {
 
@@ -32,7 +33,7 @@ int run(VersionRequest) {
 
 int main(int argc, char** argv) {
   using namespace kestrova::cli;
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone must not end a run
+  kestrova::prepareProcess();
   const auto arguments = argumentsOf(argc, argv);
   if (!arguments) return refuse(arguments.error());
 
@@ -41,5 +42,5 @@ int main(int argc, char** argv) {
   int count = 1;  // Qt must not look for options of its own
   const QCoreApplication application(count, argv);
   QCoreApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
-  return std::visit([](const auto& command) { return run(command); }, *arguments);
+  return kestrova::endOfMain(std::visit([](const auto& command) { return run(command); }, *arguments));
 }

@@ -1,4 +1,5 @@
 #include "platform/desktop_status.h"
+#include "platform/desktop_thread.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -11,11 +12,6 @@ namespace kestrova {
 namespace {
 
 constexpr int desktopsOwnTime = -1;  // how long a message stays
-
-void send(const QDBusMessage& message) {
-  const auto bus = QDBusConnection::sessionBus();
-  if (bus.isConnected()) bus.send(message);
-}
 
 // Task bars know the program by its desktop file.
 QVariant launcher() {
@@ -46,6 +42,16 @@ class SessionBusStatus : public DesktopStatus {
                        QStringList(), hints, desktopsOwnTime});
     send(call);
   }
+
+ private:
+  void send(const QDBusMessage& message) {
+    thread_.post([message] {
+      const auto bus = QDBusConnection::sessionBus();
+      if (bus.isConnected()) bus.send(message);
+    });
+  }
+
+  DesktopThread thread_;
 };
 
 }  // namespace

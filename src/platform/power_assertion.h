@@ -7,13 +7,13 @@
 
 namespace kestrova {
 
-/// Keeps the display awake. Callable from any thread.
+/// Keeps the display awake. Callable from any thread; no call waits for the desktop.
 class PowerAssertions {
  public:
   virtual ~PowerAssertions() = default;
 
   /// Keeps the display from going to sleep until the returned identifier is released. Returns nothing if the
-  /// host cannot do that.
+  /// host knows that it cannot do that.
   virtual std::optional<std::uint32_t> create(const QString& reason) = 0;
   /// Releases one assertion; an unknown identifier is ignored.
   virtual void release(std::uint32_t identifier) = 0;

@@ -1,5 +1,8 @@
+#include "platform/desktop_thread.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
+#include "platform/process_start.h"
+#include "platform/session_bus.h"
 #include "report/run_folder.h"
 #include "window/main_window.h"
 #include "window/translations.h"
@@ -47,20 +50,26 @@ QIcon programIcon() {
   return icon;
 }
 
+int showWindow() {
+  const MainQueueRunner runner;
+  MainWindow window(systemHost(), systemDesktopStatus());
+  window.show();
+  window.controls().delegate.applicationDidFinishLaunching();
+  return QApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  prepareProcess();
   if (answers(argc, argv)) return 0;
   installLog();
+  avoidSilentSessionBus();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Kestrova"));
   QApplication::setApplicationVersion(QStringLiteral(KESTROVA_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("example.kestrova.Kestrova"));
   QApplication::setWindowIcon(programIcon());
   installTranslations(QLocale());
-  const MainQueueRunner runner;
-  MainWindow window(systemHost(), systemDesktopStatus());
-  window.show();
-  window.controls().delegate.applicationDidFinishLaunching();
-  return QApplication::exec();
+  return endOfMain(showWindow());
 }

@@ -42,6 +42,7 @@ qsizetype LogCapture::count(const QString& start) const {
 
 std::optional<std::uint32_t> FakePowerAssertions::create(const QString& reason) {
   onCreate();
+  if (isRefusing) return std::nullopt;
   const std::lock_guard lock(mutex_);
   reasons_.push_back(reason);
   return static_cast<std::uint32_t>(100 + reasons_.size());

@@ -33,6 +33,8 @@ class FakePowerAssertions : public PowerAssertions {
 
   /// Called first by `create`; set before a run.
   std::function<void()> onCreate = [] {};
+  /// From now on `create` yields nothing.
+  std::atomic<bool> isRefusing = false;
 
   std::vector<QString> reasons() const;
   std::vector<std::uint32_t> released() const;

@@ -66,13 +66,14 @@ void OrganiseManager::startRun() {
   processQueue->addObserver("operations",
                             [this](std::string_view, const OperationQueue& queue) { noticeEnd(queue); });
   runState_ = RunState{.phase = RunPhase::scanning};
-  const auto scan = std::make_shared<InvocationOperation>();
-  scan->init(this, &OrganiseManager::analyseSourceOperation);
-  processQueue->addOperation(scan);
+  // Posted before the first stage begins: a short run may be over before this thread goes on.
   post([this] {
     buttonStart->setTitle(QStringLiteral("Pause"));
     buttonStop->setEnabled(true);
   });
+  const auto scan = std::make_shared<InvocationOperation>();
+  scan->init(this, &OrganiseManager::analyseSourceOperation);
+  processQueue->addOperation(scan);
 }
 
 void OrganiseManager::stopProcess(const Control*) {
@@ -135,7 +136,11 @@ void OrganiseManager::observeValueForKeyPath(std::string_view keyPath, const Ope
   }
   post([this] { showEnded(); });
   postEnd();
-  host_.power->release(assertionID);
+  releaseAssertion();
+}
+
+void OrganiseManager::releaseAssertion() {
+  if (assertionID != noAssertion) host_.power->release(assertionID);
 }
 
 }  // namespace kestrova

@@ -34,7 +34,7 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
   if (end == WalkEnd::cancelled) {
     log(QStringLiteral("CANCELLLED"));
     setStatus(QStringLiteral("Stopped"));
-    host_.power->release(assertionID);
+    releaseAssertion();
     settleUnreached(fileList.begin());
     return;
   }
@@ -66,8 +66,7 @@ void OrganiseManager::beginScan(const InvocationOperation& operation) {
   beginRecord();
   postFrom(operation, [this] { buttonStart->setEnabled(false); });
   setStatus(QStringLiteral("Process started!"));
-  if (const auto identifier = host_.power->create(QStringLiteral("Kestrova Process")))
-    assertionID = *identifier;
+  assertionID = host_.power->create(QStringLiteral("Kestrova Process")).value_or(noAssertion);
   fileList.clear();
   duplicateList.clear();
   hashList.clear();

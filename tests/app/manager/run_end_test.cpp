@@ -155,6 +155,14 @@ TEST_F(EndOfARun, StartsAfreshAfterAScanThatWasSuspended) {
   EXPECT_EQ(program.status(), QStringLiteral("Completed"));
 }
 
+TEST_F(EndOfARun, ReleasesNoPowerAssertionOfAnEarlierRun) {
+  program.run();
+  ASSERT_EQ(program.power->released(), std::vector<std::uint32_t>{101});
+  program.power->isRefusing = true;
+  program.run();
+  EXPECT_EQ(program.power->released(), std::vector<std::uint32_t>{101});
+}
+
 TEST_F(EndOfARun, IgnoresWhatAnotherQueueOrKeyReports) {
   program.run();
   const OperationQueue other;
