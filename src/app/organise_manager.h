@@ -50,6 +50,7 @@ enum class TerminateReply { cancel, now };
 ///   Planning                     planning.cpp
 ///   Run control                  run_control.cpp
 ///   Operations                   copy_operation.cpp, rotate_operation.cpp, resize_operation.cpp
+///   Their outcomes               operation_outcome.cpp
 ///
 /// Threads: actions of the controls and posted blocks run on the main thread; the scan, the planner and the
 /// operations run on threads of `processQueue`, one at a time from planning on. A worker changes fields and
@@ -262,22 +263,26 @@ class OrganiseManager : public Counters, public Outlets {
   /// Copies the record's file and settles it, also if copying fails. The remark becomes part of a copy's
   /// verdict.
   void copyAsItIs(const OperationRecord& record, const std::string& remark = {});
-  /// Fails if the file has changed since the run was planned.
-  FileResult<void> checkIsAsPlanned(const OperationRecord& record) const;
+  /// The copy's attributes.
+  FileResult<FileAttributes> makeCopy(const OperationRecord& record, const Path& from, const Path& to);
+  /// The new file's attributes.
+  FileResult<FileAttributes> replace(const Path& file, ByteView contents);
+  /// Fails for a file that is another than it was when the run was planned. For as long as the record lives.
+  static SourceCheck checkAgainstPlan(const OperationRecord& record);
   void resizeRecord(const OperationRecord& record);
   void rewrite(const OperationRecord& record);
   void writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting);
   void copyUndecodable(const OperationRecord& record, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
-  void prepareFolderOf(const Path& file);
   /// The verdict on the record's file before anything has been done with it, still without an outcome.
   Verdict verdictOn(const OperationRecord& record) const;
-  /// Size and time of what was written.
-  void noteTarget(Verdict& verdict) const;
-  void settleFailure(Verdict verdict, const FileError& error);
+  void settleFailure(Verdict& verdict, const FileError& error);
+  /// What the system says of a file that could not be written, or of the folder that was to hold it.
+  FileError causeOf(const FileError& error, const Path& file);
   void settleException(const OperationRecord& record, const std::exception& error);
   void haltForException(const QString& status, const QString& logText);
   void endForFullVolume(const QString& logText);
+  void endIfTargetIsLost(const Verdict& verdict);
   std::uint64_t sizeOfFile(const Path& path) const;
 
   Host host_;

@@ -2,6 +2,8 @@
 
 #include "platform/file_manager.h"
 
+#include <cerrno>
+
 namespace kestrova {
 
 // The numbers by which the operations distinguish errors. The two for a full volume differ on purpose:
@@ -24,6 +26,23 @@ inline int errorCode(const FileError& error, int fullVolumeCode) {
   }
   return error.code;
 }
+
+/// Whether an error of writing tells of the whole volume: it was taken away, or nothing can be written to it
+/// any more.
+constexpr bool meansVolumeIsLost(int systemCode) {
+  switch (systemCode) {
+    case EIO:
+    case ENODEV:
+    case ENXIO:
+    case EROFS:
+    case ESTALE:
+    case ENOTCONN:
+      return true;
+    default:
+      return false;
+  }
+}
+
 inline int copyErrorCode(const FileError& error) { return errorCode(error, fullWhenCopying); }
 inline int writeErrorCode(const FileError& error) { return errorCode(error, fullWhenWriting); }
 

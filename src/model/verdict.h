@@ -28,6 +28,7 @@ struct Verdict {
   std::optional<Path> original =
       {};                         ///< the source kept instead of this one: it has the same content or name
   std::string error = {};         ///< the system's words, or why a photo was not rewritten; UTF-8
+  int errorCode = 0;              ///< the system's number of the error; 0 if it has none
   std::int64_t pagesLeftOut = 0;  ///< of a TIFF that was rewritten
   std::string sourceSha256 = {};  ///< of the bytes that were read, for a rewritten photo: 64 hex digits
   std::string targetSha256 = {};  ///< of the bytes that were written, for a rewritten photo

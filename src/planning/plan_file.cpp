@@ -81,7 +81,10 @@ Verdict verdictOn(const Source& source, Outcome outcome) {
 Verdict verdictOn(const Source& source, const Path& target, const FileResult<bool>& exists) {
   Verdict verdict = verdictOn(source, exists ? Outcome::exists : Outcome::failed);
   verdict.target = target;
-  if (!exists) verdict.error = exists.error().message;
+  if (!exists) {
+    verdict.error = exists.error().message;
+    verdict.errorCode = exists.error().code;
+  }
   return verdict;
 }
 

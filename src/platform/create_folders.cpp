@@ -36,7 +36,7 @@ FileResult<void> createFolders(const Path& path) {
 
 FileResult<void> createFolder(int parent, const char* name) {
   const int answer = uninterrupted([&] { return ::mkdirat(parent, name, 0777); });
-  if (answer < 0 && errno != EEXIST) return failure();
+  if (answer < 0 && errno != EEXIST) return failureToCreate(parent);
   return {};
 }
 

@@ -25,6 +25,8 @@ class DryRunFiles::Staged final : public StagedFile {
     return {};
   }
 
+  FileResult<FileAttributes> attributes() const override { return attributes_; }
+
  private:
   DryRunFiles& files_;
   const Path to_;
@@ -61,11 +63,15 @@ FileResult<void> DryRunFiles::createDirectory(const Path& folder) {
 }
 
 // Opened and read a little: that shows whether it can be copied.
-FileResult<std::unique_ptr<StagedFile>> DryRunFiles::stageCopy(const Path& from, const Path& to) {
+FileResult<std::unique_ptr<StagedFile>> DryRunFiles::stageCopy(const Path& from, const Path& to,
+                                                               const SourceCheck& check) {
   const auto start = real_->readPrefix(from, 1);
   if (!start) return tl::make_unexpected(unreadable(start.error()));
   const auto source = real_->attributesOfItem(from);
   if (!source) return tl::make_unexpected(unreadable(source.error()));
+  if (check) {
+    if (const auto agreed = check(*source); !agreed) return tl::make_unexpected(agreed.error());
+  }
   if (const auto writable = checkFolderOf(to); !writable) return tl::make_unexpected(writable.error());
   return std::make_unique<Staged>(*this, to, *source);
 }

@@ -24,12 +24,16 @@ class DryRunFiles final : public FileManager {
   FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const override {
     return real_->readPrefix(path, count);
   }
-  FileResult<Bytes> readFile(const Path& path) const override { return real_->readFile(path); }
+  using FileManager::readFile;
+  FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const override {
+    return real_->readFile(path, check);
+  }
   FileResult<void> checkTarget(const Path& folder) const override { return real_->checkTarget(folder); }
   /// Holds nothing: null.
   std::shared_ptr<HeldTarget> holdTarget(const Path&) override { return nullptr; }
   FileResult<void> createDirectory(const Path& folder) override;
-  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override;
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
+                                                    const SourceCheck& check) override;
   FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override;
 
  private:

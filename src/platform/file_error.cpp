@@ -3,6 +3,8 @@
 #include <system_error>
 #include <utility>
 
+#include <sys/statvfs.h>
+
 namespace kestrova {
 
 FileError::Kind FileError::kindOf(int code) {
@@ -23,6 +25,15 @@ FileError::Kind FileError::kindOf(int code) {
 FileError systemError(int number) { return {number, std::generic_category().message(number)}; }
 
 tl::unexpected<FileError> failure(int number) { return tl::make_unexpected(systemError(number)); }
+
+tl::unexpected<FileError> failureToCreate(int folder) {
+  FileError error = systemError(errno);
+  struct statvfs volume = {};
+  const bool isOutOfFiles = error.code == ENOSPC && ::fstatvfs(folder, &volume) == 0 && volume.f_files > 0 &&
+                            volume.f_favail == 0 && volume.f_bavail > 0;
+  if (isOutOfFiles) error.message = "the volume holds as many files as it can";
+  return tl::make_unexpected(std::move(error));
+}
 
 FileResult<void> succeeded(int answer) {
   if (answer < 0) return failure();

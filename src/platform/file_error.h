@@ -13,6 +13,10 @@ FileError systemError(int number);
 /// call.
 tl::unexpected<FileError> failure(int number = errno);
 
+/// The error of the last system call, which was to create something in the folder. Says so where the volume
+/// has room, but for no more files.
+tl::unexpected<FileError> failureToCreate(int folder);
+
 /// Nothing, or the error of the last system call if that call returned -1.
 FileResult<void> succeeded(int answer);
 

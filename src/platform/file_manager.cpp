@@ -16,16 +16,13 @@ bool FileManager::isDirectory(const Path& path) const {
   return attributes && attributes->isDirectory;
 }
 
-FileResult<void> FileManager::copyItem(const Path& from, const Path& to, const Check& check) {
+FileResult<void> FileManager::copyItem(const Path& from, const Path& to) {
   // Only the commit decides; checking first avoids the copy.
   const auto exists = fileExists(to);
   if (!exists) return tl::make_unexpected(exists.error());
   if (*exists) return failure(EEXIST);
-  const auto copy = stageCopy(from, to);
+  const auto copy = stageCopy(from, to, nullptr);
   if (!copy) return tl::make_unexpected(copy.error());
-  if (check) {
-    if (auto agreed = check(); !agreed) return agreed;
-  }
   return (*copy)->commit();
 }
 

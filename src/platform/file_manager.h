@@ -62,6 +62,9 @@ class StagedFile {
   virtual FileResult<void> commit() = 0;
   /// The same, but atomically replaces a file of that name.
   virtual FileResult<void> commitReplacing() = 0;
+
+  /// Of the file as it is now; a name changes none of them.
+  virtual FileResult<FileAttributes> attributes() const = 0;
 };
 
 /// The target folder of a run. While it is held, everything read or written below its path goes to this same
@@ -83,6 +86,9 @@ class HeldTarget {
   virtual FileResult<void> makeNamesDurable() = 0;
 };
 
+/// Receives the attributes of a source as soon as it is open. The call that opened it returns its error.
+using SourceCheck = std::function<FileResult<void>(const FileAttributes& source)>;
+
 /// The program's access to the host's file system. Paths are bytes and never pass through a text codec; they
 /// may be longer than the system's own limit for one call. Nothing here blocks on a FIFO or a device, follows
 /// a symbolic link to write, or changes a source file. Callable from any thread; calls on one StagedFile must
@@ -100,8 +106,9 @@ class FileManager {
   /// At most the first `count` bytes of a regular file.
   virtual FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const = 0;
 
-  /// A regular file's whole contents.
-  virtual FileResult<Bytes> readFile(const Path& path) const = 0;
+  /// A regular file's whole contents. The check may be absent.
+  virtual FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const = 0;
+  FileResult<Bytes> readFile(const Path& path) const { return readFile(path, nullptr); }
 
   /// Whether files can be created in the folder or, if it does not exist, whether it can be created. The
   /// error says why not. Changes nothing.
@@ -115,8 +122,9 @@ class FileManager {
   virtual FileResult<void> createDirectory(const Path& folder) = 0;
 
   /// Copies a regular file's data, permissions, modification time and extended attributes, and makes the copy
-  /// durable. If the source cannot be read, the error is `unreadable`.
-  virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) = 0;
+  /// durable. If the source cannot be read, the error is `unreadable`. The check may be absent.
+  virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
+                                                            const SourceCheck& check) = 0;
 
   /// Writes bytes, with the permissions of a new file, and makes them durable.
   virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) = 0;
@@ -126,11 +134,8 @@ class FileManager {
   FileResult<bool> fileExists(const Path& path) const;
   bool isDirectory(const Path& path) const;
 
-  using Check = std::function<FileResult<void>()>;
-
-  /// A whole copy under the name `to`, or none; an existing item there is left alone (`alreadyExists`). The
-  /// check, if any, runs when the copy is complete; if it fails, the copy gets no name.
-  FileResult<void> copyItem(const Path& from, const Path& to, const Check& check = nullptr);
+  /// A whole copy under the name `to`, or none; an existing item there is left alone (`alreadyExists`).
+  FileResult<void> copyItem(const Path& from, const Path& to);
   /// The bytes under the name `to`, or no file; an existing item there is left alone (`alreadyExists`).
   FileResult<void> writeData(ByteView data, const Path& to);
   /// The bytes under the name `to`; an existing file there is replaced atomically.

@@ -3,6 +3,7 @@
 #include "platform/exclusive_rename.h"
 #include "platform/file_error.h"
 #include "platform/file_system.h"
+#include "platform/item_attributes.h"
 
 #include <cstdio>
 #include <utility>
@@ -39,7 +40,7 @@ FileResult<void> PendingFile::createNamed(mode_t mode) {
   return takeName([&](const char* free) -> FileResult<int> {
     constexpr int flags = O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC;
     file_ = FileDescriptor(uninterrupted([&] { return ::openat(folder_.get(), free, flags, mode); }));
-    if (!file_) return failure();
+    if (!file_) return failureToCreate(folder_.get());
     return file_.get();
   });
 }
@@ -77,6 +78,12 @@ FileResult<void> PendingFile::commitReplacing() {
       [&] { return ::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()); }));
   if (replaced) temporaryName_.clear();
   return replaced;
+}
+
+FileResult<FileAttributes> PendingFile::attributes() const {
+  struct stat status = {};
+  if (::fstat(file_.get(), &status) < 0) return failure();
+  return attributesOf(status);
 }
 
 }  // namespace kestrova

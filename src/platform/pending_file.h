@@ -23,6 +23,7 @@ class PendingFile final : public StagedFile {
   int descriptor() const { return file_.get(); }
   FileResult<void> commit() override;
   FileResult<void> commitReplacing() override;
+  FileResult<FileAttributes> attributes() const override;
 
  private:
   PendingFile(FileDescriptor folder, std::string name);

@@ -26,8 +26,14 @@ FileResult<void> writeWhole(ByteView data, int to) {
   return host::makeDurable(to);
 }
 
+FileResult<void> asked(const SourceCheck& check, const RegularFile& source) {
+  return check ? check(attributesOf(source.status)) : FileResult<void>();
+}
+
 class SystemFileManager final : public FileManager {
  public:
+  using FileManager::readFile;
+
   explicit SystemFileManager(StagingChoice staging) : staging_(std::move(staging)) {}
 
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
@@ -51,9 +57,10 @@ class SystemFileManager final : public FileManager {
     return readStart(*source, count);
   }
 
-  FileResult<Bytes> readFile(const Path& path) const override {
+  FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const override {
     const auto source = openRegularFile(path);
     if (!source) return tl::make_unexpected(source.error());
+    if (const auto agreed = asked(check, *source); !agreed) return tl::make_unexpected(agreed.error());
     auto bytes = readBytes(source->file.get(), static_cast<std::size_t>(source->status.st_size));
     if (!bytes) return bytes;
     if (const auto unchanged = checkUnchanged(*source); !unchanged)
@@ -79,9 +86,11 @@ class SystemFileManager final : public FileManager {
     return createFolders(folder);
   }
 
-  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
+                                                    const SourceCheck& check) override {
     const auto source = openRegularFile(from);
     if (!source) return tl::make_unexpected(unreadable(source.error()));
+    if (const auto agreed = asked(check, *source); !agreed) return tl::make_unexpected(agreed.error());
     return stage(to, privateMode, [&](int file) { return copyWhole(*source, file); });
   }
 

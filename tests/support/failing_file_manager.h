@@ -25,6 +25,7 @@ class FailingFileManager : public FileManager {
   std::function<Failure(const Path& path)> onAttributes;
   std::function<Failure(const Path& folder)> onCreateDirectory;
   std::function<Failure()> onNamesDurable;  ///< of a held target
+  std::function<Failure(const Path& folder)> onCheckTarget;
   std::function<Failure(const Path& path)> onOpenFolder;
   std::function<Failure(const Path& path)> onListed;  ///< called after a folder's entries have been listed
   std::function<Failure(const Path& path)> onEntryAttributes;  ///< of an entry of an open folder
@@ -44,12 +45,16 @@ class FailingFileManager : public FileManager {
     return inner_->readPrefix(path, count);
   }
 
-  FileResult<Bytes> readFile(const Path& path) const override {
+  using FileManager::readFile;
+  FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const override {
     if (auto error = ask(onRead, path)) return tl::make_unexpected(*error);
-    return inner_->readFile(path);
+    return inner_->readFile(path, check);
   }
 
-  FileResult<void> checkTarget(const Path& folder) const override { return inner_->checkTarget(folder); }
+  FileResult<void> checkTarget(const Path& folder) const override {
+    if (auto error = ask(onCheckTarget, folder)) return tl::make_unexpected(*error);
+    return inner_->checkTarget(folder);
+  }
 
   std::shared_ptr<HeldTarget> holdTarget(const Path& folder) override {
     return std::make_shared<Held>(inner_->holdTarget(folder), onNamesDurable);
@@ -60,9 +65,10 @@ class FailingFileManager : public FileManager {
     return inner_->createDirectory(folder);
   }
 
-  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to) override {
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
+                                                    const SourceCheck& check) override {
     if (auto error = ask(onStageCopy, from, to)) return tl::make_unexpected(*error);
-    return withHook(inner_->stageCopy(from, to), to);
+    return withHook(inner_->stageCopy(from, to, check), to);
   }
 
   FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
@@ -101,6 +107,8 @@ class FailingFileManager : public FileManager {
       if (auto error = ask(hook_, to_)) return tl::make_unexpected(*error);
       return inner_->commitReplacing();
     }
+
+    FileResult<FileAttributes> attributes() const override { return inner_->attributes(); }
 
    private:
     std::unique_ptr<StagedFile> inner_;

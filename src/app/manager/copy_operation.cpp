@@ -36,13 +36,9 @@ void OrganiseManager::copyRecord(const OperationRecord& record) {
     setStatus(QStringLiteral("Copying Photo (%1) %2").arg(kind, number));
   }
   if (isVideo(extension)) setStatus(QStringLiteral("Copying VIDEO ") + number);
-  prepareFolderOf(to);
+  createFolder(to);
   copyAsItIs(record);
   if (isLogging()) log(displayPath(to));
-}
-
-void OrganiseManager::prepareFolderOf(const Path& file) {
-  if (!host_.files->isDirectory(file)) createFolder(file);
 }
 
 void OrganiseManager::createFolder(const Path& file) {
@@ -55,15 +51,32 @@ void OrganiseManager::copyFile(const Path& from, const Path& to) {
   copyAsItIs({{"from", OperationRecord::FileUrl(from)}, {"to", OperationRecord::FileUrl(to)}});
 }
 
+// A target that the plan did not find is not looked for again: if it has come since, the copy finds its name
+// taken.
+FileResult<FileAttributes> OrganiseManager::makeCopy(const OperationRecord& record, const Path& from,
+                                                     const Path& to) {
+  if (!record.planned() || record.planned()->isNameTaken) {
+    const auto exists = host_.files->fileExists(to);
+    if (!exists) return tl::make_unexpected(exists.error());
+    if (*exists) return tl::make_unexpected(FileError{EEXIST, {}});
+  }
+  const auto copy = host_.files->stageCopy(from, to, checkAgainstPlan(record));
+  if (!copy) return tl::make_unexpected(copy.error());
+  auto attributes = (*copy)->attributes();
+  if (!attributes) return attributes;
+  if (const auto named = (*copy)->commit(); !named) return tl::make_unexpected(named.error());
+  return attributes;
+}
+
 // The size that counts is the one before the copy.
 void OrganiseManager::copyAsItIs(const OperationRecord& record, const std::string& remark) {
   Verdict verdict = verdictOn(record);
-  const auto copied = host_.files->copyItem(verdict.source, verdict.target.value_or(Path()),
-                                            [&] { return checkIsAsPlanned(record); });
+  const auto copied = makeCopy(record, verdict.source, verdict.target.value_or(Path()));
   if (copied) {
     verdict.outcome = Outcome::copied;
     verdict.error = remark.empty() && record.planned() ? record.planned()->readError : remark;
-    noteTarget(verdict);
+    verdict.targetSize = copied->size;
+    verdict.targetModified = copied->modified;
     settle(verdict);
     log(QStringLiteral("Copy successful"));
   } else if (copyErrorCode(copied.error()) == existingFileCode) {
@@ -73,76 +86,12 @@ void OrganiseManager::copyAsItIs(const OperationRecord& record, const std::strin
     settle(verdict);
     log(QStringLiteral("Item Exist"));
   } else {
-    settleFailure(verdict, copied.error());
-    if (copyErrorCode(copied.error()) == fullWhenCopying)
+    const FileError error = causeOf(copied.error(), verdict.target.value_or(Path()));
+    settleFailure(verdict, error);
+    endIfTargetIsLost(verdict);
+    if (copyErrorCode(error) == fullWhenCopying)
       endForFullVolume(QStringLiteral("There is not enough space at destination"));
   }
-}
-
-void OrganiseManager::settleFailure(Verdict verdict, const FileError& error) {
-  const bool isUnreadable = error.kind == FileError::Kind::unreadable;
-  verdict.outcome = isUnreadable ? Outcome::unreadable : Outcome::failed;
-  verdict.error = error.message;
-  settle(verdict);
-}
-
-void OrganiseManager::settleException(const OperationRecord& record, const std::exception& error) {
-  Verdict verdict = plannedVerdict(record);
-  verdict.outcome = Outcome::failed;
-  verdict.error = error.what();
-  settle(verdict);
-}
-
-void OrganiseManager::skipOperation(const OperationRecord& record) {
-  Verdict verdict = plannedVerdict(record);
-  verdict.outcome = Outcome::notReached;
-  settle(verdict);
-}
-
-FileResult<void> OrganiseManager::checkIsAsPlanned(const OperationRecord& record) const {
-  const auto& planned = record.planned();
-  if (!planned || !planned->modified) return {};
-  const auto now = host_.files->attributesOfItem(record.file("from").value_or(Path()));
-  if (!now || (now->size == planned->size && now->modified == *planned->modified)) return {};
-  return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
-}
-
-// If the plan has no attributes, they are read from the file.
-Verdict OrganiseManager::verdictOn(const OperationRecord& record) const {
-  Verdict verdict = plannedVerdict(record);
-  if (verdict.sourceModified) return verdict;
-  if (const auto source = host_.files->attributesOfItem(verdict.source)) {
-    verdict.sourceSize = source->size;
-    verdict.sourceModified = source->modified;
-  }
-  return verdict;
-}
-
-void OrganiseManager::noteTarget(Verdict& verdict) const {
-  const auto target = host_.files->attributesOfItem(verdict.target.value_or(Path()));
-  if (!target) return;
-  verdict.targetSize = target->size;
-  verdict.targetModified = target->modified;
-}
-
-void OrganiseManager::endForFullVolume(const QString& logText) {
-  log(logText);
-  endEarly(RunEnd::outOfSpace);
-  processQueue->cancelAllOperations();
-  post([this] { buttonStart->setTitle(QStringLiteral("Start")); });
-  setStatus(QStringLiteral("Not enough space!"));
-  haserror = true;
-}
-
-void OrganiseManager::haltForException(const QString& status, const QString& logText) {
-  setStatus(status);
-  log(logText);
-  haltRun();
-}
-
-std::uint64_t OrganiseManager::sizeOfFile(const Path& path) const {
-  const auto attributes = host_.files->attributesOfItem(path);
-  return attributes ? attributes->size : 0;
 }
 
 }  // namespace kestrova

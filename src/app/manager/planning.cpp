@@ -53,6 +53,7 @@ void OrganiseManager::planOrSettle(FileList::Iterator entry, const InvocationOpe
       queueEntry(*std::move(planned), planner);
     } else {
       settle(planned.error());
+      endIfTargetIsLost(planned.error());
     }
   } catch (const std::exception& error) {
     settle({.outcome = Outcome::failed,

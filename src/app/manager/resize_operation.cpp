@@ -17,10 +17,11 @@ Resolution resolutionOf(const OperationRecord& record) {
   return optionAt<Resolution>(record.number("resolution").value_or(0));
 }
 
-tl::expected<Bytes, imaging::RewriteError> readPhoto(const FileManager& files, const Verdict& verdict) {
+tl::expected<Bytes, imaging::RewriteError> readPhoto(const FileManager& files, const Verdict& verdict,
+                                                     const SourceCheck& check) {
   if (verdict.sourceSize > std::uint64_t{imaging::maxWorkingBytes})
     return tl::unexpected(imaging::RewriteError{"the file is too large to be decoded"});
-  auto photo = files.readFile(verdict.source);
+  auto photo = files.readFile(verdict.source, check);
   if (!photo) return tl::unexpected(imaging::RewriteError{photo.error().message});
   return std::move(*photo);
 }
@@ -46,7 +47,7 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
   }
   if (const auto* row = rowOf(resolutionOf(record)))
     setStatus(QString::fromLatin1(row->status).arg(countText(tRotatedCount + 1)));
-  prepareFolderOf(record.file("to").value_or(Path()));
+  createFolder(record.file("to").value_or(Path()));
   if (isLogging())
     log(QStringLiteral("RESIZING PHOTOOOOO! : ") + displayPath(record.file("from").value_or(Path())));
   rewrite(record);
@@ -54,7 +55,7 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
 
 void OrganiseManager::rewrite(const OperationRecord& record) {
   Verdict verdict = verdictOn(record);
-  const auto photo = readPhoto(*host_.files, verdict);
+  const auto photo = readPhoto(*host_.files, verdict, checkAgainstPlan(record));
   const RewriteWishes wishes{.resolution = resolutionOf(record),
                              .upright = chkRotate->state() == CheckBox::on,
                              .leavesOutSmall = chkFilterSmallPhotos->state() == CheckBox::on};
@@ -76,22 +77,28 @@ void OrganiseManager::rewrite(const OperationRecord& record) {
 
 // If a photo cannot be written, the run ends for any error, as if the volume were full.
 void OrganiseManager::writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting) {
-  if (const auto unchanged = checkIsAsPlanned(record); !unchanged) {
-    settleFailure(verdict, unchanged.error());
-    return;
-  }
-  const auto written =
-      host_.files->writeDataReplacing(rewriting.photo.bytes, record.file("to").value_or(Path()));
+  const Path to = record.file("to").value_or(Path());
+  const auto written = replace(to, rewriting.photo.bytes);
   if (!written) {
-    settleFailure(verdict, written.error());
+    settleFailure(verdict, causeOf(written.error(), to));
     endForFullVolume(QStringLiteral("No space left!!!!!"));
     return;
   }
   verdict.outcome = rewriting.isResized ? Outcome::resized : Outcome::rewritten;
   verdict.pagesLeftOut = rewriting.photo.pagesLeftOut;
   verdict.targetSha256 = report::sha256Of(rewriting.photo.bytes);
-  noteTarget(verdict);
+  verdict.targetSize = written->size;
+  verdict.targetModified = written->modified;
   settle(verdict);
+}
+
+FileResult<FileAttributes> OrganiseManager::replace(const Path& file, ByteView contents) {
+  const auto staged = host_.files->stageData(contents, file);
+  if (!staged) return tl::make_unexpected(staged.error());
+  auto attributes = (*staged)->attributes();
+  if (!attributes) return attributes;
+  if (const auto named = (*staged)->commitReplacing(); !named) return tl::make_unexpected(named.error());
+  return attributes;
 }
 
 void OrganiseManager::copyUndecodable(const OperationRecord& record, const std::string& reason) {

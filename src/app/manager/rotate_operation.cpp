@@ -37,7 +37,7 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
   Verdict verdict = verdictOn(record);
   const Path to = record.file("to").value_or(Path());
   setStatus(QStringLiteral("Rotating photo : ") + displayPath(verdict.source));
-  prepareFolderOf(to);
+  createFolder(to);
   log(QStringLiteral("ROTATING PHOTOOOOO!"));
   const auto photo = host_.files->readFile(verdict.source);
   const auto jpeg = asJpeg(photo);
@@ -50,7 +50,6 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
     verdict.targetSize = jpeg->size();
     verdict.sourceSha256 = report::sha256Of(*photo);
     verdict.targetSha256 = report::sha256Of(*jpeg);
-    noteTarget(verdict);
     settle(verdict);
   } else {
     settleFailure(verdict, written.error());

@@ -121,7 +121,7 @@ TEST_F(CopyOperation, DoesNotTakeTheCodeOfTheWritingPathsForAFullVolume) {
 }
 
 TEST_F(CopyOperation, GoesOnAfterAnyOtherErrorAndAnnouncesIt) {
-  fail(EIO);
+  fail(EACCES);
   std::vector<Verdict> verdicts;
   manager().verdictListener = [&](const Verdict& verdict) { verdicts.push_back(verdict); };
   copy(photo, to);

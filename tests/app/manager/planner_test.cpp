@@ -207,7 +207,7 @@ TEST_F(Planner, EndsProperlyWhenEveryFileIsLeftOutOrThere) {
 TEST_F(Planner, ShowsNoProgressOfTheLastRunWhenItEnds) {
   writeVideo("clip.mov", 500);
   controls().processBar->setDoubleValue(42);
-  files->onStageCopy = [](const Path&, const Path&) { return FileError{EIO, "on purpose"}; };
+  files->onStageCopy = [](const Path&, const Path&) { return FileError{EACCES, "on purpose"}; };
   program.run();
   EXPECT_EQ(controls().processBar->maxValue(), 1);
   EXPECT_EQ(controls().processBar->doubleValue(), 0);

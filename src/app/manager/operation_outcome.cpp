@@ -1,0 +1,92 @@
+#include "app/organise_manager.h"
+#include "execution/error_codes.h"
+#include "platform/log.h"
+
+#include <cerrno>
+#include <exception>
+
+namespace kestrova {
+
+SourceCheck OrganiseManager::checkAgainstPlan(const OperationRecord& record) {
+  const auto& planned = record.planned();
+  if (!planned || !planned->modified) return nullptr;
+  return [&planned = *planned](const FileAttributes& source) -> FileResult<void> {
+    if (source.size == planned.size && source.modified == *planned.modified) return {};
+    return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
+  };
+}
+
+// A missing folder is what could not be created: the reason for that says more.
+FileError OrganiseManager::causeOf(const FileError& error, const Path& file) {
+  if (error.kind != FileError::Kind::notFound) return error;
+  const auto created = host_.files->createDirectory(file.parent_path());
+  return created ? error : created.error();
+}
+
+void OrganiseManager::settleFailure(Verdict& verdict, const FileError& error) {
+  const bool isUnreadable = error.kind == FileError::Kind::unreadable;
+  verdict.outcome = isUnreadable ? Outcome::unreadable : Outcome::failed;
+  verdict.error = error.message;
+  verdict.errorCode = error.code;
+  settle(verdict);
+}
+
+void OrganiseManager::settleException(const OperationRecord& record, const std::exception& error) {
+  Verdict verdict = plannedVerdict(record);
+  verdict.outcome = Outcome::failed;
+  verdict.error = error.what();
+  settle(verdict);
+}
+
+void OrganiseManager::skipOperation(const OperationRecord& record) {
+  Verdict verdict = plannedVerdict(record);
+  verdict.outcome = Outcome::notReached;
+  settle(verdict);
+}
+
+// Where the plan knows nothing, the file is asked.
+Verdict OrganiseManager::verdictOn(const OperationRecord& record) const {
+  Verdict verdict = plannedVerdict(record);
+  if (verdict.sourceModified) return verdict;
+  if (const auto source = host_.files->attributesOfItem(verdict.source)) {
+    verdict.sourceSize = source->size;
+    verdict.sourceModified = source->modified;
+  }
+  return verdict;
+}
+
+void OrganiseManager::endForFullVolume(const QString& logText) {
+  log(logText);
+  endEarly(RunEnd::outOfSpace);
+  processQueue->cancelAllOperations();
+  post([this] { buttonStart->setTitle(QStringLiteral("Start")); });
+  setStatus(QStringLiteral("Not enough space!"));
+  haserror = true;
+}
+
+// The files that are left would fail one by one for the same reason.
+void OrganiseManager::endIfTargetIsLost(const Verdict& verdict) {
+  if (verdict.outcome != Outcome::failed || !meansVolumeIsLost(verdict.errorCode)) return;
+  endEarly(RunEnd::error);
+  haserror = true;
+  processQueue->cancelAllOperations();
+  setStatus(QStringLiteral("The target folder cannot be used: ") + QString::fromStdString(verdict.error));
+  if (runState().phase == RunPhase::planning) releaseAssertion();  // nobody observes the queue yet
+  post([this] {
+    resumeRun();
+    showEnded();
+  });
+}
+
+void OrganiseManager::haltForException(const QString& status, const QString& logText) {
+  setStatus(status);
+  log(logText);
+  haltRun();
+}
+
+std::uint64_t OrganiseManager::sizeOfFile(const Path& path) const {
+  const auto attributes = host_.files->attributesOfItem(path);
+  return attributes ? attributes->size : 0;
+}
+
+}  // namespace kestrova
