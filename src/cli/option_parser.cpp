@@ -17,7 +17,9 @@ tl::unexpected<std::string> error(const Texts&... texts) {
 }
 
 // Lexically, as ".." after a symbolic link leads elsewhere than it seems.
-Path absolutePath(const Path& path, const Path& currentFolder) {
+tl::expected<Path, std::string> absolutePath(const Path& path, const Path& currentFolder) {
+  if (path.is_relative() && currentFolder.empty())
+    return error(cli::quoted(path.native()), ": the current folder is gone");
   Path absolute;
   for (const Path& name : currentFolder / path) {
     if (!name.empty() && name != ".") absolute /= name;
@@ -80,7 +82,9 @@ void OptionParser::addChoice(std::string_view name, std::array<std::string_view,
 void OptionParser::path(std::string_view name, std::string_view kind, Path& field) {
   const auto take = [this, name, kind, &field](std::string_view value) -> Step {
     if (value.empty()) return error(name, " needs ", kind);
-    field = absolutePath(value, currentFolder_);
+    auto absolute = absolutePath(value, currentFolder_);
+    if (!absolute) return tl::unexpected(absolute.error());
+    field = *std::move(absolute);
     return {};
   };
   options_.push_back({.name = name, .needs = std::string(kind), .take = take});
@@ -89,7 +93,9 @@ void OptionParser::path(std::string_view name, std::string_view kind, Path& fiel
 void OptionParser::operands(std::string_view kind, std::vector<Path>& field) {
   takeOperand_ = [this, kind, &field](std::string_view word) -> Step {
     if (word.empty()) return error("the name of ", kind, " is empty");
-    field.push_back(absolutePath(word, currentFolder_));
+    auto absolute = absolutePath(word, currentFolder_);
+    if (!absolute) return tl::unexpected(absolute.error());
+    field.push_back(*std::move(absolute));
     return {};
   };
 }

@@ -30,7 +30,8 @@ std::string quoted(std::string_view bytes);
 /// Fields without a word keep their values. No file is accessed.
 class OptionParser {
  public:
-  /// Relative paths start from `currentFolder`; symbolic links in them stay as they are.
+  /// Relative paths start from `currentFolder`, and are an error where that is empty; symbolic links in them
+  /// stay as they are.
   explicit OptionParser(const Path& currentFolder);
 
   void flag(std::string_view name, bool& field);

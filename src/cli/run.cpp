@@ -148,7 +148,9 @@ std::string unusableFolder(const OrganiseArguments& arguments, const FileManager
       return unusable(source, std::strerror(EACCES));
   }
   const auto target = files.attributesOfItem(arguments.target);
-  return target && !target->isDirectory ? unusable(arguments.target, "this target is not a folder") : "";
+  if (target && !target->isDirectory) return unusable(arguments.target, "this target is not a folder");
+  const auto canWrite = files.checkTarget(arguments.target);
+  return canWrite ? "" : unusable(arguments.target, canWrite.error().message);
 }
 
 Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,

@@ -36,7 +36,8 @@ bool acceptAsCopy(QDropEvent& event) {
 }  // namespace
 
 MainWindow::MainWindow(Host host, std::shared_ptr<DesktopStatus> desktop)
-    : workspace_(host.workspace),
+    : files_(host.files),
+      workspace_(host.workspace),
       desktop_(std::move(desktop)),
       interface_(completed(std::move(host))),
       ui_(std::make_unique<Ui::MainWindow>()),
@@ -228,10 +229,23 @@ void MainWindow::bindRun() {
 // What the last run left to show is removed when the next one begins, before its workers start to count.
 void MainWindow::start() {
   auto& manager = interface_.manager;
-  const bool isToStart = !manager.isRunning();
-  if (isToStart) tally_.clear();
-  manager.startProcess(interface_.buttonStart.get());
-  if (isToStart && manager.runState().isRunning()) display_->begin();
+  if (manager.isRunning()) {
+    manager.startProcess(interface_.buttonStart.get());
+  } else if (const auto canWrite = checkTarget(); !canWrite) {
+    display_->refuse(QString::fromStdString(canWrite.error().message));
+  } else {
+    tally_.clear();
+    manager.startProcess(interface_.buttonStart.get());
+    if (manager.runState().isRunning()) display_->begin();
+  }
+}
+
+// What is not complete yet is for the controller to tell.
+FileResult<void> MainWindow::checkTarget() const {
+  const auto& manager = interface_.manager;
+  const auto target = manager.targetPath.get();
+  if (!target || manager.sourcePathList.get().empty()) return {};
+  return files_->checkTarget(*target);
 }
 
 void MainWindow::openTarget() {

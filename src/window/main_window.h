@@ -54,9 +54,11 @@ class MainWindow : public QMainWindow {
   void showSources();
   bool isOverTarget(QPointF place) const;
   void start();
+  FileResult<void> checkTarget() const;
   void openTarget();
 
   Tally tally_;  // workers of the interface's controller write to it
+  std::shared_ptr<FileManager> files_;
   std::shared_ptr<Workspace> workspace_;
   std::shared_ptr<DesktopStatus> desktop_;
   MainInterface interface_;

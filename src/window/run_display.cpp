@@ -49,6 +49,11 @@ void RunDisplay::begin() {
   timer_.start(tickMilliseconds, this);
 }
 
+void RunDisplay::refuse(const QString& reason) {
+  ui_.buttonOpenTarget->hide();
+  tell(unusableTargetText(reason), true);
+}
+
 void RunDisplay::timerEvent(QTimerEvent*) { refresh(); }
 
 void RunDisplay::refresh() {
@@ -107,7 +112,7 @@ RunRemainder RunDisplay::remainder(const RunState& run) const {
 void RunDisplay::end(const RunState& run) {
   timer_.stop();
   const RunRemainder left = remainder(run);
-  showRemainder(left);
+  tell(remainderText(left), left.isSerious());
   const auto target = interface_.manager.targetPath.get();
   std::error_code ignored;
   const bool isThere = target && std::filesystem::is_directory(*target, ignored);
@@ -115,12 +120,12 @@ void RunDisplay::end(const RunState& run) {
   if (!window_.isActiveWindow() && run.end != RunEnd::stopped) notify(left);
 }
 
-void RunDisplay::showRemainder(const RunRemainder& remainder) {
-  const auto sign = remainder.isSerious() ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
+void RunDisplay::tell(const QString& text, bool isSerious) {
+  const auto sign = isSerious ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
   const int size = window_.style()->pixelMetric(QStyle::PM_SmallIconSize);
   ui_.remainderSign->setPixmap(window_.style()->standardIcon(sign).pixmap(size));
-  ui_.remainderText->setText(remainderText(remainder));
-  ui_.remainderBox->setVisible(!ui_.remainderText->text().isEmpty());
+  ui_.remainderText->setText(text);
+  ui_.remainderBox->setVisible(!text.isEmpty());
 }
 
 void RunDisplay::notify(const RunRemainder& remainder) {

@@ -32,6 +32,8 @@ class RunDisplay : public QObject {
 
   /// A run begins.
   void begin();
+  /// None begins, as nothing can be written to the target: for this reason, in the system's words.
+  void refuse(const QString& reason);
   /// Controls have changed.
   void refresh();
 
@@ -45,7 +47,7 @@ class RunDisplay : public QObject {
   void showShare(const RunProgress& progress);
   void showNameTaken();
   void end(const RunState& run);
-  void showRemainder(const RunRemainder& remainder);
+  void tell(const QString& text, bool isSerious);
   void notify(const RunRemainder& remainder);
 
   QWidget& window_;

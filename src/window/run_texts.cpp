@@ -81,4 +81,8 @@ QString remainderText(const RunRemainder& remainder) {
   return sentences.join(u' ');
 }
 
+QString unusableTargetText(const QString& reason) {
+  return Run::tr("The target folder cannot be used: %1").arg(reason);
+}
+
 }  // namespace kestrova

@@ -48,4 +48,7 @@ struct RunRemainder {
 /// The remainder in plain words; empty when there is nothing to say.
 QString remainderText(const RunRemainder& remainder);
 
+/// Why no run begins: nothing can be written to the target, for this reason in the system's words.
+QString unusableTargetText(const QString& reason);
+
 }  // namespace kestrova

@@ -32,6 +32,7 @@ constexpr std::array texts{
     QT_TRANSLATE_NOOP("Controller", "Stopped"),
     QT_TRANSLATE_NOOP("Controller", "Not enough space!"),
     QT_TRANSLATE_NOOP("Controller", "The disk did not confirm what was written: %1"),
+    QT_TRANSLATE_NOOP("Controller", "The target folder cannot be used: %1"),
     QT_TRANSLATE_NOOP("Controller", "Error"),
     QT_TRANSLATE_NOOP("Controller", "Info"),
     QT_TRANSLATE_NOOP("Controller", "Please wait until process is finished or stop it before exit."),

@@ -76,6 +76,10 @@
         <translation>Die Festplatte hat das Geschriebene nicht bestätigt: %1</translation>
     </message>
     <message>
+        <source>The target folder cannot be used: %1</source>
+        <translation>Der Zielordner ist nicht zu gebrauchen: %1</translation>
+    </message>
+    <message>
         <source>Error</source>
         <translation>Fehler</translation>
     </message>
@@ -239,6 +243,10 @@
             <numerusform>%Ln Datei war schon im Zielordner.</numerusform>
             <numerusform>%Ln Dateien waren schon im Zielordner.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The target folder cannot be used: %1</source>
+        <translation>Der Zielordner ist nicht zu gebrauchen: %1</translation>
     </message>
 </context>
 <context>
