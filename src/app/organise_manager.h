@@ -263,9 +263,8 @@ class OrganiseManager : public Counters, public Outlets {
   /// Copies the record's file and settles it, also if copying fails. The remark becomes part of a copy's
   /// verdict.
   void copyAsItIs(const OperationRecord& record, const std::string& remark = {});
-  /// The copy's attributes.
+  /// Both return the new file's attributes.
   FileResult<FileAttributes> makeCopy(const OperationRecord& record, const Path& from, const Path& to);
-  /// The new file's attributes.
   FileResult<FileAttributes> replace(const Path& file, ByteView contents);
   /// Fails for a file that is another than it was when the run was planned. For as long as the record lives.
   static SourceCheck checkAgainstPlan(const OperationRecord& record);
@@ -283,7 +282,6 @@ class OrganiseManager : public Counters, public Outlets {
   void haltForException(const QString& status, const QString& logText);
   void endForFullVolume(const QString& logText);
   void endIfTargetIsLost(const Verdict& verdict);
-  std::uint64_t sizeOfFile(const Path& path) const;
 
   Host host_;
   GuardedValue<RunState> runState_;

@@ -84,9 +84,4 @@ void OrganiseManager::haltForException(const QString& status, const QString& log
   haltRun();
 }
 
-std::uint64_t OrganiseManager::sizeOfFile(const Path& path) const {
-  const auto attributes = host_.files->attributesOfItem(path);
-  return attributes ? attributes->size : 0;
-}
-
 }  // namespace kestrova
