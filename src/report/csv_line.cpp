@@ -18,7 +18,7 @@ QString textOf(const QJsonValue& value) {
   if (value.isDouble()) return QString::number(value.toInteger());
   if (!value.isArray()) return value.toString();
   QStringList texts;
-  for (const auto& element : value.toArray()) texts << element.toString();
+  for (const auto& element : value.toArray()) texts << element[QLatin1String("path")].toString();
   return texts.join(u';');
 }
 

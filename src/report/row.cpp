@@ -1,11 +1,13 @@
 #include "report/row.h"
 
 #include "platform/file_reader.h"
+#include "report/json_line.h"
 #include "report/json_path.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <utility>
 
 namespace kestrova::report {
 
@@ -13,12 +15,12 @@ namespace {
 
 QString keyOf(const char* key) { return QString::fromLatin1(key); }
 
-void putText(QJsonObject& object, const char* key, const std::string& text) {
-  if (!text.empty()) object.insert(keyOf(key), QString::fromStdString(text));
+void putText(JsonLine& line, const char* key, const std::string& text) {
+  if (!text.empty()) line.putText(key, text);
 }
 
-void putNumber(QJsonObject& object, const char* key, const std::optional<std::uint64_t>& number) {
-  if (number) object.insert(keyOf(key), static_cast<qint64>(*number));
+void putNumber(JsonLine& line, const char* key, const std::optional<std::uint64_t>& number) {
+  if (number) line.putNumber(key, *number);
 }
 
 std::string textIn(const QJsonObject& object, const char* key) {
@@ -36,18 +38,6 @@ std::optional<Outcome> outcomeOf(std::string_view word) {
     if (traitsOf(outcome).word == word) return outcome;
   }
   return std::nullopt;
-}
-
-/// Each as an object of its own, as a path may need two keys.
-void putFolders(QJsonObject& object, const std::vector<Path>& folders) {
-  if (folders.empty()) return;
-  QJsonArray array;
-  for (const Path& folder : folders) {
-    QJsonObject holder;
-    putPath(holder, keyOf("path"), folder);
-    array.append(holder);
-  }
-  object.insert(keyOf("createdFolders"), array);
 }
 
 std::vector<Path> foldersIn(const QJsonObject& object) {
@@ -74,33 +64,30 @@ constexpr TextField textFields[] = {
     {"reason", &FileRow::reason},
 };
 
-QJsonObject objectOf(const FileRow& row) {
-  QJsonObject object{{keyOf("kind"), keyOf("file")}};
-  putPath(object, keyOf("source"), row.source);
-  putText(object, "verdict", std::string(traitsOf(row.verdict).word));
-  if (row.target) putPath(object, keyOf("target"), *row.target);
-  if (row.original) putPath(object, keyOf("original"), *row.original);
-  putNumber(object, "sourceSize", row.sourceSize);
-  putNumber(object, "targetSize", row.targetSize);
-  for (const auto& [key, text] : textFields) putText(object, key, row.*text);
-  if (row.pagesLeftOut != 0) object.insert(keyOf("pagesLeftOut"), row.pagesLeftOut);
-  putFolders(object, row.createdFolders);
-  return object;
+void put(JsonLine& line, const FileRow& row) {
+  line.putText("kind", "file");
+  line.putPath("source", row.source);
+  line.putText("verdict", traitsOf(row.verdict).word);
+  if (row.target) line.putPath("target", *row.target);
+  if (row.original) line.putPath("original", *row.original);
+  putNumber(line, "sourceSize", row.sourceSize);
+  putNumber(line, "targetSize", row.targetSize);
+  for (const auto& [key, text] : textFields) putText(line, key, row.*text);
+  if (row.pagesLeftOut > 0) line.putNumber("pagesLeftOut", static_cast<std::uint64_t>(row.pagesLeftOut));
+  if (!row.createdFolders.empty()) line.putPaths("createdFolders", row.createdFolders);
 }
 
-QJsonObject objectOf(const UnreadableRow& row) {
-  QJsonObject object{{keyOf("kind"), keyOf("unreadable")}};
-  putPath(object, keyOf("source"), row.source);
-  object.insert(keyOf("reason"), QString::fromStdString(row.reason));
-  return object;
+void put(JsonLine& line, const UnreadableRow& row) {
+  line.putText("kind", "unreadable");
+  line.putPath("source", row.source);
+  line.putText("reason", row.reason);
 }
 
-QJsonObject objectOf(const LeftBehindRow& row) {
-  QJsonObject object{{keyOf("kind"), keyOf("left-behind")}};
-  putPath(object, keyOf("source"), row.source);
-  object.insert(keyOf("extension"), QString::fromStdString(row.extension));
-  putNumber(object, "sourceSize", row.sourceSize);
-  return object;
+void put(JsonLine& line, const LeftBehindRow& row) {
+  line.putText("kind", "left-behind");
+  line.putPath("source", row.source);
+  line.putText("extension", row.extension);
+  line.putNumber("sourceSize", row.sourceSize);
 }
 
 std::optional<Row> fileRowOf(const QJsonObject& object, Path source) {
@@ -132,11 +119,13 @@ bool takeLines(std::string& text, const std::function<bool(const Row&)>& visit) 
 }  // namespace
 
 QJsonObject jsonOf(const Row& row) {
-  return std::visit([](const auto& kind) { return objectOf(kind); }, row);
+  return QJsonDocument::fromJson(QByteArray::fromStdString(lineOf(row))).object();
 }
 
 std::string lineOf(const Row& row) {
-  return (QJsonDocument(jsonOf(row)).toJson(QJsonDocument::Compact) + '\n').toStdString();
+  JsonLine line;
+  std::visit([&line](const auto& kind) { put(line, kind); }, row);
+  return std::move(line).finish();
 }
 
 std::optional<Row> rowOf(std::string_view line) {

@@ -50,6 +50,11 @@ TEST(RowFile, QuotesWhatWouldEndAFieldOfATable) {
   EXPECT_THAT(csvLineOf(left), StartsWith("left-behind,,\"/a, \"\"b\"\"\n.heic\",,7,"));
 }
 
+TEST(RowFile, ListsCreatedFoldersInOneFieldOfATable) {
+  EXPECT_THAT(csvLineOf(FileRow{.source = "/a", .createdFolders = {"2014", "2014/05"}}),
+              HasSubstr(",2014;2014/05,"));
+}
+
 TEST(RowFile, KeepsTheBytesOfNamesInATable) {
   EXPECT_THAT(csvLineOf(FileRow{.source = "/\xff"}), HasSubstr(",L/8="));
 }
