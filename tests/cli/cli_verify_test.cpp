@@ -74,14 +74,14 @@ class CliVerify : public testing::Test {
 }  // namespace
 
 TEST_F(CliVerify, SaysThatEveryFileIsWhole) {
-  const Path photo = writeDated("1.jpg", "one");
+  const Path film = writeDated("1.mov", "one");
   writeFile(card / "2.jpg", jpegPhoto({.width = 2000, .height = 1500, .orientation = 6}));
   const auto result = organise({"--verify", "--size", "720p"});
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.err, "");
   EXPECT_THAT(result.out, HasSubstr("\nVerified: every file is whole in the target\nCompleted ("));
-  EXPECT_EQ(rows()[photo].sourceSha256.size(), 64U);
-  EXPECT_EQ(rows()[photo].targetSha256, rows()[photo].sourceSha256);
+  EXPECT_EQ(rows()[film].sourceSha256.size(), 64U);
+  EXPECT_EQ(rows()[film].targetSha256, rows()[film].sourceSha256);
   EXPECT_EQ(organise({"--verify", "--size", "720p"}).status, 0) << "the record proves what exists";
 }
 
