@@ -53,6 +53,14 @@ TEST_F(DryRun, FindsNamesTakenByItselfAndByRealFiles) {
   EXPECT_EQ(files->writtenBytes(), 5U);
 }
 
+TEST_F(DryRun, GivesANameOnceOnly) {
+  ASSERT_TRUE(files->createDirectory(target.parent_path()));
+  const auto first = files->stageCopy(source, target, nullptr).value();
+  const auto second = files->stageCopy(source, target, nullptr).value();
+  EXPECT_EQ(codeOf(first->commit()), 0);
+  EXPECT_EQ(codeOf(second->commit()), EEXIST);
+}
+
 TEST_F(DryRun, CountsWhatIsReplacedOnce) {
   ASSERT_TRUE(files->createDirectory(target.parent_path()));
   const Bytes data(100);
