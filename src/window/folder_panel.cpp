@@ -1,25 +1,17 @@
 #include "window/folder_panel.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QFileDialog>
+#include "window/folder_dialog.h"
 
 namespace kestrova {
 
 void WindowFolderPanel::beginSheetModalForWindow(Completion completion) {
-  auto* panel = new QFileDialog(&window_, QCoreApplication::translate("FolderPanel", "Choose a folder"));
-  panel->setAttribute(Qt::WA_DeleteOnClose);
-  panel->setFileMode(QFileDialog::Directory);
-  panel->setOption(QFileDialog::ShowDirsOnly);
-  QObject::connect(
-      panel, &QFileDialog::finished, panel, [panel, completion = std::move(completion)](int result) {
-        const bool isChosen = result == QDialog::Accepted && !panel->selectedFiles().isEmpty();
-        if (isChosen)
-          completion(okResponse, QFile::encodeName(panel->selectedFiles().constFirst()).toStdString());
-        else
-          completion(0, {});
-      });
-  panel->open();  // modal for its window only, and returns at once
+  auto* dialog = new FolderDialog(window_);
+  QObject::connect(dialog, &QFileDialog::finished, dialog,
+                   [dialog, completion = std::move(completion)](int result) {
+                     const auto folder = result == QDialog::Accepted ? dialog->folder() : std::nullopt;
+                     completion(folder ? okResponse : 0, folder.value_or(Path()));
+                   });
+  dialog->open();
 }
 
 }  // namespace kestrova

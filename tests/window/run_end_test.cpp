@@ -69,7 +69,7 @@ TEST_F(ARun, TellsTheDesktopNothingWhenTheUserIsLooking) {
 TEST_F(ARun, SaysWhatItCouldNotWrite) {
   writeAlbum();
   files->onStageCopy = [](const Path& from, const Path&) -> std::optional<FileError> {
-    if (from.filename() == "a.jpg") return FileError{EIO, "Input/output error"};
+    if (from.filename() == "a.jpg") return FileError{EFBIG, "Input/output error"};
     return std::nullopt;
   };
   openWithFolders();

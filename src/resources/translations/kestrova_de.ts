@@ -118,6 +118,10 @@
         <source>Choose a folder</source>
         <translation>Ordner auswählen</translation>
     </message>
+    <message>
+        <source>Folders whose names are not valid text</source>
+        <translation>Ordner, deren Namen kein gültiger Text sind</translation>
+    </message>
 </context>
 <context>
     <name>Items</name>
