@@ -15,7 +15,7 @@ struct Items {
 template <typename Table>
 QStringList labelsOf(const Table& table) {
   QStringList labels;
-  for (const OptionRow& row : table) labels << Items::tr(row.label);
+  for (const auto& row : table) labels << Items::tr(row.label);
   return labels;
 }
 

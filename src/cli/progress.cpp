@@ -79,9 +79,12 @@ Progress::Mode Progress::modeOfStandardError() {
 void Progress::show(const Standing& standing) {
   if (mode_ == Mode::silent) return;
   const auto timeLeft = guess(standing);
-  if (mode_ == Mode::plain) return addLine(progressLine(standing, timeLeft, plainWidth));
-  // The last column stays free: some terminals wrap after it.
-  drawLine(progressLine(standing, timeLeft, terminalWidth() - 1));
+  if (mode_ == Mode::plain) {
+    addLine(progressLine(standing, timeLeft, plainWidth));
+  } else {
+    // The last column stays free: some terminals wrap after it.
+    drawLine(progressLine(standing, timeLeft, terminalWidth() - 1));
+  }
 }
 
 // From writing alone, as scanning and planning have other speeds.

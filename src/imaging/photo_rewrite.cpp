@@ -11,7 +11,10 @@ namespace {
 
 /// How a photo's metadata change. Previews are JPEGs in every format.
 MetadataEdit metadataEdit(const RewritePlan& plan) {
-  return {{plan.result(), plan.resetOrientation, plan.reorientation.transpose}, previewTurner(plan)};
+  return {.exif = {.pixelSize = plan.result(),
+                   .resetOrientation = plan.resetOrientation,
+                   .exchangesAxes = plan.reorientation.transpose},
+          .turnPreview = previewTurner(plan)};
 }
 
 MeasuredPhoto measure(ByteView file) {

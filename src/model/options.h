@@ -26,44 +26,55 @@ struct OptionRow {
 };
 
 inline constexpr std::array mediaTable{
-    OptionRow{QT_TRANSLATE_NOOP("Items", "Photos and videos"), "all"},
-    OptionRow{QT_TRANSLATE_NOOP("Items", "Photos only"), "photos"},
-    OptionRow{QT_TRANSLATE_NOOP("Items", "Videos only"), "videos"},
+    OptionRow{.label = QT_TRANSLATE_NOOP("Items", "Photos and videos"), .word = "all"},
+    OptionRow{.label = QT_TRANSLATE_NOOP("Items", "Photos only"), .word = "photos"},
+    OptionRow{.label = QT_TRANSLATE_NOOP("Items", "Videos only"), .word = "videos"},
 };
 
-struct PhotoFormatsRow : OptionRow {
+struct PhotoFormatsRow {
+  const char* label;
+  std::string_view word;
   const char16_t* extensions;  ///< of the files that count as photos, between commas
 };
 
 inline constexpr std::array photoFormatsTable{
-    PhotoFormatsRow{{QT_TRANSLATE_NOOP("Items", "JPEG"), "jpeg"}, u"(,jpg,jpeg,)"},
-    PhotoFormatsRow{{QT_TRANSLATE_NOOP("Items", "JPEG and TIFF"), "jpeg+tiff"}, u"(,jpg,jpeg,tiff,tif,)"},
-    PhotoFormatsRow{{QT_TRANSLATE_NOOP("Items", "JPEG, TIFF and PNG"), "jpeg+tiff+png"},
-                    u"(,jpg,jpeg,tiff,tif,png,)"},
+    PhotoFormatsRow{
+        .label = QT_TRANSLATE_NOOP("Items", "JPEG"), .word = "jpeg", .extensions = u"(,jpg,jpeg,)"},
+    PhotoFormatsRow{.label = QT_TRANSLATE_NOOP("Items", "JPEG and TIFF"),
+                    .word = "jpeg+tiff",
+                    .extensions = u"(,jpg,jpeg,tiff,tif,)"},
+    PhotoFormatsRow{.label = QT_TRANSLATE_NOOP("Items", "JPEG, TIFF and PNG"),
+                    .word = "jpeg+tiff+png",
+                    .extensions = u"(,jpg,jpeg,tiff,tif,png,)"},
 };
 
 // Samples of folder names, which are English in every language.
 inline constexpr std::array folderFormatTable{
-    OptionRow{"2014/05/21-May-2014 Wednesday", "long"},
-    OptionRow{"2014/05/21-May Wednesday", "medium"},
-    OptionRow{"2014/05/21", "short"},
+    OptionRow{.label = "2014/05/21-May-2014 Wednesday", .word = "long"},
+    OptionRow{.label = "2014/05/21-May Wednesday", .word = "medium"},
+    OptionRow{.label = "2014/05/21", .word = "short"},
 };
 
-struct ResolutionRow : OptionRow {
+struct ResolutionRow {
+  const char* label;
+  std::string_view word;
   std::optional<PictureSize> frame;  ///< that photos must fit into, in pixels
   const char* status;                ///< shown while photos are rewritten; %1 is the number of the photo
 };
 
 inline constexpr std::array resolutionTable{
-    ResolutionRow{{QT_TRANSLATE_NOOP("Items", "Original size"), "original"},
-                  std::nullopt,
-                  QT_TRANSLATE_NOOP("Controller", "Rotating photo %1")},
-    ResolutionRow{{QT_TRANSLATE_NOOP("Items", "720P (1280 x 720)"), "720p"},
-                  PictureSize{1280, 720},
-                  QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 720P")},
-    ResolutionRow{{QT_TRANSLATE_NOOP("Items", "1080P (1920 x 1080)"), "1080p"},
-                  PictureSize{1920, 1080},
-                  QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 1080P")},
+    ResolutionRow{.label = QT_TRANSLATE_NOOP("Items", "Original size"),
+                  .word = "original",
+                  .frame = std::nullopt,
+                  .status = QT_TRANSLATE_NOOP("Controller", "Rotating photo %1")},
+    ResolutionRow{.label = QT_TRANSLATE_NOOP("Items", "720P (1280 x 720)"),
+                  .word = "720p",
+                  .frame = PictureSize{1280, 720},
+                  .status = QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 720P")},
+    ResolutionRow{.label = QT_TRANSLATE_NOOP("Items", "1080P (1920 x 1080)"),
+                  .word = "1080p",
+                  .frame = PictureSize{1920, 1080},
+                  .status = QT_TRANSLATE_NOOP("Controller", "Resizing photo %1 for 1080P")},
 };
 
 constexpr const auto& tableOf(Media) { return mediaTable; }

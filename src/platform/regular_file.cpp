@@ -15,7 +15,7 @@ namespace kestrova {
 namespace {
 
 FileResult<RegularFile> examine(FileDescriptor file) {
-  RegularFile regular{std::move(file), {}};
+  RegularFile regular{.file = std::move(file), .status = {}};
   if (::fstat(regular.file.get(), &regular.status) < 0) return failure();
   if (S_ISDIR(regular.status.st_mode)) return failure(EISDIR);
   if (!S_ISREG(regular.status.st_mode)) return failure(ENOTSUP);

@@ -30,17 +30,17 @@ const std::string& fingerprintOfFirst(HashList& hashList, const std::string& fir
 
 }  // namespace
 
-Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std::uint64_t size,
+Sighting judgeFile(FileList& fileList, HashList& hashList, const WalkedFile& file,
                    const std::function<Fingerprint(const Path&)>& fingerprintOf) {
   using Kind = Sighting::Kind;
-  auto sizeKey = std::to_string(size);
+  auto sizeKey = std::to_string(file.size);
   const std::string* first = fileList.find(sizeKey);
   if (first == nullptr) {
-    fileList.add(std::move(sizeKey), path, size);
+    fileList.add(std::move(sizeKey), file.path, file.size);
     return {.kind = Kind::newFile};
   }
   const auto& firstFingerprint = fingerprintOfFirst(hashList, *first, fingerprintOf);
-  auto [digits, readError] = fingerprintOf(path);
+  auto [digits, readError] = fingerprintOf(file.path);
   Sighting sighting{.fingerprint = std::move(digits), .readError = std::move(readError)};
   auto contentKey = sighting.fingerprint + sizeKey;
   if (sighting.fingerprint == firstFingerprint) {
@@ -51,7 +51,7 @@ Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std
     sighting.original = *later;
   } else {
     sighting.kind = Kind::sameFileSize;
-    fileList.add(std::move(contentKey), path, size);
+    fileList.add(std::move(contentKey), file.path, file.size);
   }
   return sighting;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/file_manager.h"
 #include "scan/content_fingerprint.h"
+#include "scan/folder_walk.h"
 
 #include <cstdint>
 #include <deque>
@@ -66,7 +67,7 @@ struct Sighting {
 /// decimal; one that differs from the first file of its size is stored under its fingerprint followed by the
 /// size. The first file's fingerprint is computed when a second file of its size is found, and kept in
 /// `hashList`.
-Sighting judgeFile(FileList& fileList, HashList& hashList, const Path& path, std::uint64_t size,
+Sighting judgeFile(FileList& fileList, HashList& hashList, const WalkedFile& file,
                    const std::function<Fingerprint(const Path&)>& fingerprintOf);
 
 }  // namespace kestrova

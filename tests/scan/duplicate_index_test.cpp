@@ -15,7 +15,7 @@ class DuplicateIndex : public testing::Test {
   /// Shows the index a file of this size whose fingerprint is the given text.
   Sighting see(const std::string& path, std::uint64_t size, const std::string& fingerprint) {
     fingerprints[path] = fingerprint;
-    return judgeFile(fileList, hashList, path, size, [this](const Path& file) {
+    return judgeFile(fileList, hashList, {.path = path, .size = size}, [this](const Path& file) {
       ++reads[file.native()];
       return Fingerprint{.digits = fingerprints.at(file.native())};
     });

@@ -109,13 +109,26 @@ class TreeWriter {
 
   void writeNext() {
     const std::size_t kind = written_.empty() ? 0 : below(14);
-    if (kind <= 5) return writeMedium(oneOf(photos()), oneOf(dates));
-    if (kind <= 8) return writeMedium(video(), oneOf(dates));
-    const Written earlier = oneOf(written_);
-    if (kind <= 9) return writeMedium(earlier.medium, earlier.modified);
-    if (kind <= 11) return writeMedium(lookalikeOf(earlier.medium), earlier.modified);
-    if (kind == 12) return link(earlier);
-    writeOddThing();
+    if (kind <= 5) {
+      writeMedium(oneOf(photos()), oneOf(dates));
+    } else if (kind <= 8) {
+      writeMedium(video(), oneOf(dates));
+    } else {
+      writeAfter(oneOf(written_), kind);
+    }
+  }
+
+  /// A copy, a lookalike, a link or something odd. By value, as writing adds to `written_`.
+  void writeAfter(Written earlier, std::size_t kind) {
+    if (kind <= 9) {
+      writeMedium(earlier.medium, earlier.modified);
+    } else if (kind <= 11) {
+      writeMedium(lookalikeOf(earlier.medium), earlier.modified);
+    } else if (kind == 12) {
+      link(earlier);
+    } else {
+      writeOddThing();
+    }
   }
 
   static const std::vector<Medium>& photos() {

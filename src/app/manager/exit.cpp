@@ -20,15 +20,16 @@ int ask(const Host& host, const Alert& alert) {
 
 TerminateReply OrganiseManager::appShouldTerminate(const Control*) {
   if (isRunning()) {
-    ask(host_, {QStringLiteral("Info"),
-                QStringLiteral("Please wait until process is finished or stop it before exit."),
-                {QStringLiteral("OK")}});
+    ask(host_,
+        {.messageText = QStringLiteral("Info"),
+         .informativeText = QStringLiteral("Please wait until process is finished or stop it before exit."),
+         .buttons = {QStringLiteral("OK")}});
     return TerminateReply::cancel;
   }
   saveSettings();
-  const int answer = ask(host_, {QStringLiteral("Alert"),
-                                 QStringLiteral("Do you really want to exit?"),
-                                 {QStringLiteral("Exit"), QStringLiteral("Cancel")}});
+  const int answer = ask(host_, {.messageText = QStringLiteral("Alert"),
+                                 .informativeText = QStringLiteral("Do you really want to exit?"),
+                                 .buttons = {QStringLiteral("Exit"), QStringLiteral("Cancel")}});
   return answer == AlertPanel::firstButtonReturn ? TerminateReply::now : TerminateReply::cancel;
 }
 

@@ -137,7 +137,7 @@ void OrganiseManager::takeFile(const WalkedFile& file) {
   companions.see(file.path.native(), true);
   using Kind = Sighting::Kind;
   const auto fingerprintOf = [this](const Path& path) { return readFingerprint(*host_.files, path); };
-  const Sighting sighting = judgeFile(fileList, hashList, file.path, file.size, fingerprintOf);
+  const Sighting sighting = judgeFile(fileList, hashList, file, fingerprintOf);
   switch (sighting.kind) {
     case Kind::newFile:
       addNew(file, "NEW : ");

@@ -20,19 +20,19 @@ struct Reorientation {
 constexpr Reorientation reorientationFrom(std::int64_t orientation) {
   switch (orientation) {
     case 2:
-      return {true, false, false};
+      return {.mirrorX = true};
     case 3:
-      return {true, true, false};
+      return {.mirrorX = true, .mirrorY = true};
     case 4:
-      return {false, true, false};
+      return {.mirrorY = true};
     case 5:
-      return {false, false, true};
+      return {.transpose = true};
     case 6:
-      return {false, true, true};
+      return {.mirrorY = true, .transpose = true};
     case 7:
-      return {true, true, true};
+      return {.mirrorX = true, .mirrorY = true, .transpose = true};
     case 8:
-      return {true, false, true};
+      return {.mirrorX = true, .transpose = true};
     default:
       return {};
   }

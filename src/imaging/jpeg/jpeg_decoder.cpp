@@ -53,10 +53,13 @@ JpegDecoder::JpegDecoder(ByteView file, Profile profile) {
 }
 
 JpegFormat JpegDecoder::format() const {
-  JpegFormat format{info_.jpeg_color_space, info_.progressive_mode == TRUE, {}};
+  JpegFormat format{
+      .colorSpace = info_.jpeg_color_space, .progressive = info_.progressive_mode == TRUE, .components = {}};
   for (int i = 0; i < info_.num_components; ++i) {
     const auto& component = info_.comp_info[i];
-    format.components.push_back({component.component_id, component.h_samp_factor, component.v_samp_factor});
+    format.components.push_back({.id = component.component_id,
+                                 .horizontal = component.h_samp_factor,
+                                 .vertical = component.v_samp_factor});
   }
   return format;
 }
@@ -86,9 +89,10 @@ void JpegDecoder::start(int eighths) {
 JpegDecoder::Plane JpegDecoder::plane(std::size_t component) const {
   const auto& info = info_.comp_info[component];
   const double blockScale = info.DCT_scaled_size / 8.0;
-  return {static_cast<int>(info.downsampled_width), static_cast<int>(info.downsampled_height),
-          blockScale * info.h_samp_factor / info_.max_h_samp_factor,
-          blockScale * info.v_samp_factor / info_.max_v_samp_factor};
+  return {.width = static_cast<int>(info.downsampled_width),
+          .height = static_cast<int>(info.downsampled_height),
+          .samplesPerPixelX = blockScale * info.h_samp_factor / info_.max_h_samp_factor,
+          .samplesPerPixelY = blockScale * info.v_samp_factor / info_.max_v_samp_factor};
 }
 
 void JpegDecoder::decode(const TakeRow& take) {

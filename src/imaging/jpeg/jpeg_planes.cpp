@@ -150,7 +150,7 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
   for (std::size_t i = 0; i < format.components.size(); ++i)
     scalers.push_back(scalerFor(decoder, format, i, plan));
   decoder.decode([&](std::size_t component, const std::uint8_t* row) { scalers[component].push(row); });
-  JpegPlanes result{reoriented(format, plan.reorientation), plan.result(), {}};
+  JpegPlanes result{.format = reoriented(format, plan.reorientation), .size = plan.result(), .planes = {}};
   for (auto& scaler : scalers) result.planes.push_back(reoriented(scaler.take(), plan.reorientation));
   return result;
 }

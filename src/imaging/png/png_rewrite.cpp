@@ -48,12 +48,16 @@ Picture decodePicture(ByteView file, const RewritePlan& plan) {
   if (plan.scales()) decoder.expand();
   PngFormat format = decoder.format();
   requireAffordable(plan, format.pixelBytes());
-  const PixelLayout layout{format.channels(), format.bitDepth == 16 ? 2 : 1,
-                           (format.colorType & PNG_COLOR_MASK_ALPHA) != 0};
+  const PixelLayout layout{.channels = format.channels(),
+                           .bytesPerSample = format.bitDepth == 16 ? 2 : 1,
+                           .alpha = (format.colorType & PNG_COLOR_MASK_ALPHA) != 0};
   RasterScaler scaler(plan.source, plan.scaled, layout);
   decoder.decode([&](const std::uint8_t* row) { scaler.push(row); });
   format.size = plan.result();
-  return {source, format, decoder.palette(), reoriented(scaler.take(), plan.reorientation)};
+  return {.source = source,
+          .format = format,
+          .palette = decoder.palette(),
+          .raster = reoriented(scaler.take(), plan.reorientation)};
 }
 
 /// Converts a background colour to the new format; makes it empty if it is invalid.

@@ -42,7 +42,7 @@ Weights weigh(const AxisMapping& mapping, int sample) {
   const int begin = std::clamp(static_cast<int>(std::floor(centre - reach + 0.5)), 0, nearest);
   const int end = std::clamp(static_cast<int>(std::floor(centre + reach + 0.5)), nearest + 1,
                              std::min(mapping.sourceCount, begin + tapsFor(mapping)));
-  Weights weights{begin, {}};
+  Weights weights{.first = begin, .values = {}};
   double sum = 0;
   for (int x = begin; x < end; ++x)
     sum += weights.values.emplace_back(lanczos((x + 0.5 - centre) / widening));
@@ -52,7 +52,10 @@ Weights weigh(const AxisMapping& mapping, int sample) {
 
 /// The axis after each source sample has become two.
 AxisMapping spread(const AxisMapping& mapping) {
-  return {2 * mapping.sourceCount, mapping.resultCount, 2 * mapping.step, 2 * mapping.origin};
+  return {.sourceCount = 2 * mapping.sourceCount,
+          .resultCount = mapping.resultCount,
+          .step = 2 * mapping.step,
+          .origin = 2 * mapping.origin};
 }
 
 /// Weights of the samples that the doubled ones are made of: three quarters of the weight go to the sample
@@ -61,7 +64,7 @@ Weights gathered(const Weights& spread, int sourceCount) {
   const int last = spread.first + static_cast<int>(spread.values.size()) - 1;
   const int begin = std::max(0, (spread.first - 1) / 2);
   const int end = std::min(sourceCount, (last + 1) / 2 + 1);
-  Weights weights{begin, std::vector<double>(static_cast<std::size_t>(end - begin))};
+  Weights weights{.first = begin, .values = std::vector<double>(static_cast<std::size_t>(end - begin))};
   const auto add = [&](int sample, double weight) {
     weights.values[static_cast<std::size_t>(std::clamp(sample, 0, sourceCount - 1) - begin)] += weight;
   };

@@ -20,7 +20,9 @@ struct AxisMapping {
 
 /// The mapping that lays the whole result over the whole source.
 inline AxisMapping wholeAxis(int sourceCount, int resultCount) {
-  return {sourceCount, resultCount, static_cast<double>(sourceCount) / resultCount, 0};
+  return {.sourceCount = sourceCount,
+          .resultCount = resultCount,
+          .step = static_cast<double>(sourceCount) / resultCount};
 }
 
 /// The weights of a Lanczos-3 filter (Lanczos-windowed sinc of three lobes), widened by the step when the

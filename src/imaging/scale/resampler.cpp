@@ -52,7 +52,8 @@ bool Resampler::pull(void* row) {
   if (pulled_ == y_.resultCount() || y_.first(pulled_) + y_.count(pulled_) > pushed_) return false;
   const int count = y_.count(pulled_);
   for (int k = 0; k < count; ++k) rows_[static_cast<std::size_t>(k)] = ringRow(y_.first(pulled_) + k);
-  kernels::blendRows(rows_.data(), y_.weights(pulled_), count, blended_.data(), sourceRow_);
+  kernels::blendRows({.rows = rows_.data(), .weights = y_.weights(pulled_), .count = count}, blended_.data(),
+                     sourceRow_);
   const auto width = static_cast<std::size_t>(x_.resultCount());
   for (std::size_t c = 0; c < channels(); ++c) {
     kernels::filterRow(blended_.data() + c * paddedWidth_, x_, result_.data() + c * width);
@@ -69,7 +70,10 @@ bool Resampler::pull(void* row) {
 template <class Sample>
 void Resampler::separate(const Sample* row, float* planes) {
   const auto width = static_cast<std::size_t>(x_.sourceCount());
-  if (layout_.channels == 1) return kernels::widen(row, width, planes);
+  if (layout_.channels == 1) {
+    kernels::widen(row, width, planes);
+    return;
+  }
   for (std::size_t c = 0; c < channels(); ++c) {
     float* plane = planes + c * paddedWidth_;
     for (std::size_t i = 0; i < width; ++i) plane[i] = static_cast<float>(row[i * channels() + c]);
@@ -86,7 +90,10 @@ void Resampler::separate(const Sample* row, float* planes) {
 template <class Sample>
 void Resampler::interleave(Sample* row) {
   const auto width = static_cast<std::size_t>(x_.resultCount());
-  if (layout_.channels == 1) return kernels::narrow(result_.data(), width, row);
+  if (layout_.channels == 1) {
+    kernels::narrow(result_.data(), width, row);
+    return;
+  }
   constexpr float opaque = std::numeric_limits<Sample>::max();
   const float* alpha = result_.data() + (channels() - 1) * width;
   for (std::size_t c = 0; c < channels(); ++c) {

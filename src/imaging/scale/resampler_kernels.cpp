@@ -100,7 +100,8 @@ void filterRow(const float* source, const LanczosAxis& axis, float* result) {
 
 #endif
 
-void blendRows(const float* const* rows, const float* weights, int count, float* result, std::size_t width) {
+void blendRows(const WeightedRows& source, float* result, std::size_t width) {
+  const auto [rows, weights, count] = source;
   const hn::ScalableTag<float> floats;
   const std::size_t lanes = hn::Lanes(floats);
   std::size_t x = 0;
@@ -154,8 +155,8 @@ void filterRow(const float* source, const LanczosAxis& axis, float* result) {
   HWY_DYNAMIC_DISPATCH(filterRow)(source, axis, result);
 }
 
-void blendRows(const float* const* rows, const float* weights, int count, float* result, std::size_t width) {
-  HWY_DYNAMIC_DISPATCH(blendRows)(rows, weights, count, result, width);
+void blendRows(const WeightedRows& source, float* result, std::size_t width) {
+  HWY_DYNAMIC_DISPATCH(blendRows)(source, result, width);
 }
 
 }  // namespace kestrova::imaging::kernels

@@ -21,7 +21,14 @@ void narrow(const float* values, std::size_t count, std::uint16_t* result);
 /// are read and must be finite.
 void filterRow(const float* source, const LanczosAxis& axis, float* result);
 
-/// result[x] = sum over `count` rows of weights[i] * rows[i][x].
-void blendRows(const float* const* rows, const float* weights, int count, float* result, std::size_t width);
+/// Rows to blend, and the weight of each.
+struct WeightedRows {
+  const float* const* rows = nullptr;
+  const float* weights = nullptr;
+  int count = 0;
+};
+
+/// result[x] = sum over the rows of weights[i] * rows[i][x].
+void blendRows(const WeightedRows& source, float* result, std::size_t width);
 
 }  // namespace kestrova::imaging::kernels

@@ -56,28 +56,40 @@ void setCodec(TIFF* tiff, const TiffFormat& format, std::uint16_t compression) {
   TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 0));
 }
 
-/// Packs samples of less than 8 bits.
-void pack(const std::uint8_t* samples, std::size_t count, std::size_t step, int bits, Bytes& packed) {
+std::size_t samplesPerRow(const TiffFormat& format) {
+  return static_cast<std::size_t>(format.size.width * format.samplesPerPlane());
+}
+
+/// Packs the samples of a row, one byte each, to less than 8 bits.
+void packRow(const TiffFormat& format, const std::uint8_t* samples, Bytes& packed) {
+  const auto step = static_cast<std::size_t>(format.planes());
   std::ranges::fill(packed, std::uint8_t{0});
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::size_t position = i * static_cast<std::size_t>(bits);
-    const int shift = 8 - bits - static_cast<int>(position % 8);
+  for (std::size_t i = 0; i < samplesPerRow(format); ++i) {
+    const std::size_t position = i * static_cast<std::size_t>(format.bitsPerSample);
+    const int shift = 8 - format.bitsPerSample - static_cast<int>(position % 8);
     packed[position / 8] = static_cast<std::uint8_t>(packed[position / 8] | samples[i * step] << shift);
+  }
+}
+
+/// Copies the samples of a row, which are whole bytes.
+void copyRow(const TiffFormat& format, const std::uint8_t* samples, Bytes& encoded) {
+  const auto bytes = static_cast<std::size_t>(format.sampleBytes());
+  const auto step = static_cast<std::size_t>(format.planes());
+  if (step == 1) {
+    std::copy_n(samples, samplesPerRow(format) * bytes, encoded.begin());
+  } else {
+    for (std::size_t i = 0; i < samplesPerRow(format); ++i)
+      std::copy_n(samples + i * step * bytes, bytes, encoded.data() + i * bytes);
   }
 }
 
 /// One row of the file: of all samples, or of one plane.
 void encodeRow(const TiffFormat& format, const std::uint8_t* row, int plane, Bytes& encoded) {
-  const auto bytes = static_cast<std::size_t>(format.sampleBytes());
-  const auto step = static_cast<std::size_t>(format.planes());
-  const auto count = static_cast<std::size_t>(format.size.width * format.samplesPerPlane());
-  const std::uint8_t* first = row + static_cast<std::size_t>(plane) * bytes;
-  if (format.bitsPerSample < 8) return pack(first, count, step, format.bitsPerSample, encoded);
-  if (step == 1) {
-    std::copy_n(first, count * bytes, encoded.begin());
+  const std::uint8_t* first = row + static_cast<std::size_t>(plane * format.sampleBytes());
+  if (format.bitsPerSample < 8) {
+    packRow(format, first, encoded);
   } else {
-    for (std::size_t i = 0; i < count; ++i)
-      std::copy_n(first + i * step * bytes, bytes, encoded.data() + i * bytes);
+    copyRow(format, first, encoded);
   }
 }
 
