@@ -260,18 +260,19 @@ class OrganiseManager : public Counters, public Outlets {
   // Operations
   void skipOperation(const OperationRecord& record);
   void copyRecord(const OperationRecord& record);
+  void announceCopy(std::string_view extension);
   /// Copies the record's file and settles it, also if copying fails. The remark becomes part of a copy's
   /// verdict.
-  void copyAsItIs(const OperationRecord& record, const std::string& remark = {});
+  void copyAsItIs(const OperationRecord& record, Verdict verdict, const std::string& remark = {});
   /// Both return the new file's attributes.
   FileResult<FileAttributes> makeCopy(const OperationRecord& record, const Path& from, const Path& to);
   FileResult<FileAttributes> replace(const Path& file, ByteView contents);
   /// Fails for a file that is another than it was when the run was planned. For as long as the record lives.
   static SourceCheck checkAgainstPlan(const OperationRecord& record);
   void resizeRecord(const OperationRecord& record);
-  void rewrite(const OperationRecord& record);
-  void writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting);
-  void copyUndecodable(const OperationRecord& record, const std::string& reason);
+  void rewrite(const OperationRecord& record, Verdict verdict);
+  void writePhoto(Verdict verdict, const Rewriting& rewriting);
+  void copyUndecodable(const OperationRecord& record, Verdict verdict, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
   /// The verdict on the record's file before anything has been done with it, still without an outcome.
   Verdict verdictOn(const OperationRecord& record) const;

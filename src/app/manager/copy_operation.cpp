@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <exception>
+#include <utility>
 
 namespace kestrova {
 
@@ -27,18 +28,21 @@ void OrganiseManager::copyRecord(const OperationRecord& record) {
     skipOperation(record);
     return;
   }
-  const Path to = record.file("to").value_or(Path());
-  const Path from = record.file("from").value_or(Path());
-  const std::string_view extension = extensionOfPath(from);
+  Verdict verdict = verdictOn(record);
+  const Path to = verdict.target.value_or(Path());
+  announceCopy(extensionOfPath(verdict.source));
+  createFolder(to);
+  copyAsItIs(record, std::move(verdict));
+  if (isLogging()) log(displayPath(to));
+}
+
+void OrganiseManager::announceCopy(std::string_view extension) {
   const QString number = countText(tTotalCount + 1);
   if (isPhoto(extension)) {
     const QString kind = QString::fromUtf8(extension).toUpper();
     setStatus(QStringLiteral("Copying Photo (%1) %2").arg(kind, number));
   }
   if (isVideo(extension)) setStatus(QStringLiteral("Copying VIDEO ") + number);
-  createFolder(to);
-  copyAsItIs(record);
-  if (isLogging()) log(displayPath(to));
 }
 
 void OrganiseManager::createFolder(const Path& file) {
@@ -48,7 +52,9 @@ void OrganiseManager::createFolder(const Path& file) {
 }
 
 void OrganiseManager::copyFile(const Path& from, const Path& to) {
-  copyAsItIs({{"from", OperationRecord::FileUrl(from)}, {"to", OperationRecord::FileUrl(to)}});
+  const OperationRecord record{{"from", OperationRecord::FileUrl(from)},
+                               {"to", OperationRecord::FileUrl(to)}};
+  copyAsItIs(record, verdictOn(record));
 }
 
 // A target that the plan did not find is not looked for again: if it has come since, the copy finds its name
@@ -69,8 +75,7 @@ FileResult<FileAttributes> OrganiseManager::makeCopy(const OperationRecord& reco
 }
 
 // The size that counts is the one before the copy.
-void OrganiseManager::copyAsItIs(const OperationRecord& record, const std::string& remark) {
-  Verdict verdict = verdictOn(record);
+void OrganiseManager::copyAsItIs(const OperationRecord& record, Verdict verdict, const std::string& remark) {
   const auto copied = makeCopy(record, verdict.source, verdict.target.value_or(Path()));
   if (copied) {
     verdict.outcome = Outcome::copied;

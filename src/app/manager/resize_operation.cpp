@@ -7,6 +7,7 @@
 #include "report/content.h"
 
 #include <exception>
+#include <utility>
 
 namespace kestrova {
 
@@ -47,14 +48,13 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
   }
   if (const auto* row = rowOf(resolutionOf(record)))
     setStatus(QString::fromLatin1(row->status).arg(countText(tRotatedCount + 1)));
-  createFolder(record.file("to").value_or(Path()));
-  if (isLogging())
-    log(QStringLiteral("RESIZING PHOTOOOOO! : ") + displayPath(record.file("from").value_or(Path())));
-  rewrite(record);
+  Verdict verdict = verdictOn(record);
+  createFolder(verdict.target.value_or(Path()));
+  if (isLogging()) log(QStringLiteral("RESIZING PHOTOOOOO! : ") + displayPath(verdict.source));
+  rewrite(record, std::move(verdict));
 }
 
-void OrganiseManager::rewrite(const OperationRecord& record) {
-  Verdict verdict = verdictOn(record);
+void OrganiseManager::rewrite(const OperationRecord& record, Verdict verdict) {
   const auto photo = readPhoto(*host_.files, verdict, checkAgainstPlan(record));
   const RewriteWishes wishes{.resolution = resolutionOf(record),
                              .upright = chkRotate->state() == CheckBox::on,
@@ -64,20 +64,20 @@ void OrganiseManager::rewrite(const OperationRecord& record) {
   log(QString::asprintf("Width from NSBitmapImageRep: %f", size.width));
   log(QString::asprintf("Height from NSBitmapImageRep: %f", size.height));
   if (!rewriting) {
-    copyUndecodable(record, rewriting.error().reason);
+    copyUndecodable(record, std::move(verdict), rewriting.error().reason);
   } else if (rewriting->isLeftOut) {
     verdict.outcome = Outcome::small;
     verdict.target.reset();
     settle(verdict);
   } else {
     verdict.sourceSha256 = report::sha256Of(*photo);
-    writePhoto(record, verdict, *rewriting);
+    writePhoto(std::move(verdict), *rewriting);
   }
 }
 
 // If a photo cannot be written, the run ends for any error, as if the volume were full.
-void OrganiseManager::writePhoto(const OperationRecord& record, Verdict verdict, const Rewriting& rewriting) {
-  const Path to = record.file("to").value_or(Path());
+void OrganiseManager::writePhoto(Verdict verdict, const Rewriting& rewriting) {
+  const Path to = verdict.target.value_or(Path());
   const auto written = replace(to, rewriting.photo.bytes);
   if (!written) {
     settleFailure(verdict, causeOf(written.error(), to));
@@ -101,10 +101,10 @@ FileResult<FileAttributes> OrganiseManager::replace(const Path& file, ByteView c
   return attributes;
 }
 
-void OrganiseManager::copyUndecodable(const OperationRecord& record, const std::string& reason) {
-  log(QStringLiteral("INVALID IMAGE : ") +
-      QString::fromStdString(fileUrlString(record.file("from").value_or(Path()))));
-  copyAsItIs(record, reason);
+void OrganiseManager::copyUndecodable(const OperationRecord& record, Verdict verdict,
+                                      const std::string& reason) {
+  log(QStringLiteral("INVALID IMAGE : ") + QString::fromStdString(fileUrlString(verdict.source)));
+  copyAsItIs(record, std::move(verdict), reason);
   const auto operation = record.operation();
   if (operation && operation->isCancelled()) log(QStringLiteral("CANCELLLED"));
   if (processQueue->isSuspended()) {

@@ -35,7 +35,7 @@ void OrganiseManager::rotateOperation(const OperationRecord& record) {
 
 void OrganiseManager::rotateRecord(const OperationRecord& record) {
   Verdict verdict = verdictOn(record);
-  const Path to = record.file("to").value_or(Path());
+  const Path to = verdict.target.value_or(Path());
   setStatus(QStringLiteral("Rotating photo : ") + displayPath(verdict.source));
   createFolder(to);
   log(QStringLiteral("ROTATING PHOTOOOOO!"));
