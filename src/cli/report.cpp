@@ -137,7 +137,7 @@ int exitStatus(const Summary& summary) {
 QString summaryTable(const Summary& summary) {
   return heading("Found", "Files", "Size") + row("Photos", summary.found.photos) +
          row("Videos", summary.found.videos) + row("Total", summary.found.total) +
-         row("Duplicates", summary.duplicates) + row("Passed over", summary.sameContent) +
+         row("Duplicates", summary.duplicates) + row("Same content", summary.sameContent) +
          heading("Written") + row("Photos", summary.written.photos) + row("Videos", summary.written.videos) +
          row("Rewritten", summary.rewritten) + row("Total", summary.written.total) + heading("Not written") +
          row("Already there", summary.alreadyThere) + row("Small", summary.small) +
