@@ -61,7 +61,9 @@ TEST_F(RunStopRace, ACancelledScanChangesNoControl) {
 
 TEST_F(RunStopRace, ACancelledPlannerChangesNoControl) {
   program.chooseFolders();
-  manager().analyseAndDecideOperation(*cancelledStage());
+  const auto planner = cancelledStage();
+  manager().fileList.add("1097", program.source / "a.jpg", 1097);
+  manager().analyseAndDecideOperation(*planner);
   program.settle();
   expectControlsAtRest();
 }
