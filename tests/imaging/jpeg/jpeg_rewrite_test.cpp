@@ -143,6 +143,12 @@ TEST(JpegRewrite, SaysThatABombHasTooManyPixels) {
   EXPECT_THAT(rewritten(bomb, toSize({32, 24})).error().reason, HasSubstr("too many pixels"));
 }
 
+TEST(JpegRewrite, CompressesWhatItScalesAtQuality90) {
+  const TemporaryFolder folder;
+  const Path small = writeFile(folder / "small.jpg", scaled(jpegPhoto({}), {64, 48}));
+  EXPECT_EQ(describe(small, "%Q"), "90");
+}
+
 TEST(JpegRewrite, ScalesALineOfPixels) {
   const Bytes tall = jpegPhoto({.width = 1, .height = 65'500, .orientation = 8});
   EXPECT_EQ(test::sizeOf(scaled(tall, {1, 720}))->stored, (PixelSize{1, 720}));
