@@ -42,15 +42,21 @@ TEST(JpegMetadata, CarriesWhatFollowsThePicture) {
   EXPECT_TRUE(std::ranges::equal(film, std::span(result).last(film.size())));
 }
 
+/// A segment with this XMP packet.
+Bytes xmpSegment(std::string_view packet) {
+  Bytes payload = named(std::string_view("http://ns.adobe.com/xap/1.0/\0", 29), packet.size(), 0);
+  std::ranges::copy(packet, payload.end() - static_cast<std::ptrdiff_t>(packet.size()));
+  return jpegSegment(0xE1, payload);
+}
+
 TEST(JpegMetadata, SetsTheOrientationInXmpWhenItTurns) {
-  const std::string_view name("http://ns.adobe.com/xap/1.0/\0", 29);
-  for (const std::string text :
+  for (const std::string_view text :
        {"<x tiff:Orientation=\"6\" y=\"6\"/>", "<tiff:Orientation>6</tiff:Orientation><a>6</a>"}) {
-    const Bytes source = withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}),
-                                      {jpegSegment(0xE1, named(std::string(name) + text, 0, 0))});
-    std::string expected = text;
+    const Bytes source =
+        withSegments(jpegPhoto({.width = 64, .height = 48, .orientation = 6}), {xmpSegment(text)});
+    std::string expected(text);
     expected[expected.find('6')] = '1';
-    const auto asBytes = [](const std::string& string) { return Bytes(string.begin(), string.end()); };
+    const auto asBytes = [](std::string_view string) { return Bytes(string.begin(), string.end()); };
     EXPECT_TRUE(contains(turnedUpright(source), asBytes(expected)));
     EXPECT_TRUE(contains(scaled(source, {32, 24}), asBytes(text)));
   }
