@@ -251,7 +251,7 @@ class OrganiseManager : public Counters, public Outlets {
   void pauseRun();
   void haltRun();
   void resumeRun();
-  void noticeEnd(const OperationQueue& queue);
+  void noticeEnd();
   void releaseTarget();
   void postEnd();
   void releaseAssertion();

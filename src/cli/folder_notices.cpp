@@ -15,11 +15,11 @@ std::string textOf(const Overlap& overlap) {
     case Overlap::Kind::sourceInsideSource:
       return source + " lies in the source " + other + ": its files count as duplicates of themselves";
     case Overlap::Kind::sourceInsideTarget:
-      return "the source " + source + " lies in the target " + other + ": its files stay there besides";
+      return "the source " + source + " lies in the target " + other + ": its files also stay there";
     case Overlap::Kind::targetInsideSource:
       return "the target " + other + " lies in the source " + source + ": what it holds is found again";
     case Overlap::Kind::targetIsSource:
-      return "the target " + other + " is a source as well: its files stay where they are besides";
+      return "the target " + other + " is a source as well: its files also stay where they are";
   }
   return {};
 }

@@ -128,7 +128,7 @@ int run(const OrganiseArguments& arguments) {
   StopSignals stop;
   Summary summary = [&] {
     Progress progress(progressMode(arguments));
-    return organise(arguments, dryFiles ? dryFiles : files, stop, progress, findings);
+    return organise(arguments, dryFiles ? dryFiles : files, {.stop = stop, .progress = progress}, findings);
   }();
   if (dryFiles) summary.space = Summary::Space{dryFiles->writtenBytes(), freeSpaceFor(arguments.target)};
   if (verifies(arguments) && summary.end != RunEnd::stopped)

@@ -54,8 +54,7 @@ Standing standingOf(const MainInterface& interface, const Tally& tally) {
 
 /// Returns the status of a run that an exception halted, as nobody is there to continue it; nothing if the
 /// run ended.
-std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, StopSignals& stop,
-                                  Progress& progress) {
+std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, const Terminal& terminal) {
   auto& manager = interface.manager;
   const auto hasEnded = [&manager] { return manager.runState().phase == RunPhase::ended; };
   std::optional<QString> halted;
@@ -65,9 +64,9 @@ std::optional<QString> waitForEnd(MainInterface& interface, const Tally& tally, 
       MainQueue::instance().runPending();  // the exception's text was posted before the halt
       halted = interface.lblStatus->stringValue();
     }
-    if (stop.take() || isHalted) manager.stopProcess();
-    progress.show(standingOf(interface, tally));
-    MainQueue::instance().runUntil([&] { return hasEnded() || stop.isPending(); }, refreshInterval);
+    if (terminal.stop.take() || isHalted) manager.stopProcess();
+    terminal.progress.show(standingOf(interface, tally));
+    MainQueue::instance().runUntil([&] { return hasEnded() || terminal.stop.isPending(); }, refreshInterval);
   }
   manager.processQueue->waitUntilIdle();
   return halted;
@@ -153,8 +152,8 @@ std::string unusableFolder(const OrganiseArguments& arguments, const FileManager
   return canWrite ? "" : unusable(arguments.target, canWrite.error().message);
 }
 
-Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
-                 Progress& progress, Findings& findings) {
+Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files,
+                 const Terminal& terminal, Findings& findings) {
   const auto start = Clock::now();
   MainInterface interface(hostWith(std::move(files), !arguments.noRecord && !arguments.dryRun));
   MainQueue::instance().runPending();  // the controller loads its settings first
@@ -162,7 +161,7 @@ Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager
   interface.manager.verdictListener = [&](const Verdict& verdict) { findings.tally.add(verdict); };
   interface.manager.rowListener = [&](const report::Row& row) { findings.add(row); };
   interface.manager.startProcess();
-  const auto halted = waitForEnd(interface, findings.tally, stop, progress);
+  const auto halted = waitForEnd(interface, findings.tally, terminal);
 
   Summary summary = summaryOf(interface.manager, findings);
   summary.end = interface.manager.runState().end.value_or(RunEnd::error);

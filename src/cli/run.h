@@ -28,9 +28,15 @@ struct Findings {
   void add(const report::Row& row);
 };
 
+/// What the user sees and sends while a run goes on.
+struct Terminal {
+  StopSignals& stop;
+  Progress& progress;
+};
+
 /// Organises the folders as the window would, with its controls but no user defaults, and returns when the
 /// run has ended. Main thread only; the process's main queue runs meanwhile.
-Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files, StopSignals& stop,
-                 Progress& progress, Findings& findings);
+Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files,
+                 const Terminal& terminal, Findings& findings);
 
 }  // namespace kestrova::cli

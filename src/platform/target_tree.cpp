@@ -105,14 +105,14 @@ FileResult<int> TargetTree::openRoot(IfMissing ifMissing) {
     const MutexLock lock(mutex_);
     if (opened_) return opened_.get();
   }
-  auto root = openRootAnew(ifMissing);
+  auto root = reopenRoot(ifMissing);
   if (!root) return tl::make_unexpected(root.error());
   const MutexLock lock(mutex_);
   if (!opened_) opened_ = std::move(*root);
   return opened_.get();
 }
 
-FileResult<FileDescriptor> TargetTree::openRootAnew(IfMissing ifMissing) {
+FileResult<FileDescriptor> TargetTree::reopenRoot(IfMissing ifMissing) {
   const Path above = root_.parent_path();
   if (ifMissing == IfMissing::create) {
     noteMissing(root_);

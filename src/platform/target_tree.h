@@ -59,7 +59,7 @@ class TargetTree final : public HeldTarget {
   std::optional<std::string_view> namesBelow(const Path& folder) const;
   FileResult<FileDescriptor> walk(const Path& folder, IfMissing ifMissing);
   FileResult<int> openRoot(IfMissing ifMissing);
-  FileResult<FileDescriptor> openRootAnew(IfMissing ifMissing);
+  FileResult<FileDescriptor> reopenRoot(IfMissing ifMissing);
   FileResult<FileDescriptor> walkByNames(int root, std::string_view names, IfMissing ifMissing);
   FileResult<FileDescriptor> enterNext(const Step& step, IfMissing ifMissing);
   FileResult<FileDescriptor> followLink(const Step& step);

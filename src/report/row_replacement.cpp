@@ -7,21 +7,21 @@ namespace kestrova::report {
 
 namespace {
 
-Path besides(const Path& file) { return file.native() + ".new"; }
+Path replacementOf(const Path& file) { return file.native() + ".new"; }
 
 }  // namespace
 
 FileResult<RowReplacement> RowReplacement::begin(const Path& file) {
   std::error_code error;
-  std::filesystem::remove(besides(file), error);
-  auto rows = RowFile::create(besides(file), RowFile::formatOf(file).value_or(RowFile::Format::ndjson));
+  std::filesystem::remove(replacementOf(file), error);
+  auto rows = RowFile::create(replacementOf(file), RowFile::formatOf(file).value_or(RowFile::Format::ndjson));
   if (!rows) return tl::make_unexpected(rows.error());
   return RowReplacement(*std::move(rows), file);
 }
 
 RowReplacement::~RowReplacement() {
   std::error_code error;
-  if (!file_.empty()) std::filesystem::remove(besides(file_), error);
+  if (!file_.empty()) std::filesystem::remove(replacementOf(file_), error);
 }
 
 void RowReplacement::add(const Row& row) { rows_->add(row); }
@@ -29,7 +29,7 @@ void RowReplacement::add(const Row& row) { rows_->add(row); }
 FileResult<void> RowReplacement::finish() {
   if (rows_->error()) return tl::make_unexpected(*rows_->error());
   rows_.reset();
-  auto replaced = replaceDurably(besides(file_), file_);
+  auto replaced = replaceDurably(replacementOf(file_), file_);
   if (replaced) file_.clear();
   return replaced;
 }

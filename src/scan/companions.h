@@ -9,7 +9,7 @@ namespace kestrova {
 
 /// Counts files that belong together and of which one was left behind: sidecars, which hold what was done to
 /// a photo or video, and videos that are one half of a live photo. They stand in one folder under one name,
-/// but for the extension. Keeps no more than the names of one such group.
+/// except for the extension. Keeps no more than the names of one such group.
 class Companions {
  public:
   /// The files in the order of the walk, whether or not they are organised; `path` in bytes.

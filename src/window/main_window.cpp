@@ -217,7 +217,8 @@ void MainWindow::bindRun() {
   bindButton(refresh_, interface_.buttonStop, *ui_->buttonStop);
   bindProgressBar(refresh_, interface_.processBar, *ui_->processBar);
   bindProgressBar(refresh_, interface_.sourceProgress, *ui_->sourceProgress);
-  display_ = std::make_unique<RunDisplay>(*this, *ui_, interface_, tally_, desktop_);
+  display_ = std::make_unique<RunDisplay>(RunDisplay::Places{
+      .window = *this, .ui = *ui_, .interface = interface_, .tally = tally_, .desktop = desktop_});
   refresh_.didRefresh = [this] { display_->refresh(); };
   interface_.manager.verdictListener = [this](const Verdict& verdict) { tally_.add(verdict); };
   interface_.buttonStart->action = [this] { start(); };

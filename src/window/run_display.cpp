@@ -35,9 +35,12 @@ std::int64_t RunRemainder::*placeOf(Outcome outcome) {
 
 }  // namespace
 
-RunDisplay::RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface,
-                       const Tally& tally, std::shared_ptr<DesktopStatus> desktop)
-    : window_(window), ui_(ui), interface_(interface), tally_(tally), desktop_(std::move(desktop)) {
+RunDisplay::RunDisplay(Places places)
+    : window_(places.window),
+      ui_(places.ui),
+      interface_(places.interface),
+      tally_(places.tally),
+      desktop_(std::move(places.desktop)) {
   ui_.remainderBox->hide();
   ui_.buttonOpenTarget->hide();
 }

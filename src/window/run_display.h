@@ -26,9 +26,16 @@ class RunDisplay : public QObject {
   Q_OBJECT
 
  public:
-  /// The desktop may be absent.
-  RunDisplay(QWidget& window, Ui::MainWindow& ui, const MainInterface& interface, const Tally& tally,
-             std::shared_ptr<DesktopStatus> desktop);
+  /// What it reads, and where it shows it.
+  struct Places {
+    QWidget& window;
+    Ui::MainWindow& ui;
+    const MainInterface& interface;
+    const Tally& tally;
+    std::shared_ptr<DesktopStatus> desktop;  ///< may be absent
+  };
+
+  explicit RunDisplay(Places places);
 
   /// A run begins.
   void begin();

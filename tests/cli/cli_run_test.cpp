@@ -32,7 +32,9 @@ class CliRun : public testing::Test {
     arguments_.target = out_;
   }
 
-  Summary organise() { return cli::organise(arguments_, files_, stop_, progress_, findings_); }
+  Summary organise() {
+    return cli::organise(arguments_, files_, {.stop = stop_, .progress = progress_}, findings_);
+  }
 
   /// A hook that does something on its `number`th call.
   static auto atCall(int number, std::function<void()> block) {

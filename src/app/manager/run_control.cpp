@@ -1,6 +1,7 @@
 #include "app/organise_manager.h"
 #include "platform/log.h"
 
+#include <mutex>
 #include <utility>
 
 namespace kestrova {
@@ -63,8 +64,10 @@ void OrganiseManager::startRun() {
   hasstopped = false;
   starttime = host_.now();
   processQueue = std::make_shared<OperationQueue>();
-  processQueue->addObserver("operations",
-                            [this](std::string_view, const OperationQueue& queue) { noticeEnd(queue); });
+  processQueue->addObserver("operations", [this, ended = std::make_shared<std::once_flag>()](
+                                              std::string_view, const OperationQueue& queue) {
+    if (queue.operationCount() == 0) std::call_once(*ended, [this] { noticeEnd(); });
+  });
   runState_ = RunState{.phase = RunPhase::scanning};
   // Posted before the first stage begins: a short run may be over before this thread goes on.
   post([this] {
@@ -92,10 +95,10 @@ void OrganiseManager::endEarly(RunEnd end) {
   runState_.update([end](RunState& state) { state.willEnd(end); });
 }
 
-// A run that ends before its operations were planned is not reported, but the front ends still need to know
-// that it has ended.
-void OrganiseManager::noticeEnd(const OperationQueue& queue) {
-  if (queue.operationCount() > 0) return;
+// Called once a run. The scan and the planner may end at the same time; the second thread then waits for
+// this. A run that ends before its operations were planned is not reported, but the front ends still need to
+// know that it has ended.
+void OrganiseManager::noticeEnd() {
   releaseTarget();
   endRecord();
   const bool isReported = runState().phase == RunPhase::executing;
