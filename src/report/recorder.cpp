@@ -73,7 +73,8 @@ std::optional<FileError> Recorder::error() const {
 }
 
 void Recorder::count(const Row& row) {
-  std::visit([this](const auto& kind) { counts_[wordOf(kind)] += amountOf(kind); }, row);
+  auto& counts = counts_;
+  std::visit([&counts](const auto& kind) { counts[wordOf(kind)] += amountOf(kind); }, row);
 }
 
 QJsonObject Recorder::counts() const {
