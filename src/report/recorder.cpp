@@ -73,8 +73,9 @@ std::optional<FileError> Recorder::error() const {
 }
 
 void Recorder::count(const Row& row) {
-  auto& counts = counts_;
-  std::visit([&counts](const auto& kind) { counts[wordOf(kind)] += amountOf(kind); }, row);
+  const auto counted =
+      std::visit([](const auto& kind) { return std::pair(std::string(wordOf(kind)), amountOf(kind)); }, row);
+  counts_[counted.first] += counted.second;
 }
 
 QJsonObject Recorder::counts() const {

@@ -20,7 +20,7 @@ class FolderDialog : public QFileDialog {
   explicit FolderDialog(QWidget& window);
 
   /// Shows the dialog and returns.
-  void open();
+  void open() override;
   /// The chosen folder by its bytes, once the dialog has been accepted.
   std::optional<Path> folder() const;
 
