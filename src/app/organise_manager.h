@@ -31,7 +31,8 @@
 
 namespace kestrova {
 
-struct Rewriting;
+struct PreparedPhoto;
+struct RewriteWishes;
 struct WalkedFile;
 
 enum class TerminateReply { cancel, now };
@@ -264,14 +265,12 @@ class OrganiseManager : public Counters, public Outlets {
   /// Copies the record's file and settles it, also if copying fails. The remark becomes part of a copy's
   /// verdict.
   void copyAsItIs(const OperationRecord& record, Verdict verdict, const std::string& remark = {});
-  /// Both return the new file's attributes.
+  /// Returns the copy's attributes.
   FileResult<FileAttributes> makeCopy(const OperationRecord& record, const Path& from, const Path& to);
-  FileResult<FileAttributes> replace(const Path& file, ByteView contents);
-  /// Fails for a file that is another than it was when the run was planned. For as long as the record lives.
-  static SourceCheck checkAgainstPlan(const OperationRecord& record);
   void resizeRecord(const OperationRecord& record);
   void rewrite(const OperationRecord& record, Verdict verdict);
-  void writePhoto(Verdict verdict, const Rewriting& rewriting);
+  RewriteWishes wishesFor(Resolution resolution) const;
+  void settlePhoto(Verdict verdict, const PreparedPhoto& photo);
   void copyUndecodable(const OperationRecord& record, Verdict verdict, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
   /// The verdict on the record's file before anything has been done with it, still without an outcome.

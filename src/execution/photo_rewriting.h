@@ -12,6 +12,7 @@ struct RewriteWishes {
   Resolution resolution = Resolution::original;  ///< a resolution without a frame keeps the size
   bool upright = false;
   bool leavesOutSmall = false;
+  bool operator==(const RewriteWishes&) const = default;
 };
 
 /// The result of rewriting a photo.

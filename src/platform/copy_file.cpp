@@ -40,7 +40,6 @@ FileResult<void> copyWhole(const RegularFile& source, int to) {
   // The permissions come last, as they could forbid the rest.
   if (done) done = asFarAsSupported(::fchmod(to, status.st_mode & permissionBits));
   if (done) done = asFarAsSupported(::futimens(to, host::timesOf(status).accessAndModification));
-  if (done) done = host::makeDurable(to);
   return done;
 }
 

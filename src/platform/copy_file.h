@@ -8,7 +8,7 @@ namespace kestrova {
 /// change time shows this even if a writer has restored the modification time.
 FileResult<void> checkUnchanged(const RegularFile& source);
 
-/// Copies data, permissions, times and extended attributes into an open new file and makes it durable.
+/// Copies data, permissions, times and extended attributes into an open new file.
 FileResult<void> copyWhole(const RegularFile& source, int to);
 
 }  // namespace kestrova

@@ -64,7 +64,7 @@ FileResult<void> DryRunFiles::createDirectory(const Path& folder) {
 
 // Opened and read a little: that shows whether it can be copied.
 FileResult<std::unique_ptr<StagedFile>> DryRunFiles::stageCopy(const Path& from, const Path& to,
-                                                               const SourceCheck& check) {
+                                                               const SourceCheck& check, StagingTime) {
   const auto start = real_->readPrefix(from, 1);
   if (!start) return tl::make_unexpected(unreadable(start.error()));
   const auto source = real_->attributesOfItem(from);
@@ -76,7 +76,7 @@ FileResult<std::unique_ptr<StagedFile>> DryRunFiles::stageCopy(const Path& from,
   return std::make_unique<Staged>(*this, to, *source);
 }
 
-FileResult<std::unique_ptr<StagedFile>> DryRunFiles::stageData(ByteView data, const Path& to) {
+FileResult<std::unique_ptr<StagedFile>> DryRunFiles::stageData(ByteView data, const Path& to, StagingTime) {
   if (const auto writable = checkFolderOf(to); !writable) return tl::make_unexpected(writable.error());
   const FileAttributes attributes{.size = data.size(), .modified = currentDate(), .isRegularFile = true};
   return std::make_unique<Staged>(*this, to, attributes);

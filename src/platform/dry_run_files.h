@@ -32,9 +32,11 @@ class DryRunFiles final : public FileManager {
   /// Holds nothing: null.
   std::shared_ptr<HeldTarget> holdTarget(const Path&) override { return nullptr; }
   FileResult<void> createDirectory(const Path& folder) override;
+  using FileManager::stageCopy;
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
-                                                    const SourceCheck& check) override;
-  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override;
+                                                    const SourceCheck& check, StagingTime time) override;
+  using FileManager::stageData;
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to, StagingTime time) override;
 
  private:
   class Staged;

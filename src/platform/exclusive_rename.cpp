@@ -41,26 +41,27 @@ FileResult<FileDescriptor> lockFolder(int folder) {
 
 }  // namespace
 
-FileResult<void> renameWithoutReplacing(int folder, const char* from, const char* to) {
-  auto renamed = host::renameExclusively(folder, from, to);
-  if (isUnknownThere(renamed)) renamed = linkThenUnlink(folder, from, to);
-  if (isUnknownThere(renamed)) renamed = renameWhereFree(folder, from, to);
+FileResult<void> renameWithoutReplacing(const NameInFolder& from, const NameInFolder& to) {
+  auto renamed = host::renameExclusively(from, to);
+  if (isUnknownThere(renamed)) renamed = linkThenUnlink(from, to);
+  if (isUnknownThere(renamed)) renamed = renameWhereFree(from, to);
   return renamed;
 }
 
-FileResult<void> linkThenUnlink(int folder, const char* from, const char* to) {
-  auto linked = succeeded(uninterrupted([&] { return ::linkat(folder, from, folder, to, 0); }));
-  if (linked) ::unlinkat(folder, from, 0);
+FileResult<void> linkThenUnlink(const NameInFolder& from, const NameInFolder& to) {
+  auto linked =
+      succeeded(uninterrupted([&] { return ::linkat(from.folder, from.name, to.folder, to.name, 0); }));
+  if (linked) ::unlinkat(from.folder, from.name, 0);
   return linked;
 }
 
-FileResult<void> renameWhereFree(int folder, const char* from, const char* to) {
-  const auto lock = lockFolder(folder);
+FileResult<void> renameWhereFree(const NameInFolder& from, const NameInFolder& to) {
+  const auto lock = lockFolder(to.folder);
   if (!lock) return tl::make_unexpected(lock.error());
   struct stat status = {};
-  if (::fstatat(folder, to, &status, AT_SYMLINK_NOFOLLOW) == 0) return failure(EEXIST);
+  if (::fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) == 0) return failure(EEXIST);
   if (errno != ENOENT) return failure();
-  return succeeded(uninterrupted([&] { return ::renameat(folder, from, folder, to); }));
+  return succeeded(uninterrupted([&] { return ::renameat(from.folder, from.name, to.folder, to.name); }));
 }
 
 }  // namespace kestrova

@@ -37,17 +37,33 @@ struct FileError {
 template <typename Value>
 using FileResult = tl::expected<Value, FileError>;
 
+/// Identifies a file by its volume and its number there, not by its names.
+struct FileIdentity {
+  std::uint64_t volume = 0;
+  std::uint64_t number = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+
 struct FileAttributes {
   std::uint64_t size = 0;  ///< bytes
   Date modified;
+  Date statusChanged = {};  ///< when its bytes or anything else last changed; programs cannot set it
+  FileIdentity identity = {};
   bool isDirectory = false;
   bool isRegularFile = false;
+  bool operator==(const FileAttributes&) const = default;
 };
 
 class Folder;
 
 /// What to do with a symbolic link at the end of a path.
 enum class FinalLink { followed, refused };
+
+/// When a file is staged.
+enum class StagingTime {
+  inTurn,  ///< it gets its name next
+  ahead,   ///< others get theirs before
+};
 
 /// A complete file that has no name yet. It disappears if it is destroyed before it got one.
 class StagedFile {
@@ -57,8 +73,8 @@ class StagedFile {
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
-  /// Gives the file its final name, in the folder it was staged for. Fails with `alreadyExists` when the
-  /// name is taken.
+  /// Returns once the file is on the medium and then has its final name, in the folder it was staged for.
+  /// Fails with `alreadyExists` when the name is taken.
   virtual FileResult<void> commit() = 0;
   /// The same, but atomically replaces a file of that name.
   virtual FileResult<void> commitReplacing() = 0;
@@ -121,13 +137,25 @@ class FileManager {
   /// Creates the folder and all missing folders above it; it is not an error if it exists.
   virtual FileResult<void> createDirectory(const Path& folder) = 0;
 
-  /// Copies a regular file's data, permissions, modification time and extended attributes, and makes the copy
-  /// durable. If the source cannot be read, the error is `unreadable`. The check may be absent.
+  /// Copies a regular file's data, permissions, modification time and extended attributes. If the source
+  /// cannot be read, the error is `unreadable`. The check may be absent.
+  ///
+  /// A file can be staged ahead of its turn where it gets its name below the held target. Its folder may
+  /// still be missing then; it is needed when the file gets its name. Many files staged ahead become durable
+  /// together, when the first of them needs to be. Fails for any reason that would need a decision.
   virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
-                                                            const SourceCheck& check) = 0;
+                                                            const SourceCheck& check, StagingTime time) = 0;
+  FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
+                                                    const SourceCheck& check) {
+    return stageCopy(from, to, check, StagingTime::inTurn);
+  }
 
-  /// Writes bytes, with the permissions of a new file, and makes them durable.
-  virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) = 0;
+  /// Writes bytes, with the permissions of a new file.
+  virtual FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to,
+                                                            StagingTime time) = 0;
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) {
+    return stageData(data, to, StagingTime::inTurn);
+  }
 
   /// Whether a path leads to an item; symbolic links are followed. Fails if that cannot be determined: what
   /// cannot be looked up is not absent.

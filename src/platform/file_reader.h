@@ -16,13 +16,6 @@ enum class ReadFrom {
   disk,   ///< from the disk itself, as far as the system allows; what was written must already be durable
 };
 
-/// Identifies a file by its volume and its number there, not by its names.
-struct FileIdentity {
-  std::uint64_t volume = 0;
-  std::uint64_t number = 0;
-  bool operator==(const FileIdentity&) const = default;
-};
-
 /// Reads a regular file in pieces. Never blocks on a FIFO or a device.
 class FileReader {
  public:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/exclusive_rename.h"
 #include "platform/file_descriptor.h"
 #include "platform/file_manager.h"
 
@@ -16,16 +17,24 @@ FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags);
 /// this.
 FileResult<FileDescriptor> createUnnamed(int folder, mode_t mode);
 
-/// Whether the folder's volume may lose a file that was made durable before it had a name, or be damaged by
-/// that: on btrfs some kernels replay a log that has the file without a name.
-bool mayLoseUnnamedFiles(int folder);
+/// What is known about the volume of a folder, which is given as an open place.
+struct Volume {
+  /// A file that was made durable before it had a name may be lost, or damage the volume: on btrfs some
+  /// kernels replay a log that has the file without a name.
+  bool mayLoseUnnamedFiles = false;
+  /// `makeVolumeDurable` can be relied on.
+  bool hasBarrier = false;
+  /// Every call may wait for another program or machine.
+  bool isRemote = false;
+};
+Volume volumeOf(int folder);
 
 /// Gives such a file its first name. Fails with EEXIST when the name is taken.
 FileResult<void> nameUnnamed(int file, int folder, const char* name);
 
 /// Renames in one step, or fails with EEXIST when the new name is taken. If the file system cannot do that:
 /// EINVAL, ENOTSUP or ENOSYS.
-FileResult<void> renameExclusively(int folder, const char* from, const char* to);
+FileResult<void> renameExclusively(const NameInFolder& from, const NameInFolder& to);
 
 /// Copies all bytes and the extended attributes between two files at their starts. A source that does not end
 /// after `size` bytes is an error (EBUSY), and no more than these are written.
@@ -39,14 +48,24 @@ FileResult<void> makeDurable(int file);
 /// nothing of the kind.
 FileResult<void> makeNamesDurable(int folder);
 
+/// The same for all files and names of the volume that the folder, open for reading, is on. Fails if anything
+/// could not be written there since the folder was opened.
+FileResult<void> makeVolumeDurable(int folder);
+
+/// A hint: the file will be made durable soon, so the disk may begin to write it.
+void beginWriting(int file);
+
+/// Opens a folder, given as an open place, for reading.
+FileResult<FileDescriptor> openFolder(int place);
+
 struct FileTimes {
   timespec accessAndModification[2];  ///< as futimens takes them
   timespec statusChange;              ///< of the bytes or of anything else; programs cannot set it
 };
 FileTimes timesOf(const struct stat& status);
 
-/// Opens a folder below another one, to start paths from, in one call. Fails if there is a symbolic link on
-/// the way, and if the system has no such call.
+/// Opens a folder below another one, on the same volume, to start paths from, in one call. Fails if there is
+/// a symbolic link or another volume on the way, and if the system has no such call.
 FileResult<FileDescriptor> openPlaceWithoutLinks(int folder, const char* path);
 
 }  // namespace kestrova::host

@@ -15,12 +15,13 @@ FileResult<FileDescriptor> openQuietly(int folder, const char* path, int flags) 
 
 FileResult<FileDescriptor> createUnnamed(int, mode_t) { return failure(ENOTSUP); }
 
-bool mayLoseUnnamedFiles(int) { return false; }
+Volume volumeOf(int) { return {}; }
 
 FileResult<void> nameUnnamed(int, int, const char*) { return failure(ENOTSUP); }
 
-FileResult<void> renameExclusively(int folder, const char* from, const char* to) {
-  return succeeded(uninterrupted([&] { return ::renameatx_np(folder, from, folder, to, RENAME_EXCL); }));
+FileResult<void> renameExclusively(const NameInFolder& from, const NameInFolder& to) {
+  return succeeded(
+      uninterrupted([&] { return ::renameatx_np(from.folder, from.name, to.folder, to.name, RENAME_EXCL); }));
 }
 
 FileResult<void> copyContents(int from, int to, std::uint64_t size) {
@@ -39,14 +40,24 @@ FileResult<void> makeDurable(int file) {
   return succeeded(uninterrupted([&] { return ::fsync(file); }));
 }
 
+FileResult<void> makeVolumeDurable(int) { return failure(ENOTSUP); }
+
+void beginWriting(int) {}
+
+FileResult<FileDescriptor> openFolder(int place) {
+  FileDescriptor folder(
+      uninterrupted([&] { return ::openat(place, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  if (!folder) return failure();
+  return folder;
+}
+
 FileResult<void> makeNamesDurable(int folder) {
-  const FileDescriptor opened(
-      uninterrupted([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-  if (!opened && errno == EACCES) {
+  const auto opened = openFolder(folder);
+  if (!opened && opened.error().code == EACCES) {
     ::sync();  // a folder that may be written but not read; this needs no permission
     return {};
   }
-  return opened ? makeDurable(opened.get()) : failure();
+  return opened ? makeDurable(opened->get()) : tl::make_unexpected(opened.error());
 }
 
 FileTimes timesOf(const struct stat& status) {

@@ -14,8 +14,11 @@ const timespec& modifiedAt(const host::FileTimes& times) { return times.accessAn
 }  // namespace
 
 FileAttributes attributesOf(const struct stat& status) {
+  const auto times = host::timesOf(status);
   return {.size = static_cast<std::uint64_t>(status.st_size),
-          .modified = dateOf(modifiedAt(host::timesOf(status))),
+          .modified = dateOf(modifiedAt(times)),
+          .statusChanged = dateOf(times.statusChange),
+          .identity = {status.st_dev, status.st_ino},
           .isDirectory = S_ISDIR(status.st_mode),
           .isRegularFile = S_ISREG(status.st_mode)};
 }

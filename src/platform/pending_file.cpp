@@ -13,34 +13,33 @@
 
 namespace kestrova {
 
-PendingFile::PendingFile(FileDescriptor folder, std::string name)
-    : folder_(std::move(folder)), finalName_(std::move(name)) {}
-
 PendingFile::~PendingFile() {
-  if (!temporaryName_.empty()) ::unlinkat(folder_.get(), temporaryName_.c_str(), 0);
+  if (barrierNumber_) place_.barrier->remove();
+  if (!temporaryName_.empty()) ::unlinkat(place_.folder.get(), temporaryName_.c_str(), 0);
 }
 
-FileResult<std::unique_ptr<PendingFile>> PendingFile::create(FileDescriptor folder, const std::string& name,
-                                                             mode_t mode, Staging staging) {
-  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(folder), name));
+FileResult<std::unique_ptr<PendingFile>> PendingFile::create(Place place, std::string name, mode_t mode,
+                                                             Staging staging) {
+  std::unique_ptr<PendingFile> pending(new PendingFile(std::move(place), std::move(name)));
   if (const auto opened = pending->open(mode, staging); !opened) return tl::make_unexpected(opened.error());
   return pending;
 }
 
 FileResult<void> PendingFile::open(mode_t mode, Staging staging) {
   if (staging == Staging::underTemporaryName) return createNamed(mode);
-  auto file = host::createUnnamed(folder_.get(), mode);
+  auto file = host::createUnnamed(place_.folder.get(), mode);
   // For any error: if it is more than a lack of unnamed files, the other way fails too.
   if (!file) return createNamed(mode);
   file_ = std::move(*file);
+  if (place_.enterFinalFolder) place_.folder = FileDescriptor();  // many files may wait
   return {};
 }
 
 FileResult<void> PendingFile::createNamed(mode_t mode) {
   return takeName([&](const char* free) -> FileResult<int> {
     constexpr int flags = O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC;
-    file_ = FileDescriptor(uninterrupted([&] { return ::openat(folder_.get(), free, flags, mode); }));
-    if (!file_) return failureToCreate(folder_.get());
+    file_ = FileDescriptor(uninterrupted([&] { return ::openat(place_.folder.get(), free, flags, mode); }));
+    if (!file_) return failureToCreate(place_.folder.get());
     return file_.get();
   });
 }
@@ -49,33 +48,66 @@ FileResult<void> PendingFile::giveTemporaryName() {
   // Locked before it is visible, so that nobody mistakes it for an abandoned one.
   ::flock(file_.get(), LOCK_EX | LOCK_NB);
   return takeName([&](const char* free) -> FileResult<int> {
-    if (const auto named = host::nameUnnamed(file_.get(), folder_.get(), free); !named)
+    if (const auto named = host::nameUnnamed(file_.get(), place_.folder.get(), free); !named)
       return tl::make_unexpected(named.error());
     return file_.get();
   });
 }
 
 FileResult<void> PendingFile::takeName(const PutFile& put) {
-  auto name = takeTemporaryName(folder_.get(), put);
+  auto name = takeTemporaryName(place_.folder.get(), put);
   if (!name) return tl::make_unexpected(name.error());
   temporaryName_ = std::move(*name);
   return {};
 }
 
+FileResult<void> PendingFile::complete(StagingTime time) {
+  if (time == StagingTime::inTurn) return {};
+  if (!place_.barrier || !place_.barrier->isWorthIt()) return makeDurable();
+  struct stat status = {};
+  if (::fstat(file_.get(), &status) < 0) return failure();
+  host::beginWriting(file_.get());
+  barrierNumber_ = place_.barrier->add(static_cast<std::uint64_t>(status.st_size));
+  return {};
+}
+
+FileResult<void> PendingFile::makeDurable() {
+  if (isDurable_) return {};
+  const auto number = std::exchange(barrierNumber_, std::nullopt);
+  auto done = number ? place_.barrier->makeDurable(*number, file_.get()) : host::makeDurable(file_.get());
+  isDurable_ = done.has_value();
+  return done;
+}
+
+FileResult<void> PendingFile::enterFinalFolder() {
+  if (!place_.enterFinalFolder) return {};
+  auto folder = place_.enterFinalFolder();
+  if (!folder) return tl::make_unexpected(folder.error());
+  (temporaryName_.empty() ? place_.folder : finalFolder_) = std::move(*folder);
+  place_.enterFinalFolder = nullptr;
+  return {};
+}
+
 FileResult<void> PendingFile::commit() {
+  if (auto durable = makeDurable(); !durable) return durable;
+  if (auto entered = enterFinalFolder(); !entered) return entered;
+  const NameInFolder final{finalFolder(), finalName_.c_str()};
   const bool hasNoName = temporaryName_.empty();
-  auto named = hasNoName ? host::nameUnnamed(file_.get(), folder_.get(), finalName_.c_str())
-                         : renameWithoutReplacing(folder_.get(), temporaryName_.c_str(), finalName_.c_str());
+  auto named = hasNoName ? host::nameUnnamed(file_.get(), final.folder, final.name)
+                         : renameWithoutReplacing({place_.folder.get(), temporaryName_.c_str()}, final);
   if (named) temporaryName_.clear();
   return named;
 }
 
 FileResult<void> PendingFile::commitReplacing() {
+  if (auto durable = makeDurable(); !durable) return durable;
+  if (auto entered = enterFinalFolder(); !entered) return entered;
   if (temporaryName_.empty()) {
     if (auto named = giveTemporaryName(); !named) return named;
   }
-  auto replaced = succeeded(uninterrupted(
-      [&] { return ::renameat(folder_.get(), temporaryName_.c_str(), folder_.get(), finalName_.c_str()); }));
+  auto replaced = succeeded(uninterrupted([&] {
+    return ::renameat(place_.folder.get(), temporaryName_.c_str(), finalFolder(), finalName_.c_str());
+  }));
   if (replaced) temporaryName_.clear();
   return replaced;
 }

@@ -21,11 +21,6 @@ namespace {
 constexpr mode_t privateMode = 0600;
 constexpr mode_t newFileMode = 0666;
 
-FileResult<void> writeWhole(ByteView data, int to) {
-  if (auto written = writeBytes(to, data); !written) return written;
-  return host::makeDurable(to);
-}
-
 FileResult<void> asked(const SourceCheck& check, const RegularFile& source) {
   return check ? check(attributesOf(source.status)) : FileResult<void>();
 }
@@ -33,6 +28,8 @@ FileResult<void> asked(const SourceCheck& check, const RegularFile& source) {
 class SystemFileManager final : public FileManager {
  public:
   using FileManager::readFile;
+  using FileManager::stageCopy;
+  using FileManager::stageData;
 
   explicit SystemFileManager(StagingChoice staging) : staging_(std::move(staging)) {}
 
@@ -87,15 +84,16 @@ class SystemFileManager final : public FileManager {
   }
 
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
-                                                    const SourceCheck& check) override {
+                                                    const SourceCheck& check, StagingTime time) override {
     const auto source = openRegularFile(from);
     if (!source) return tl::make_unexpected(unreadable(source.error()));
     if (const auto agreed = asked(check, *source); !agreed) return tl::make_unexpected(agreed.error());
-    return stage(to, privateMode, [&](int file) { return copyWhole(*source, file); });
+    return stage({to, privateMode, time}, [&](int file) { return copyWhole(*source, file); });
   }
 
-  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
-    return stage(to, newFileMode, [&](int file) { return writeWhole(data, file); });
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to,
+                                                    StagingTime time) override {
+    return stage({to, newFileMode, time}, [&](int file) { return writeBytes(file, data); });
   }
 
  private:
@@ -104,6 +102,12 @@ class SystemFileManager final : public FileManager {
     auto tree = target_.get().lock();
     return tree && tree->holds(folder) ? tree : nullptr;
   }
+
+  struct NewFile {
+    const Path& to;
+    mode_t mode;
+    StagingTime time;
+  };
 
   /// Opens the folder of a file that is to get its name there.
   FileResult<FileDescriptor> openFolderOf(const Path& file) const {
@@ -114,15 +118,36 @@ class SystemFileManager final : public FileManager {
     return tree->enter(folder);
   }
 
-  template <typename Fill>
-  FileResult<std::unique_ptr<StagedFile>> stage(const Path& to, mode_t mode, const Fill& fill) const {
-    auto folder = openFolderOf(to);
+  FileResult<PendingFile::Place> placeFor(const NewFile& file) const {
+    if (file.time == StagingTime::ahead) return placeAheadFor(file.to.parent_path());
+    auto folder = openFolderOf(file.to);
     if (!folder) return tl::make_unexpected(folder.error());
-    const Staging staging = staging_(folder->get());
-    auto pending = PendingFile::create(std::move(*folder), to.filename().native(), mode, staging);
+    return PendingFile::Place{.folder = std::move(*folder)};
+  }
+
+  FileResult<PendingFile::Place> placeAheadFor(const Path& folder) const {
+    const auto tree = treeOf(folder);
+    if (!tree) return failure(ENOTSUP);
+    auto nearest = tree->enterNearest(folder);
+    if (!nearest) return tl::make_unexpected(nearest.error());
+    const auto enter = [tree, folder] {
+      tree->noteNewName(folder);
+      return tree->enter(folder);
+    };
+    return PendingFile::Place{
+        .folder = std::move(*nearest), .enterFinalFolder = enter, .barrier = tree->barrier()};
+  }
+
+  template <typename Fill>
+  FileResult<std::unique_ptr<StagedFile>> stage(const NewFile& file, const Fill& fill) const {
+    auto place = placeFor(file);
+    if (!place) return tl::make_unexpected(place.error());
+    const Staging staging = staging_(place->folder.get());
+    auto pending = PendingFile::create(std::move(*place), file.to.filename().native(), file.mode, staging);
     if (!pending) return tl::make_unexpected(pending.error());
-    const FileResult<void> filled = fill((*pending)->descriptor());
-    if (!filled) return tl::make_unexpected(filled.error());
+    auto done = fill((*pending)->descriptor());
+    if (done) done = (*pending)->complete(file.time);
+    if (!done) return tl::make_unexpected(done.error());
     return std::move(*pending);
   }
 
@@ -133,7 +158,7 @@ class SystemFileManager final : public FileManager {
 }  // namespace
 
 Staging stagingFor(int folder) {
-  return host::mayLoseUnnamedFiles(folder) ? Staging::underTemporaryName : Staging::unseen;
+  return host::volumeOf(folder).mayLoseUnnamedFiles ? Staging::underTemporaryName : Staging::unseen;
 }
 
 std::shared_ptr<FileManager> systemFileManager(StagingChoice staging) {

@@ -108,8 +108,29 @@ FileResult<int> TargetTree::openRoot(IfMissing ifMissing) {
   auto root = reopenRoot(ifMissing);
   if (!root) return tl::make_unexpected(root.error());
   const MutexLock lock(mutex_);
-  if (!opened_) opened_ = std::move(*root);
+  if (!opened_) {
+    opened_ = std::move(*root);
+    barrier_ = VolumeBarrier::of(opened_.get());
+  }
   return opened_.get();
+}
+
+std::shared_ptr<VolumeBarrier> TargetTree::barrier() {
+  const MutexLock lock(mutex_);
+  return barrier_;
+}
+
+FileResult<FileDescriptor> TargetTree::enterNearest(const Path& folder) {
+  const auto names = namesBelow(folder);
+  if (!names) return failure(EINVAL);
+  const auto root = openRoot(IfMissing::fail);
+  if (!root) return tl::make_unexpected(root.error());
+  for (std::string way(*names); !way.empty(); way.resize(way.find_last_of('/') + 1)) {
+    while (way.ends_with('/')) way.pop_back();
+    auto place = host::openPlaceWithoutLinks(*root, way.c_str());
+    if (place || place.error().code != ENOENT) return place;
+  }
+  return openPlace(*root, ".", FinalLink::followed);
 }
 
 FileResult<FileDescriptor> TargetTree::reopenRoot(IfMissing ifMissing) {

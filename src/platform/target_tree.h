@@ -3,8 +3,10 @@
 #include "platform/file_descriptor.h"
 #include "platform/file_manager.h"
 #include "platform/mutex.h"
+#include "platform/volume_barrier.h"
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -29,6 +31,13 @@ class TargetTree final : public HeldTarget {
   FileResult<FileDescriptor> enter(const Path& folder) { return walk(folder, IfMissing::fail); }
   /// The same, but first creates what is missing, including the target folder.
   FileResult<FileDescriptor> create(const Path& folder) { return walk(folder, IfMissing::create); }
+  /// Opens the innermost folder that exists of the target folder and those on the way to this one, if it is
+  /// on the target's volume and no symbolic link is on the way. What is created there has the same group,
+  /// access rules and quota as if it were created in the folder itself.
+  FileResult<FileDescriptor> enterNearest(const Path& folder);
+
+  /// Of the target's volume; null if files must not wait for one, or the target folder is missing.
+  std::shared_ptr<VolumeBarrier> barrier();
 
   void followNoNewLinks() override;
 
@@ -66,7 +75,8 @@ class TargetTree final : public HeldTarget {
 
   const Path root_;
   Mutex mutex_;
-  FileDescriptor opened_ GUARDED_BY(mutex_);                  ///< the target folder, once there is one
+  FileDescriptor opened_ GUARDED_BY(mutex_);  ///< the target folder, once there is one
+  std::shared_ptr<VolumeBarrier> barrier_ GUARDED_BY(mutex_);
   std::map<std::string, Identity> links_ GUARDED_BY(mutex_);  ///< by their paths from the target folder
   bool followsNewLinks_ GUARDED_BY(mutex_) = true;
   std::set<Path> newNames_ GUARDED_BY(mutex_);

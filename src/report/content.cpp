@@ -3,43 +3,17 @@
 #include "platform/file_error.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <utility>
 #include <vector>
-
-#include <openssl/evp.h>
 
 namespace kestrova::report {
 
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t{256} * 1024;
-
-class Sha256 {
- public:
-  Sha256() : context_(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
-    if (!context_ || EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr) != 1) throw std::bad_alloc();
-  }
-  void add(ByteView bytes) { EVP_DigestUpdate(context_.get(), bytes.data(), bytes.size()); }
-  std::string take() {
-    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-    unsigned int length = 0;
-    EVP_DigestFinal_ex(context_.get(), digest.data(), &length);
-    std::string text;
-    for (const unsigned char byte : ByteView(digest).first(length)) {
-      text += "0123456789abcdef"[byte >> 4];
-      text += "0123456789abcdef"[byte & 0xF];
-    }
-    return text;
-  }
-
- private:
-  std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context_;
-};
 
 bool isStopped(const Stopped& stopped) { return stopped && stopped(); }
 
@@ -103,12 +77,6 @@ FileResult<std::string> sha256Of(const Path& path, ReadFrom from, const Stopped&
     if (*count == 0) return sum.take();
     sum.add(ByteView(piece).first(*count));
   }
-}
-
-std::string sha256Of(ByteView bytes) {
-  Sha256 sum;
-  sum.add(bytes);
-  return sum.take();
 }
 
 tl::expected<bool, ComparisonError> haveSameContent(const Path& first, const Path& second, ReadFrom from,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/file_reader.h"
+#include "platform/sha256.h"
 
 #include <functional>
 #include <string>
@@ -11,12 +12,11 @@ namespace kestrova::report {
 /// Called between pieces of a file; true ends the work with ECANCELED.
 using Stopped = std::function<bool()>;
 
-/// The SHA-256 digest (FIPS 180-4) of a regular file as 64 lowercase hexadecimal digits.
+using kestrova::sha256Of;
+
+/// The same of a regular file.
 FileResult<std::string> sha256Of(const Path& path, ReadFrom from = ReadFrom::cache,
                                  const Stopped& stopped = {});
-
-/// The same of bytes in memory.
-std::string sha256Of(ByteView bytes);
 
 /// Why two files could not be compared, and which of them it was.
 struct ComparisonError {

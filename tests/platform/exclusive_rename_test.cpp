@@ -49,7 +49,7 @@ void renameInEveryRound(Arena& arena, int folder, const std::string& own) {
     const std::string to = "to" + std::to_string(round);
     ++arena.arrived[round];
     while (arena.arrived[round] < processes) std::this_thread::yield();
-    const int code = codeOf(renameWhereFree(folder, from.c_str(), to.c_str()));
+    const int code = codeOf(renameWhereFree({folder, from.c_str()}, {folder, to.c_str()}));
     if (code == 0) ++arena.renamed[round];
     if (code == EEXIST) ++arena.refused[round];
   }
@@ -64,9 +64,10 @@ TEST(ExclusiveRename, RenamesAndRefusesTakenNamesInEachOfItsWays) {
   fs::create_symlink("nowhere", root / "link");
   for (const auto rename : {renameWithoutReplacing, linkThenUnlink, renameWhereFree}) {
     writeFile(root / "from", "new");
-    EXPECT_EQ(codeOf(rename(folder.get(), "from", "taken")), EEXIST);
-    EXPECT_EQ(codeOf(rename(folder.get(), "from", "link")), EEXIST);
-    EXPECT_EQ(codeOf(rename(folder.get(), "from", "to")), 0);
+    const auto named = [&](const char* name) { return NameInFolder{folder.get(), name}; };
+    EXPECT_EQ(codeOf(rename(named("from"), named("taken"))), EEXIST);
+    EXPECT_EQ(codeOf(rename(named("from"), named("link"))), EEXIST);
+    EXPECT_EQ(codeOf(rename(named("from"), named("to"))), 0);
     EXPECT_EQ(readFile(root / "taken"), "old");
     EXPECT_EQ(readFile(root / "to"), "new");
     EXPECT_FALSE(fs::exists(root / "from"));

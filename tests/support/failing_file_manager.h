@@ -65,15 +65,18 @@ class FailingFileManager : public FileManager {
     return inner_->createDirectory(folder);
   }
 
+  using FileManager::stageCopy;
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
-                                                    const SourceCheck& check) override {
+                                                    const SourceCheck& check, StagingTime time) override {
     if (auto error = ask(onStageCopy, from, to)) return tl::make_unexpected(*error);
-    return withHook(inner_->stageCopy(from, to, check), to);
+    return withHook(inner_->stageCopy(from, to, check, time), to);
   }
 
-  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to) override {
+  using FileManager::stageData;
+  FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to,
+                                                    StagingTime time) override {
     if (auto error = ask(onStageData, data, to)) return tl::make_unexpected(*error);
-    return withHook(inner_->stageData(data, to), to);
+    return withHook(inner_->stageData(data, to, time), to);
   }
 
  private:

@@ -5,6 +5,9 @@
 namespace kestrova::test {
 
 /// An operation's error code; 0 when it succeeded.
-inline int codeOf(const FileResult<void>& result) { return result ? 0 : result.error().code; }
+template <typename Value>
+int codeOf(const FileResult<Value>& result) {
+  return result ? 0 : result.error().code;
+}
 
 }  // namespace kestrova::test

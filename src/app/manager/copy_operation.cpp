@@ -1,5 +1,6 @@
 #include "app/organise_manager.h"
 #include "execution/error_codes.h"
+#include "execution/source_check.h"
 #include "model/size_text.h"
 #include "platform/log.h"
 #include "scan/media_classification.h"
@@ -66,7 +67,7 @@ FileResult<FileAttributes> OrganiseManager::makeCopy(const OperationRecord& reco
     if (!exists) return tl::make_unexpected(exists.error());
     if (*exists) return tl::make_unexpected(FileError{EEXIST, {}});
   }
-  const auto copy = host_.files->stageCopy(from, to, checkAgainstPlan(record));
+  const auto copy = host_.files->stageCopy(from, to, checkAgainst(record.planned()));
   if (!copy) return tl::make_unexpected(copy.error());
   auto attributes = (*copy)->attributes();
   if (!attributes) return attributes;

@@ -2,19 +2,9 @@
 #include "execution/error_codes.h"
 #include "platform/log.h"
 
-#include <cerrno>
 #include <exception>
 
 namespace kestrova {
-
-SourceCheck OrganiseManager::checkAgainstPlan(const OperationRecord& record) {
-  const auto& planned = record.planned();
-  if (!planned || !planned->modified) return nullptr;
-  return [&planned = *planned](const FileAttributes& source) -> FileResult<void> {
-    if (source.size == planned.size && source.modified == *planned.modified) return {};
-    return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
-  };
-}
 
 // A missing folder is what could not be created: the reason for that says more.
 FileError OrganiseManager::causeOf(const FileError& error, const Path& file) {

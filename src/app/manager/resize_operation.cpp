@@ -1,10 +1,9 @@
 #include "app/organise_manager.h"
-#include "execution/photo_rewriting.h"
-#include "imaging/base/image_limits.h"
+#include "execution/photo_preparation.h"
+#include "execution/source_check.h"
 #include "model/size_text.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
-#include "report/content.h"
 
 #include <exception>
 #include <utility>
@@ -18,13 +17,13 @@ Resolution resolutionOf(const OperationRecord& record) {
   return optionAt<Resolution>(record.number("resolution").value_or(0));
 }
 
-tl::expected<Bytes, imaging::RewriteError> readPhoto(const FileManager& files, const Verdict& verdict,
-                                                     const SourceCheck& check) {
-  if (verdict.sourceSize > std::uint64_t{imaging::maxWorkingBytes})
-    return tl::unexpected(imaging::RewriteError{"the file is too large to be decoded"});
-  auto photo = files.readFile(verdict.source, check);
-  if (!photo) return tl::unexpected(imaging::RewriteError{photo.error().message});
-  return std::move(*photo);
+/// Gives the new photo its name, in place of an existing file.
+FileResult<FileAttributes> replace(const FileResult<std::unique_ptr<StagedFile>>& file) {
+  if (!file) return tl::make_unexpected(file.error());
+  auto attributes = (*file)->attributes();
+  if (!attributes) return attributes;
+  if (const auto named = (*file)->commitReplacing(); !named) return tl::make_unexpected(named.error());
+  return attributes;
 }
 
 }  // namespace
@@ -55,50 +54,47 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
 }
 
 void OrganiseManager::rewrite(const OperationRecord& record, Verdict verdict) {
-  const auto photo = readPhoto(*host_.files, verdict, checkAgainstPlan(record));
-  const RewriteWishes wishes{.resolution = resolutionOf(record),
-                             .upright = chkRotate->state() == CheckBox::on,
-                             .leavesOutSmall = chkFilterSmallPhotos->state() == CheckBox::on};
-  const auto rewriting = photo ? rewritingOf(*photo, wishes) : tl::unexpected(photo.error());
-  const PictureSize size = rewriting ? rewriting->size : PictureSize();
+  const Path to = verdict.target.value_or(Path());
+  const auto photo = preparePhoto(*host_.files, {.from = verdict.source,
+                                                 .to = to,
+                                                 .size = verdict.sourceSize,
+                                                 .wishes = wishesFor(resolutionOf(record)),
+                                                 .check = checkAgainst(record.planned())});
+  const PictureSize size = photo ? photo->rewriting.size : PictureSize();
   log(QString::asprintf("Width from NSBitmapImageRep: %f", size.width));
   log(QString::asprintf("Height from NSBitmapImageRep: %f", size.height));
-  if (!rewriting) {
-    copyUndecodable(record, std::move(verdict), rewriting.error().reason);
-  } else if (rewriting->isLeftOut) {
+  if (!photo) {
+    copyUndecodable(record, std::move(verdict), photo.error().reason);
+  } else if (photo->rewriting.isLeftOut) {
     verdict.outcome = Outcome::small;
     verdict.target.reset();
     settle(verdict);
   } else {
-    verdict.sourceSha256 = report::sha256Of(*photo);
-    writePhoto(std::move(verdict), *rewriting);
+    settlePhoto(std::move(verdict), *photo);
   }
+}
+
+RewriteWishes OrganiseManager::wishesFor(Resolution resolution) const {
+  return {.resolution = resolution,
+          .upright = chkRotate->state() == CheckBox::on,
+          .leavesOutSmall = chkFilterSmallPhotos->state() == CheckBox::on};
 }
 
 // If a photo cannot be written, the run ends for any error, as if the volume were full.
-void OrganiseManager::writePhoto(Verdict verdict, const Rewriting& rewriting) {
-  const Path to = verdict.target.value_or(Path());
-  const auto written = replace(to, rewriting.photo.bytes);
+void OrganiseManager::settlePhoto(Verdict verdict, const PreparedPhoto& photo) {
+  const auto written = replace(photo.file);
   if (!written) {
-    settleFailure(verdict, causeOf(written.error(), to));
+    settleFailure(verdict, causeOf(written.error(), verdict.target.value_or(Path())));
     endForFullVolume(QStringLiteral("No space left!!!!!"));
     return;
   }
-  verdict.outcome = rewriting.isResized ? Outcome::resized : Outcome::rewritten;
-  verdict.pagesLeftOut = rewriting.photo.pagesLeftOut;
-  verdict.targetSha256 = report::sha256Of(rewriting.photo.bytes);
+  verdict.outcome = photo.rewriting.isResized ? Outcome::resized : Outcome::rewritten;
+  verdict.pagesLeftOut = photo.rewriting.photo.pagesLeftOut;
+  verdict.sourceSha256 = photo.sourceSha256;
+  verdict.targetSha256 = photo.targetSha256;
   verdict.targetSize = written->size;
   verdict.targetModified = written->modified;
   settle(verdict);
-}
-
-FileResult<FileAttributes> OrganiseManager::replace(const Path& file, ByteView contents) {
-  const auto staged = host_.files->stageData(contents, file);
-  if (!staged) return tl::make_unexpected(staged.error());
-  auto attributes = (*staged)->attributes();
-  if (!attributes) return attributes;
-  if (const auto named = (*staged)->commitReplacing(); !named) return tl::make_unexpected(named.error());
-  return attributes;
 }
 
 void OrganiseManager::copyUndecodable(const OperationRecord& record, Verdict verdict,

@@ -2,7 +2,7 @@
 #include "execution/error_codes.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
-#include "report/content.h"
+#include "platform/sha256.h"
 #include "scan/media_classification.h"
 #include "toolkit/image_codec.h"
 
@@ -48,8 +48,8 @@ void OrganiseManager::rotateRecord(const OperationRecord& record) {
   } else if (const auto written = host_.files->writeData(*jpeg, to)) {
     verdict.outcome = Outcome::rewritten;
     verdict.targetSize = jpeg->size();
-    verdict.sourceSha256 = report::sha256Of(*photo);
-    verdict.targetSha256 = report::sha256Of(*jpeg);
+    verdict.sourceSha256 = sha256Of(*photo);
+    verdict.targetSha256 = sha256Of(*jpeg);
     settle(verdict);
   } else {
     settleFailure(verdict, written.error());

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "execution/photo_rewriting.h"
+#include "platform/file_manager.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace kestrova {
+
+/// A photo to rewrite.
+struct PhotoTask {
+  const Path& from;
+  const Path& to;
+  std::uint64_t size = 0;  ///< bytes, as planned
+  RewriteWishes wishes;
+  SourceCheck check = {};  ///< may be absent
+  StagingTime time = StagingTime::inTurn;
+};
+
+/// A photo that was rewritten.
+struct PreparedPhoto {
+  Rewriting rewriting;  ///< without the new photo's bytes
+  std::string sourceSha256 = {};
+  std::string targetSha256 = {};
+  /// The new photo, or why it could not be written. Null if the photo is left out.
+  FileResult<std::unique_ptr<StagedFile>> file = nullptr;
+};
+
+/// Reads, rewrites and stages a photo. An error if it cannot be read or decoded. Callable from any thread.
+tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& files, const PhotoTask& task);
+
+}  // namespace kestrova
