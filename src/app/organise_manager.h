@@ -6,6 +6,7 @@
 #include "execution/folder_maker.h"
 #include "execution/operation_queue.h"
 #include "execution/operation_record.h"
+#include "execution/plan_list.h"
 #include "model/run_state.h"
 #include "model/verdict.h"
 #include "planning/plan_file.h"
@@ -26,7 +27,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace kestrova {
@@ -73,8 +73,8 @@ class OrganiseManager : public Counters, public Outlets {
   // --- Scan lists, rebuilt by every scan ---
   FileList fileList;  ///< every file to organise
   HashList hashList;
-  std::vector<std::string> duplicateList;  ///< paths as bytes, in the order found
-  Companions companions;                   ///< counted where `rowListener` or a record is told of rows
+  PathList duplicateList;  ///< in the order found
+  Companions companions;   ///< counted where `rowListener` or a record is told of rows
 
   // --- Run state ---
   std::shared_ptr<OperationQueue> processQueue;  ///< absent until the first start; a new one at every start
@@ -235,13 +235,13 @@ class OrganiseManager : public Counters, public Outlets {
   void planFiles(const InvocationOperation& planner);
   void skipPlanning(const InvocationOperation& planner);
   /// The run ends before this file and all after it.
-  void settleUnreached(FileList::Iterator first);
-  void planOrSettle(FileList::Iterator entry, const InvocationOperation& planner);
-  /// Whether no earlier file of the run has this target.
-  bool takeTarget(const Path& target);
+  void settleUnreached(std::size_t first);
+  void planOrSettle(std::size_t index, const InvocationOperation& planner);
   PlanningContext planningContext() const;
   PlanningOptions planningOptions() const;
   void queueEntry(PlanEntry entry, const InvocationOperation& planner);
+  /// Called by the queue, which is locked.
+  std::shared_ptr<InvocationOperation> makeOperation(std::size_t planned);
   void endPlanning(const InvocationOperation& planner);
 
   // Run control
@@ -285,7 +285,7 @@ class OrganiseManager : public Counters, public Outlets {
 
   Host host_;
   GuardedValue<RunState> runState_;
-  std::unordered_set<std::size_t> plannedTargets_;  // hashes; of the planner
+  std::shared_ptr<PlanList> planList_;  ///< of this run; appended by the planner, then only read
   std::array<std::atomic<bool>, rowGroups> refreshPending_{};
   std::shared_ptr<HeldTarget> heldTarget_;      ///< from planning to the run's end; used by workers
   FileResult<void> namesAreDurable_;            ///< of the last run, once it has ended; the workers'

@@ -29,9 +29,10 @@ void OperationQueue::close() {
     const MutexLock lock(mutex_);
     closing_ = true;
     waiting_.clear();
+    waitingCount_ = 0;
     threads.swap(threads_);
   }
-  changed_.notifyAll();
+  canWork_.notifyAll();
   for (auto& thread : threads) thread.join();
 }
 
@@ -39,7 +40,27 @@ void OperationQueue::addOperation(std::shared_ptr<InvocationOperation> operation
   std::shared_ptr<const Observations> told;
   {
     const MutexLock lock(mutex_);
-    waiting_.push_back(std::move(operation));
+    waiting_.push_back({.operation = std::move(operation)});
+    ++waitingCount_;
+    startThreads();
+    told = observations();
+  }
+  tell(told);
+}
+
+void OperationQueue::setSupplier(Supplier supplier) {
+  const MutexLock lock(mutex_);
+  supplier_ = std::move(supplier);
+}
+
+void OperationQueue::addDeferred() {
+  std::shared_ptr<const Observations> told;
+  {
+    const MutexLock lock(mutex_);
+    const bool continues = !waiting_.empty() && !waiting_.back().operation && !waiting_.back().isCancelled;
+    if (!continues) waiting_.emplace_back();
+    ++waiting_.back().deferred;
+    ++waitingCount_;
     startThreads();
     told = observations();
   }
@@ -48,7 +69,7 @@ void OperationQueue::addOperation(std::shared_ptr<InvocationOperation> operation
 
 std::size_t OperationQueue::operationCount() const {
   const MutexLock lock(mutex_);
-  return waiting_.size() + executing_.size();
+  return waitingCount_ + executing_.size();
 }
 
 std::size_t OperationQueue::executingCount() const {
@@ -59,14 +80,17 @@ std::size_t OperationQueue::executingCount() const {
 void OperationQueue::cancelAllOperations() {
   const MutexLock lock(mutex_);
   for (const auto& operation : executing_) operation->cancel();
-  for (const auto& operation : waiting_) operation->cancel();
+  for (Waiting& waiting : waiting_) {
+    waiting.isCancelled = true;
+    if (waiting.operation) waiting.operation->cancel();
+  }
 }
 
 void OperationQueue::setSuspended(bool suspended) {
   const MutexLock lock(mutex_);
   suspended_ = suspended;
   startThreads();
-  changed_.notifyAll();
+  isIdle_.notifyAll();
 }
 
 void OperationQueue::setMaxConcurrentOperationCount(std::size_t count) {
@@ -84,7 +108,7 @@ void OperationQueue::addObserver(std::string keyPath, Observer observer) {
 
 void OperationQueue::waitUntilIdle() {
   const MutexLock lock(mutex_);
-  while (busyThreads_ > 0 || canStart()) changed_.wait(mutex_);
+  while (busyThreads_ > 0 || canStart()) isIdle_.wait(mutex_);
 }
 
 bool OperationQueue::canStart() const {
@@ -94,18 +118,31 @@ bool OperationQueue::canStart() const {
 void OperationQueue::startThreads() {
   if (closing_ || !canStart()) return;
   if (threads_.size() > busyThreads_) {
-    changed_.notifyAll();
+    canWork_.notifyOne();
   } else {
     threads_.emplace_back([this] { work(); });
   }
 }
 
 std::shared_ptr<InvocationOperation> OperationQueue::takeNext() {
-  auto operation = std::move(waiting_.front());
-  waiting_.pop_front();
+  auto operation = takeWaiting();
+  --waitingCount_;
   executing_.push_back(operation);
   ++busyThreads_;
   startThreads();
+  return operation;
+}
+
+std::shared_ptr<InvocationOperation> OperationQueue::takeWaiting() {
+  Waiting& first = waiting_.front();
+  const bool isCancelled = first.isCancelled;
+  auto operation = first.operation ? std::move(first.operation) : supplier_();
+  if (first.deferred <= 1) {
+    waiting_.pop_front();
+  } else {
+    --first.deferred;
+  }
+  if (isCancelled) operation->cancel();
   return operation;
 }
 
@@ -114,7 +151,7 @@ std::shared_ptr<InvocationOperation> OperationQueue::takeNext() {
 void OperationQueue::work() {
   MutexLock lock(mutex_);
   for (;;) {
-    while (!closing_ && !canStart()) changed_.wait(mutex_);
+    while (!closing_ && !canStart()) canWork_.wait(mutex_);
     if (closing_) return;
     auto operation = takeNext();
     lock.unlock();
@@ -127,7 +164,7 @@ void OperationQueue::work() {
     tell(told);
     lock.lock();
     --busyThreads_;
-    changed_.notifyAll();
+    if (busyThreads_ == 0 && !canStart()) isIdle_.notifyAll();
   }
 }
 

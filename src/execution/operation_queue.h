@@ -60,11 +60,15 @@ class InvocationOperation : public std::enable_shared_from_this<InvocationOperat
 /// - Observers of "operations" are told after every change of the list, on the thread that changed it, with
 /// no lock held.
 ///
+/// A deferred operation comes into being when the queue takes it from the supplier. In every other respect it
+/// is like one that was added: it has its place in the order, counts, and can be cancelled.
+///
 /// Every method may be called from any thread, an operation's or an observer's own included; only the
 /// destructor, `close` and `waitUntilIdle` must not be called from either. Destroying a queue closes it.
 class OperationQueue {
  public:
   using Observer = std::function<void(std::string_view keyPath, OperationQueue& object)>;
+  using Supplier = std::function<std::shared_ptr<InvocationOperation>()>;
 
   OperationQueue();
   ~OperationQueue();
@@ -72,6 +76,11 @@ class OperationQueue {
   OperationQueue& operator=(const OperationQueue&) = delete;
 
   void addOperation(std::shared_ptr<InvocationOperation> operation);
+  /// Sets what makes the next deferred operation; before the first of them is added. It is called on the
+  /// thread that will run the operation, with the queue locked: it must not call the queue, nor throw.
+  void setSupplier(Supplier supplier);
+  /// Adds an operation that the supplier makes later.
+  void addDeferred();
   std::size_t operationCount() const;
   /// How many operations run at this moment.
   std::size_t executingCount() const;
@@ -98,17 +107,28 @@ class OperationQueue {
   };
   using Observations = std::vector<Observation>;
 
+  /// An operation that waits, or deferred ones that follow each other.
+  struct Waiting {
+    std::shared_ptr<InvocationOperation> operation;  ///< null for deferred ones
+    std::size_t deferred = 0;
+    bool isCancelled = false;  ///< of deferred ones
+  };
+
   bool canStart() const REQUIRES(mutex_);
   void startThreads() REQUIRES(mutex_);
   std::shared_ptr<InvocationOperation> takeNext() REQUIRES(mutex_);
+  std::shared_ptr<InvocationOperation> takeWaiting() REQUIRES(mutex_);
   std::shared_ptr<const Observations> observations() const REQUIRES(mutex_) { return observations_; }
 
   void work() EXCLUDES(mutex_);
   void tell(const std::shared_ptr<const Observations>& observations) EXCLUDES(mutex_);
 
   mutable Mutex mutex_;
-  Condition changed_;
-  std::deque<std::shared_ptr<InvocationOperation>> waiting_ GUARDED_BY(mutex_);
+  Condition canWork_;  ///< for threads that have nothing to do
+  Condition isIdle_;   ///< for those who wait until nothing runs
+  Supplier supplier_ GUARDED_BY(mutex_);
+  std::deque<Waiting> waiting_ GUARDED_BY(mutex_);
+  std::size_t waitingCount_ GUARDED_BY(mutex_) = 0;
   std::vector<std::shared_ptr<InvocationOperation>> executing_ GUARDED_BY(mutex_);
   /// Running an operation or telling the observers that it has ended.
   std::size_t busyThreads_ GUARDED_BY(mutex_) = 0;

@@ -4,8 +4,9 @@
 
 namespace kestrova {
 
-OperationRecord::OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned)
-    : planned_(std::move(planned)) {
+OperationRecord::OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned,
+                                 std::optional<std::size_t> index)
+    : planned_(std::move(planned)), index_(index) {
   for (const Entry& entry : entries) {
     if (!entry.value) return;
     entries_.emplace_back(entry.key, *entry.value);
@@ -37,7 +38,8 @@ std::shared_ptr<InvocationOperation> OperationRecord::operation() const {
 
 const Bytes* OperationRecord::data() const { return find<Bytes>("data"); }
 
-OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationOperation>& operation) {
+OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationOperation>& operation,
+                         std::optional<std::size_t> index) {
   using Value = OperationRecord::Value;
   std::optional<Value> to;
   if (entry.to) to = OperationRecord::FileUrl(*entry.to);
@@ -45,14 +47,14 @@ OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationO
   if (entry.orientation) orientation = *entry.orientation;
   const Value from = OperationRecord::FileUrl(entry.from);
   if (entry.handler == PlanEntry::Handler::copy) {
-    return OperationRecord({{"from", from}, {"to", to}, {"operation", operation}}, entry.planned);
+    return OperationRecord({{"from", from}, {"to", to}, {"operation", operation}}, entry.planned, index);
   }
   return OperationRecord({{"from", from},
                           {"to", to},
                           {"orientation", orientation},
                           {"resolution", indexOf(entry.resolution)},
                           {"operation", operation}},
-                         entry.planned);
+                         entry.planned, index);
 }
 
 Verdict plannedVerdict(const OperationRecord& record) {

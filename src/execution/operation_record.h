@@ -37,8 +37,9 @@ class OperationRecord {
   };
 
   /// Takes the entries in their order; the list ends at the first absent value. What the plan knows about the
-  /// source is not an entry, so it is there even if the list ends early.
-  OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned = {});
+  /// source, and its index in the plan, are not entries, so they are there even if the list ends early.
+  OperationRecord(std::initializer_list<Entry> entries, std::optional<PlannedSource> planned = {},
+                  std::optional<std::size_t> index = {});
 
   std::size_t count() const { return entries_.size(); }
   std::optional<Path> file(std::string_view key) const;
@@ -49,6 +50,8 @@ class OperationRecord {
   const Bytes* data() const;
   /// Absent if nothing was planned.
   const std::optional<PlannedSource>& planned() const { return planned_; }
+  /// Which entry of the plan list this is; absent if nothing was planned.
+  std::optional<std::size_t> index() const { return index_; }
 
  private:
   template <typename Type>
@@ -56,11 +59,13 @@ class OperationRecord {
 
   std::vector<std::pair<std::string_view, Value>> entries_;
   std::optional<PlannedSource> planned_;
+  std::optional<std::size_t> index_;
 };
 
 /// The record of a planned operation. A photo without an orientation gets a resize record of "from" and "to"
 /// alone, as the list ends there.
-OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationOperation>& operation);
+OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationOperation>& operation,
+                         std::optional<std::size_t> index = {});
 
 /// The verdict on a record's file, with all that was planned of it but no outcome.
 Verdict plannedVerdict(const OperationRecord& record);

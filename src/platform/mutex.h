@@ -44,6 +44,7 @@ class Condition {
     changed_.wait(lock);
     lock.release();
   }
+  void notifyOne() { changed_.notify_one(); }
   void notifyAll() { changed_.notify_all(); }
 
  private:

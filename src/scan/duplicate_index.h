@@ -1,52 +1,75 @@
 #pragma once
 
 #include "platform/file_manager.h"
+#include "platform/hash_index.h"
+#include "platform/packed_records.h"
 #include "scan/content_fingerprint.h"
 #include "scan/folder_walk.h"
 
 #include <cstdint>
-#include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace kestrova {
 
-/// File by key, in the order in which they were added. Paths are kept as bytes, so that a list of a million
-/// files stays small.
+/// The files to organise, in the order in which they were added, packed. A file is kept under a key: its size
+/// in decimal, or its fingerprint followed by that.
 class FileList {
  public:
   struct Entry {
-    std::string key;
+    std::string fingerprint;  ///< empty if the key is the size alone
     std::string path;
     std::uint64_t size = 0;  ///< bytes
+
+    std::string key() const { return fingerprint + std::to_string(size); }
   };
 
-  using Iterator = std::deque<Entry>::const_iterator;
-
-  FileList() = default;
-  FileList(const FileList&) = delete;
-  FileList& operator=(const FileList&) = delete;
-
-  /// The path under a key, or null.
-  const std::string* find(std::string_view key) const;
+  /// The path under a key, or nothing.
+  std::optional<std::string> find(std::string_view fingerprint, std::uint64_t size) const;
   /// Adds a file under a key that is not taken yet.
-  void add(std::string key, const Path& path, std::uint64_t size);
+  void add(std::string_view fingerprint, const Path& path, std::uint64_t size);
   void clear();
 
-  std::size_t size() const { return entries_.size(); }
-  bool empty() const { return entries_.empty(); }
-  Iterator begin() const { return entries_.begin(); }
-  Iterator end() const { return entries_.end(); }
+  std::size_t size() const { return records_.size(); }
+  bool empty() const { return size() == 0; }
+  Entry operator[](std::size_t index) const;
 
  private:
-  std::deque<Entry> entries_;  // never moves an entry, so the index may point into it
-  std::unordered_map<std::string_view, const Entry*> index_;
+  PackedRecords records_;
+  HashIndex index_;
 };
 
-/// Fingerprint by path.
-using HashList = std::unordered_map<std::string, std::string>;
+/// Fingerprint by path, packed.
+class HashList {
+ public:
+  std::optional<std::string> find(std::string_view path) const;
+  /// Adds the fingerprint of a file that has none yet.
+  void add(std::string_view path, std::string_view fingerprint);
+  void clear();
+
+  std::size_t size() const { return records_.size(); }
+  bool empty() const { return size() == 0; }
+
+ private:
+  PackedRecords records_;
+  HashIndex index_;
+};
+
+/// Paths as bytes, in the order in which they were added, packed.
+class PathList {
+ public:
+  void add(std::string_view path) { records_.append().path(0, path); }
+  void clear() { records_.clear(); }
+
+  std::size_t size() const { return records_.size(); }
+  bool empty() const { return size() == 0; }
+  std::string operator[](std::size_t index) const { return records_.read(index).path(); }
+
+ private:
+  PackedRecords records_;
+};
 
 /// What a scan decides about a file, given those it has seen before.
 struct Sighting {

@@ -68,6 +68,15 @@ TEST(OperationRecord, EndsAtTheFirstAbsentValue) {
   EXPECT_EQ(recordOf(entry, std::make_shared<InvocationOperation>()).count(), 1U);
 }
 
+TEST(OperationRecord, KnowsItsPlaceInThePlanEvenIfItEndsEarly) {
+  auto entry = entryOf(PlanEntry::Handler::resize);
+  entry.orientation.reset();
+  const auto operation = std::make_shared<InvocationOperation>();
+  EXPECT_EQ(recordOf(entry, operation, 7).index(), 7U);
+  EXPECT_EQ(recordOf(entryOf(PlanEntry::Handler::copy), operation, 0).index(), 0U);
+  EXPECT_EQ(recordOf(entry, operation).index(), std::nullopt);
+}
+
 TEST(OperationRecord, DoesNotKeepItsOperationAlive) {
   auto operation = std::make_shared<InvocationOperation>();
   const auto record = recordOf(entryOf(PlanEntry::Handler::copy), operation);

@@ -30,7 +30,7 @@ class DuplicateIndex : public testing::Test {
 
 TEST_F(DuplicateIndex, TakesTheFirstFileOfASizeAsNewWithoutReadingIt) {
   EXPECT_EQ(see("/a", 7, "A").kind, Kind::newFile);
-  EXPECT_EQ(*fileList.find("7"), "/a");
+  EXPECT_EQ(fileList.find("", 7), "/a");
   EXPECT_TRUE(reads.empty());
 }
 
@@ -46,7 +46,7 @@ TEST_F(DuplicateIndex, TakesACopyOfTheFirstFileAsItsDuplicate) {
 TEST_F(DuplicateIndex, KeepsADifferentFileOfTheSameSizeUnderFingerprintAndSize) {
   see("/a", 7, "A");
   EXPECT_EQ(see("/b", 7, "B").kind, Kind::sameFileSize);
-  EXPECT_EQ(*fileList.find("B7"), "/b");
+  EXPECT_EQ(fileList.find("B", 7), "/b");
   EXPECT_EQ(fileList.size(), 2U);
 }
 
@@ -70,7 +70,8 @@ TEST_F(DuplicateIndex, ReadsTheFirstFileOfASizeOnlyOnce) {
   for (const char* path : {"/b", "/c", "/d"}) see(path, 7, path);
   EXPECT_EQ(reads["/a"], 1);
   EXPECT_EQ(hashList.size(), 1U);
-  EXPECT_EQ(hashList.at("/a"), "A");
+  EXPECT_EQ(hashList.find("/a"), "A");
+  EXPECT_EQ(hashList.find("/b"), std::nullopt);
 }
 
 TEST_F(DuplicateIndex, ListsFilesInTheOrderInWhichTheyWereSeen) {
@@ -78,15 +79,36 @@ TEST_F(DuplicateIndex, ListsFilesInTheOrderInWhichTheyWereSeen) {
   see("/a", 2, "A");
   see("/m", 1, "M");
   std::string order;
-  for (const auto& entry : fileList) order += entry.path;
-  EXPECT_EQ(order, "/z/a/m");
+  for (std::size_t i = 0; i < fileList.size(); ++i)
+    order += fileList[i].path + ' ' + fileList[i].key() + '\n';
+  EXPECT_EQ(order, "/z 1\n/a 2\n/m M1\n");
+}
+
+TEST_F(DuplicateIndex, FindsEveryFileOfALongList) {
+  constexpr std::uint64_t count = 5000;
+  const auto pathOf = [](const char* root, std::uint64_t i) {
+    return root + std::to_string(i / 7) + '/' + std::to_string(i);
+  };
+  for (std::uint64_t i = 0; i < count; ++i) {
+    fileList.add("", pathOf("/a", i), i);
+    fileList.add(std::to_string(i), pathOf("/b", i), 7);
+    hashList.add(pathOf("/a", i), std::to_string(i));
+  }
+  for (std::uint64_t i = 0; i < count; ++i) {
+    ASSERT_EQ(fileList.find("", i), pathOf("/a", i));
+    ASSERT_EQ(fileList.find(std::to_string(i), 7), pathOf("/b", i));
+    ASSERT_EQ(hashList.find(pathOf("/a", i)), std::to_string(i));
+  }
+  EXPECT_EQ(fileList.find("", count), std::nullopt);
+  EXPECT_EQ(fileList.find("0", 8), std::nullopt);
+  EXPECT_EQ(hashList.find("/a0/7"), std::nullopt);
 }
 
 TEST_F(DuplicateIndex, IsEmptyAfterClearing) {
   see("/a", 7, "A");
   fileList.clear();
   EXPECT_TRUE(fileList.empty());
-  EXPECT_EQ(fileList.find("7"), nullptr);
+  EXPECT_EQ(fileList.find("", 7), std::nullopt);
 }
 
 }  // namespace kestrova

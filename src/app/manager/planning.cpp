@@ -12,7 +12,8 @@ namespace kestrova {
 void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& operation) {
   appStatus = 2;
   enter(RunPhase::planning);
-  plannedTargets_.clear();
+  planList_ = std::make_shared<PlanList>(targetPath.get().value_or(Path()));
+  processQueue->setSupplier([this, next = std::size_t{0}]() mutable { return makeOperation(next++); });
   postFrom(operation, [this] {
     processBar->setIndeterminate(true);
     processBar->startAnimation();
@@ -32,23 +33,23 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
 }
 
 void OrganiseManager::planFiles(const InvocationOperation& planner) {
-  std::int64_t number = 0;
-  for (auto entry = fileList.begin(); entry != fileList.end(); ++entry) {
+  for (std::size_t index = 0; index < fileList.size(); ++index) {
     if (planner.isCancelled()) {
       log(QStringLiteral("CANCELLLED"));
-      settleUnreached(entry);
+      settleUnreached(index);
       return;
     }
-    setStatus(QStringLiteral("Deciding operations %1").arg(++number));
-    planOrSettle(entry, planner);
+    setStatus(QStringLiteral("Deciding operations %1").arg(index + 1));
+    planOrSettle(index, planner);
   }
   endPlanning(planner);
 }
 
 // A file that raises an exception, and all files after it, are not written in this run.
-void OrganiseManager::planOrSettle(FileList::Iterator entry, const InvocationOperation& planner) {
+void OrganiseManager::planOrSettle(std::size_t index, const InvocationOperation& planner) {
+  const FileList::Entry file = fileList[index];
   try {
-    auto planned = planFile(entry->path, planningContext(), *host_.files);
+    auto planned = planFile(file.path, planningContext(), *host_.files);
     if (planned) {
       queueEntry(*std::move(planned), planner);
     } else {
@@ -56,20 +57,18 @@ void OrganiseManager::planOrSettle(FileList::Iterator entry, const InvocationOpe
       endIfTargetIsLost(planned.error());
     }
   } catch (const std::exception& error) {
-    settle({.outcome = Outcome::failed,
-            .source = entry->path,
-            .sourceSize = entry->size,
-            .error = error.what()});
-    settleUnreached(std::next(entry));
+    settle({.outcome = Outcome::failed, .source = file.path, .sourceSize = file.size, .error = error.what()});
+    settleUnreached(index + 1);
     throw;
   }
 }
 
-void OrganiseManager::skipPlanning(const InvocationOperation&) { settleUnreached(fileList.begin()); }
+void OrganiseManager::skipPlanning(const InvocationOperation&) { settleUnreached(0); }
 
-void OrganiseManager::settleUnreached(FileList::Iterator first) {
-  for (auto entry = first; entry != fileList.end(); ++entry) {
-    settle({.outcome = Outcome::notReached, .source = entry->path, .sourceSize = entry->size});
+void OrganiseManager::settleUnreached(std::size_t first) {
+  for (std::size_t index = first; index < fileList.size(); ++index) {
+    const FileList::Entry file = fileList[index];
+    settle({.outcome = Outcome::notReached, .source = file.path, .sourceSize = file.size});
   }
 }
 
@@ -92,24 +91,27 @@ PlanningOptions OrganiseManager::planningOptions() const {
           .resolution = optionAt<Resolution>(comboResolution->indexOfSelectedItem())};
 }
 
-// Hashes take a tenth of the memory of names. If two are equal by chance, the second file is still written.
-bool OrganiseManager::takeTarget(const Path& target) {
-  return plannedTargets_.insert(std::hash<std::string>()(target.native())).second;
-}
-
 // A Stop that comes while a file is being queued must reach it too.
 void OrganiseManager::queueEntry(PlanEntry entry, const InvocationOperation& planner) {
-  entry.planned.isNameTaken = entry.to && !takeTarget(*entry.to);
+  entry.planned.isNameTaken = entry.to && planList_->hasTarget(*entry.to);
+  planList_->append(entry);
+  processQueue->addDeferred();
+  if (planner.isCancelled()) processQueue->cancelAllOperations();
+}
+
+std::shared_ptr<InvocationOperation> OrganiseManager::makeOperation(std::size_t planned) {
+  planList_->releaseBefore(planned);
+  const PlanEntry entry = planList_->entry(planned);
   const auto handler = entry.handler == PlanEntry::Handler::resize ? &OrganiseManager::resizeOperation
                                                                    : &OrganiseManager::copyOperation;
-  const auto operation = std::make_shared<InvocationOperation>();
-  operation->init(this, handler, recordOf(entry, operation), &OrganiseManager::skipOperation);
-  processQueue->addOperation(operation);
-  if (planner.isCancelled()) operation->cancel();
+  auto operation = std::make_shared<InvocationOperation>();
+  operation->init(this, handler, recordOf(entry, operation, planned), &OrganiseManager::skipOperation);
+  return operation;
 }
 
 void OrganiseManager::endPlanning(const InvocationOperation& planner) {
   if (heldTarget_) heldTarget_->followNoNewLinks();
+  planList_->finish();
   postFrom(planner, [this] {
     processBar->stopAnimation();
     processBar->setIndeterminate(false);

@@ -35,12 +35,12 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
     log(QStringLiteral("CANCELLLED"));
     setStatus(QStringLiteral("Stopped"));
     releaseAssertion();
-    settleUnreached(fileList.begin());
+    settleUnreached(0);
     return;
   }
   if (end == WalkEnd::suspended) {
     log(QStringLiteral("SUSPENDED"));
-    settleUnreached(fileList.begin());
+    settleUnreached(0);
     endEarly(RunEnd::stopped);
     return;
   }
@@ -52,7 +52,7 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
   if (fileList.empty()) {
     endEarly(RunEnd::nothingFound);
   } else if (operation.isCancelled() || processQueue->isSuspended()) {
-    settleUnreached(fileList.begin());
+    settleUnreached(0);
     endEarly(RunEnd::stopped);
   } else {
     queuePlanner(operation);
@@ -166,7 +166,7 @@ void OrganiseManager::addDuplicate(const WalkedFile& file, const Sighting& sight
     log(QStringLiteral("DUPLICATE -----> ") + displayPath(file.path) +
         QStringLiteral(" : %1 : %2").arg(fingerprint).arg(file.size));
   }
-  duplicateList.push_back(file.path.native());
+  duplicateList.add(file.path.native());
   settle(setAside(file, sighting, Outcome::duplicate));
 }
 

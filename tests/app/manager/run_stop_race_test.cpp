@@ -62,7 +62,7 @@ TEST_F(RunStopRace, ACancelledScanChangesNoControl) {
 TEST_F(RunStopRace, ACancelledPlannerChangesNoControl) {
   program.chooseFolders();
   const auto planner = cancelledStage();
-  manager().fileList.add("1097", program.source / "a.jpg", 1097);
+  manager().fileList.add("", program.source / "a.jpg", 1097);
   manager().analyseAndDecideOperation(*planner);
   program.settle();
   expectControlsAtRest();

@@ -83,7 +83,7 @@ TEST_F(ScanStart, ForgetsTheFilesOfTheLastRun) {
   std::filesystem::remove(copy);
   program.run();
   ASSERT_EQ(manager().fileList.size(), 1U);
-  EXPECT_EQ(manager().fileList.begin()->path, other.native());
+  EXPECT_EQ(manager().fileList[0].path, other.native());
   EXPECT_TRUE(manager().hashList.empty());
   EXPECT_TRUE(manager().duplicateList.empty());
 }
