@@ -6,11 +6,11 @@
 
 say() { printf '%s\n' "$*" >&2; }
 
-# The packages in the given parts of packages.debian.
+# The packages in the given parts of packages.debian, of the project and of bench.
 wanted_packages() {
   local part
   for part in "$@"; do
-    sed -n "/^\[$part\]/,/^\[/ { s/[[:space:]].*//; /^[a-z0-9]/p }" "$root/packages.debian"
+    sed -n "/^\[$part\]/,/^\[/ { s/[[:space:]].*//; /^[a-z0-9]/p }" "$root/packages.debian" "$root/bench/packages.debian"
   done
 }
 
