@@ -3,6 +3,7 @@
 #include "app/counters.h"
 #include "app/host.h"
 #include "app/outlets.h"
+#include "app/status_line.h"
 #include "execution/folder_maker.h"
 #include "execution/operation_queue.h"
 #include "execution/operation_record.h"
@@ -10,7 +11,6 @@
 #include "model/run_state.h"
 #include "model/verdict.h"
 #include "planning/plan_file.h"
-#include "planning/target_naming.h"
 #include "platform/guarded_value.h"
 #include "platform/published_value.h"
 #include "platform/relaxed_atomic.h"
@@ -33,7 +33,6 @@ namespace kestrova {
 
 struct PreparedPhoto;
 struct RewriteWishes;
-struct WalkedFile;
 
 enum class TerminateReply { cancel, now };
 
@@ -287,6 +286,8 @@ class OrganiseManager : public Counters, public Outlets {
   GuardedValue<RunState> runState_;
   std::shared_ptr<PlanList> planList_;  ///< of this run; appended by the planner, then only read
   std::array<std::atomic<bool>, rowGroups> refreshPending_{};
+  StatusLine statusLine_{[this](StatusLine::Block block) { post(std::move(block)); },
+                         [this](const QString& text) { lblStatus->setStringValue(text); }};
   std::shared_ptr<HeldTarget> heldTarget_;      ///< from planning to the run's end; used by workers
   FileResult<void> namesAreDurable_;            ///< of the last run, once it has ended; the workers'
   std::unique_ptr<report::Recorder> recorder_;  ///< from the scan's start; the workers'

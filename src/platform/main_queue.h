@@ -28,12 +28,12 @@ class MainQueue {
   /// Callable from any thread; returns at once.
   void post(Block block);
 
-  /// Runs the waiting blocks, for about `budget` at most, so that the event loop gets its turn. Main thread
-  /// only.
-  void runPending(std::chrono::steady_clock::duration budget = std::chrono::steady_clock::duration::max());
+  /// Runs the waiting blocks, for about `budget` at most, so that the event loop gets its turn; returns
+  /// whether there were any. Main thread only.
+  bool runPending(std::chrono::steady_clock::duration budget = std::chrono::steady_clock::duration::max());
 
-  /// Runs blocks as they arrive until `done` returns true or the time is up; returns whether it did. For
-  /// programs and tests that have no event loop. Main thread only.
+  /// Runs blocks soon after they arrive until `done` returns true or the time is up; returns whether it did.
+  /// For programs and tests that have no event loop. Main thread only.
   bool runUntil(const std::function<bool()>& done, std::chrono::steady_clock::duration timeout);
 
   /// Readable while blocks wait; an event loop watches it.
@@ -44,7 +44,8 @@ class MainQueue {
 
   Mutex mutex_;
   std::deque<Block> posted_ GUARDED_BY(mutex_);
-  std::deque<Block> running_;  // main thread only
+  bool isSignalled_ GUARDED_BY(mutex_) = false;  ///< the descriptor is readable, or about to be
+  std::deque<Block> running_;                    // main thread only
   int pipe_[2] = {-1, -1};
 };
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 
 namespace kestrova {
 
@@ -51,6 +52,33 @@ TEST(MainQueue, TakesBlocksFromManyThreads) {
     }
   }
   EXPECT_TRUE(queue.runUntil([&] { return runs == 4000; }, test::patience));
+}
+
+TEST(MainQueue, IsSignalledOncePerTurn) {
+  MainQueue queue;
+  const auto signals = [&queue] {
+    int count = 0;
+    ioctl(queue.readyDescriptor(), FIONREAD, &count);
+    return count;
+  };
+  EXPECT_EQ(signals(), 0);
+  for (int i = 0; i < 10; ++i) {
+    queue.post([] {});
+    queue.runPending(std::chrono::steady_clock::duration::zero());
+    queue.post([] {});
+  }
+  EXPECT_EQ(signals(), 1) << "its turn is not over while blocks wait";
+  queue.runPending();
+  EXPECT_EQ(signals(), 0);
+  queue.post([] {});
+  EXPECT_EQ(signals(), 1);
+}
+
+TEST(MainQueue, SaysWhetherThereWereBlocks) {
+  MainQueue queue;
+  EXPECT_FALSE(queue.runPending());
+  queue.post([] {});
+  EXPECT_TRUE(queue.runPending());
 }
 
 TEST(MainQueue, GivesUpWaitingWhenTheTimeIsOver) {

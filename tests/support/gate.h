@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/main_queue.h"
+
 #include <atomic>
+#include <future>
 #include <thread>
 
 namespace kestrova::test {
@@ -20,5 +23,13 @@ class Gate {
   std::atomic<bool> reached_ = false;
   std::atomic<bool> open_ = false;
 };
+
+/// Returns when the main thread has run all blocks posted so far. For workers: the main thread must be
+/// running its queue.
+inline void letTheMainThreadCatchUp() {
+  std::promise<void> done;
+  postToMainQueue([&done] { done.set_value(); });
+  done.get_future().wait();
+}
 
 }  // namespace kestrova::test

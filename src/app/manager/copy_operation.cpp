@@ -38,12 +38,16 @@ void OrganiseManager::copyRecord(const OperationRecord& record) {
 }
 
 void OrganiseManager::announceCopy(std::string_view extension) {
-  const QString number = countText(tTotalCount + 1);
+  const std::int64_t number = tTotalCount + 1;
   if (isPhoto(extension)) {
-    const QString kind = QString::fromUtf8(extension).toUpper();
-    setStatus(QStringLiteral("Copying Photo (%1) %2").arg(kind, number));
+    statusLine_.showForFile([number, kind = std::string(extension)] {
+      const QString shown = QString::fromStdString(kind).toUpper();
+      return QStringLiteral("Copying Photo (%1) %2").arg(shown, countText(number));
+    });
   }
-  if (isVideo(extension)) setStatus(QStringLiteral("Copying VIDEO ") + number);
+  if (isVideo(extension)) {
+    statusLine_.showForFile([number] { return QStringLiteral("Copying VIDEO ") + countText(number); });
+  }
 }
 
 void OrganiseManager::createFolder(const Path& file) {

@@ -39,7 +39,7 @@ void OrganiseManager::planFiles(const InvocationOperation& planner) {
       settleUnreached(index);
       return;
     }
-    setStatus(QStringLiteral("Deciding operations %1").arg(index + 1));
+    statusLine_.showForFile([index] { return QStringLiteral("Deciding operations %1").arg(index + 1); });
     planOrSettle(index, planner);
   }
   endPlanning(planner);

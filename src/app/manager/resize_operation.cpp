@@ -45,8 +45,11 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
     skipOperation(record);
     return;
   }
-  if (const auto* row = rowOf(resolutionOf(record)))
-    setStatus(QString::fromLatin1(row->status).arg(countText(tRotatedCount + 1)));
+  if (const auto* row = rowOf(resolutionOf(record))) {
+    statusLine_.showForFile([status = row->status, number = tRotatedCount + 1] {
+      return QString::fromLatin1(status).arg(countText(number));
+    });
+  }
   Verdict verdict = verdictOn(record);
   createFolder(verdict.target.value_or(Path()));
   if (isLogging()) log(QStringLiteral("RESIZING PHOTOOOOO! : ") + displayPath(verdict.source));

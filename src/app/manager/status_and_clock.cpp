@@ -24,9 +24,7 @@ void OrganiseManager::postFrom(const InvocationOperation& stage, std::function<v
   });
 }
 
-void OrganiseManager::setStatus(const QString& text) {
-  post([this, text] { lblStatus->setStringValue(text); });
-}
+void OrganiseManager::setStatus(const QString& text) { statusLine_.show(text); }
 
 QString OrganiseManager::getMilliseconds() const {
   const Date now = host_.now();

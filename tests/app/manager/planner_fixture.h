@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/failing_file_manager.h"
+#include "support/gate.h"
 #include "support/headless_program.h"
 #include "support/sample_media.h"
 

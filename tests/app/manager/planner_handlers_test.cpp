@@ -9,7 +9,18 @@ namespace {
 using test::nameOf;
 using test::writeFile;
 
-class PlannerChoice : public test::PlannerTest {};
+class PlannerChoice : public test::PlannerTest {
+ protected:
+  /// The status of each operation is displayed before it writes.
+  PlannerChoice() {
+    files->onStageCopy = [](const Path&, const Path&) { return shown(); };
+    files->onStageData = [](ByteView, const Path&) { return shown(); };
+  }
+  static std::optional<FileError> shown() {
+    test::letTheMainThreadCatchUp();
+    return std::nullopt;
+  }
+};
 
 }  // namespace
 

@@ -18,8 +18,9 @@ TEST_F(PlannerStop, ShowsAnExceptionAndLeavesTheQueueSuspended) {
   writeVideo("a.mov", 500);
   const Path second = writeVideo("b.mov", 501);
   files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
-    if (path == second) throw std::runtime_error("on purpose");
-    return std::nullopt;
+    if (path != second) return std::nullopt;
+    test::letTheMainThreadCatchUp();
+    throw std::runtime_error("on purpose");
   };
   program.chooseFolders();
   program.press(controls().buttonStart);

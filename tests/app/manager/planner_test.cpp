@@ -216,6 +216,10 @@ TEST_F(Planner, ShowsNoProgressOfTheLastRunWhenItEnds) {
 TEST_F(Planner, NumbersTheFilesThatItDecidesOn) {
   writeVideo("a.mov", 500);
   writeVideo("b.mov", 501);
+  files->onAttributes = [](const Path& path) -> std::optional<FileError> {
+    if (path.extension() == ".mov") test::letTheMainThreadCatchUp();
+    return std::nullopt;
+  };
   program.run();
   EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Deciding operations 1")));
   EXPECT_TRUE(program.statusTexts().contains(QStringLiteral("Deciding operations 2")));

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class StatusLine : public testing::Test {
+class ShownStatus : public testing::Test {
  protected:
   test::HeadlessProgram program;
 };
@@ -25,14 +25,14 @@ QString millisecondsAt(std::chrono::microseconds sinceEpoch) {
 
 }  // namespace
 
-TEST_F(StatusLine, ShowsATextWithTheMainThreadsNextTurn) {
+TEST_F(ShownStatus, ShowsATextWithTheMainThreadsNextTurn) {
   program.manager().setStatus(QStringLiteral("text"));
   EXPECT_EQ(program.status(), QString());
   program.settle();
   EXPECT_EQ(program.status(), QStringLiteral("text"));
 }
 
-TEST_F(StatusLine, ShowsTheTextThatWasPostedLast) {
+TEST_F(ShownStatus, ShowsTheTextThatWasPostedLast) {
   std::thread([this] {
     program.manager().setStatus(QStringLiteral("first"));
     program.manager().setStatus(QStringLiteral("second"));
@@ -41,14 +41,14 @@ TEST_F(StatusLine, ShowsTheTextThatWasPostedLast) {
   EXPECT_EQ(program.statusTexts(), QStringList({QStringLiteral("first"), QStringLiteral("second")}));
 }
 
-TEST_F(StatusLine, IsClearedByAnEmptyText) {
+TEST_F(ShownStatus, IsClearedByAnEmptyText) {
   program.manager().setStatus(QStringLiteral("text"));
   program.manager().setStatus(QString());
   program.settle();
   EXPECT_EQ(program.status(), QString());
 }
 
-TEST_F(StatusLine, IsNotChangedByAnAbsentLabel) {
+TEST_F(ShownStatus, IsNotChangedByAnAbsentLabel) {
   program.interface->lblStatus.reset();
   program.manager().setStatus(QStringLiteral("nobody sees this"));
   EXPECT_NO_THROW(test::HeadlessProgram::settle());
