@@ -61,11 +61,13 @@ def arguments():
 def measured(bench, name):
     """The lines of a row as cells. What fails is a line, too, and ends the row."""
     commit = document.commit()
+    bench.wait_after_removal()
     try:
         for line in ROWS[name](bench):
             yield [name, *line.cells(), commit]
     except Failed as failure:
         yield [name, *Line(work=f"not measured: {failure}").cells(), commit]
+    bench.remove_outputs()
 
 
 def measure(given, folder):

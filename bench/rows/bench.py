@@ -3,9 +3,13 @@
 import dataclasses
 import os
 import subprocess
+import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+
+# For a minute ext4 does not use the inodes of removed files again, and looks at them one by one for each new file.
+SECONDS_AFTER_REMOVAL = 61
 
 
 @dataclasses.dataclass
@@ -14,6 +18,7 @@ class Bench:
     program: Path  # kestrova-cli
     times: int  # runs of each program
     scale: float  # of the numbers of files
+    removed_at: float = 0  # when outputs were last removed, in seconds of time.monotonic
 
     def count(self, files):
         return max(1, round(files * self.scale))
@@ -38,6 +43,29 @@ class Bench:
     def outputs(self):
         """What a run writes goes here. It is empty when a run begins."""
         return self.folder / "outputs"
+
+    @property
+    def used_outputs(self):
+        return self.folder / "used"
+
+    def renew_outputs(self):
+        """Puts aside what the last run wrote."""
+        if self.outputs.exists():
+            self.used_outputs.mkdir(exist_ok=True)
+            self.outputs.rename(self.used_outputs / str(time.monotonic_ns()))
+        self.outputs.mkdir(parents=True)
+        os.sync()
+        time.sleep(1)
+
+    def remove_outputs(self):
+        remove(self.outputs)
+        remove(self.used_outputs)
+        self.removed_at = time.monotonic()
+
+    def wait_after_removal(self):
+        """Before a row; where only few files were made and removed there is nothing to wait for."""
+        if self.scale >= 1 and self.removed_at:
+            time.sleep(max(0, self.removed_at + SECONDS_AFTER_REMOVAL - time.monotonic()))
 
     def environment(self):
         """A user without settings, session or display, whose records are outputs, too."""

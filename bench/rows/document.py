@@ -11,10 +11,11 @@ from lines import COLUMNS
 HEAD = """# Benchmarks
 
 Written by `bench/run`, which makes the trees, installs the other programs and measures. A row can be measured alone:
-`bench/run ROW`; it then replaces its lines here. Ours and theirs run in turn, {times} times each, with the outputs
-removed and the disk quiet before each; shown are medians with the lowest and the highest value. Ratios are ours to
-theirs, and a limit is what we want to stay within. Input files are in the page cache. Our runs make each file durable
-before they name it and, except with `--no-record`, keep a record. The peak memory is ours.
+`bench/run ROW`; it then replaces its lines here. Ours and theirs run in turn, {times} times each, into empty
+folders and after a `sync`; the outputs of a row are removed when it has been measured, and the next one begins a minute
+later, as ext4 is slow for so long after a removal. Shown are medians with the lowest and the highest value. Ratios are
+ours to theirs, and a limit is what we want to stay within. Input files are in the page cache. Our runs make each file
+durable before they name it and, except with `--no-record`, keep a record. The peak memory is ours.
 
 {machine}
 

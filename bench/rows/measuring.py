@@ -6,8 +6,6 @@ import statistics
 import subprocess
 import time
 
-from bench import remove
-
 
 class Failed(Exception):
     """A command did not do what is measured."""
@@ -37,9 +35,7 @@ class Costs:
 
 def run(bench, command):
     """Runs the command on empty outputs and a quiet disk."""
-    remove(bench.outputs)
-    bench.outputs.mkdir(parents=True)
-    os.sync()
+    bench.renew_outputs()
     log = bench.folder / "log"
     with log.open("wb") as output:
         begin = time.monotonic()
