@@ -22,7 +22,7 @@ tl::expected<Bytes, imaging::RewriteError> readPhoto(const FileManager& files, c
 tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& files, const PhotoTask& task) {
   const auto photo = readPhoto(files, task);
   if (!photo) return tl::unexpected(photo.error());
-  auto rewriting = rewritingOf(*photo, task.wishes);
+  auto rewriting = rewritingOf(*photo, task.wishes, task.stopped);
   if (!rewriting) return tl::unexpected(rewriting.error());
   if (rewriting->isLeftOut) return PreparedPhoto{.rewriting = std::move(*rewriting)};
 

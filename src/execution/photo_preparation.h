@@ -15,7 +15,8 @@ struct PhotoTask {
   const Path& to;
   std::uint64_t size = 0;  ///< bytes, as planned
   RewriteWishes wishes;
-  SourceCheck check = {};  ///< may be absent
+  SourceCheck check = {};         ///< may be absent
+  imaging::Stopped stopped = {};  ///< interrupts the rewriting
   StagingTime time = StagingTime::inTurn;
 };
 
@@ -28,7 +29,8 @@ struct PreparedPhoto {
   FileResult<std::unique_ptr<StagedFile>> file = nullptr;
 };
 
-/// Reads, rewrites and stages a photo. An error if it cannot be read or decoded. Callable from any thread.
+/// Reads, rewrites and stages a photo. An error if it cannot be read or decoded,
+/// and if it is interrupted. Callable from any thread.
 tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& files, const PhotoTask& task);
 
 }  // namespace kestrova

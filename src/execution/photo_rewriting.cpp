@@ -34,7 +34,8 @@ imaging::RewriteRequest requestFor(const PictureSize& picture, const RewriteWish
 
 }  // namespace
 
-tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const RewriteWishes& wishes) {
+tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const RewriteWishes& wishes,
+                                                           const imaging::Stopped& stopped) {
   const auto measured = imaging::measurePhoto(photo);
   if (!measured) return tl::unexpected(measured.error());
   Rewriting rewriting{.size = pictureSize(measured->size, wishes.upright)};
@@ -42,7 +43,7 @@ tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const
 
   // A photo that keeps its pixels is decoded as well: that shows whether a small file is a photo.
   const auto request = rewriting.isLeftOut ? imaging::RewriteRequest() : requestFor(rewriting.size, wishes);
-  auto rewritten = imaging::rewritePhoto(photo, *measured, request);
+  auto rewritten = imaging::rewritePhoto(photo, *measured, request, stopped);
   if (!rewritten) return tl::unexpected(rewritten.error());
   if (rewriting.isLeftOut) return rewriting;
   rewriting.isResized = request.size.has_value();

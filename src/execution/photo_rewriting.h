@@ -24,8 +24,9 @@ struct Rewriting {
 };
 
 /// Measures a photo, filters it, then rewrites it. A photo that does not decode completely is an error, with
-/// its reason; also a small one, so that only photos that can be seen are left out. Pure, callable from any
-/// thread.
-tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const RewriteWishes& wishes);
+/// its reason; also a small one, so that only photos that can be seen are left out. As soon as `stopped`
+/// returns true the work is given up, which is an error that says so. Pure, callable from any thread.
+tl::expected<Rewriting, imaging::RewriteError> rewritingOf(ByteView photo, const RewriteWishes& wishes,
+                                                           const imaging::Stopped& stopped = {});
 
 }  // namespace kestrova

@@ -22,7 +22,7 @@ struct PhotoFormat {
   ByteView (*exifBlock)(ByteView file) noexcept;
   /// Reads the headers. Throws ImageError.
   ImageSize (*measure)(ByteView file);
-  /// Throws ImageError when the file does not decode whole and without a warning.
+  /// Throws ImageError when the file does not decode whole and without a warning, and Interrupted.
   RewrittenPhoto (*rewrite)(ByteView file, const RewritePlan& plan, const MetadataEdit& edit);
 };
 

@@ -14,7 +14,8 @@ MetadataEdit metadataEdit(const RewritePlan& plan) {
   return {.exif = {.pixelSize = plan.result(),
                    .resetOrientation = plan.resetOrientation,
                    .exchangesAxes = plan.reorientation.transpose},
-          .turnPreview = previewTurner(plan)};
+          .turnPreview = previewTurner(plan),
+          .stopped = plan.stopped};
 }
 
 MeasuredPhoto measure(ByteView file) {
@@ -25,8 +26,7 @@ MeasuredPhoto measure(ByteView file) {
   return {format, size};
 }
 
-RewrittenPhoto rewrite(ByteView file, const MeasuredPhoto& photo, const RewriteRequest& request) {
-  const RewritePlan plan = planRewrite(photo.size, request);
+RewrittenPhoto rewrite(ByteView file, const MeasuredPhoto& photo, const RewritePlan& plan) {
   requireAffordable(plan.source.width, plan.source.height);
   requireAffordable(plan.scaled.width, plan.scaled.height);
   return photo.format->rewrite(file, plan, metadataEdit(plan));
@@ -37,6 +37,8 @@ template <class Work>
 auto asValue(const Work& work) -> tl::expected<decltype(work()), RewriteError> {
   try {
     return work();
+  } catch (const Interrupted& interruption) {
+    return tl::unexpected(RewriteError{.reason = interruption.what(), .isInterrupted = true});
   } catch (const std::exception& error) {
     return tl::unexpected(RewriteError{error.what()});
   } catch (...) {
@@ -51,8 +53,11 @@ tl::expected<MeasuredPhoto, RewriteError> measurePhoto(ByteView file) {
 }
 
 tl::expected<RewrittenPhoto, RewriteError> rewritePhoto(ByteView file, const MeasuredPhoto& photo,
-                                                        const RewriteRequest& request) {
-  return asValue([&] { return rewrite(file, photo, request); });
+                                                        const RewriteRequest& request,
+                                                        const Stopped& stopped) {
+  RewritePlan plan = planRewrite(photo.size, request);
+  plan.stopped = stopped;
+  return asValue([&] { return rewrite(file, photo, plan); });
 }
 
 }  // namespace kestrova::imaging

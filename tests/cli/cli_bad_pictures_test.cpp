@@ -52,13 +52,13 @@ Bytes claimingTiff(const SamplePhoto& photo, std::uint64_t width, std::uint64_t 
 
 /// Black, and as large as photos get; progressive, so that all of its coefficients have to be held.
 Bytes hugeJpeg(const SamplePhoto& photo) {
-  const imaging::PixelSize size{12'000, 9000};
-  std::vector<imaging::Raster> planes;
-  planes.emplace_back(size.width, size.height, 1);
-  const imaging::JpegFormat format{
-      .colorSpace = JCS_GRAYSCALE, .progressive = true, .components = {{.id = 1}}};
+  imaging::JpegPlanes picture{
+      .format = {.colorSpace = JCS_GRAYSCALE, .progressive = true, .components = {{.id = 1}}},
+      .size = {12'000, 9000},
+      .planes = {}};
+  picture.planes.emplace_back(picture.size.width, picture.size.height, 1);
   constexpr int quality = 75;
-  const Bytes jpeg = imaging::encodeJpeg(format, size, planes, quality);
+  const Bytes jpeg = imaging::encodeJpeg(picture, quality);
   return withSegments(jpeg, {exifSegment(exifBlock(photo).encode())});
 }
 

@@ -1,9 +1,12 @@
 #include "cli/cli_folders.h"
+#include "support/sample_media.h"
 
 #include <csignal>
+#include <cstdint>
 #include <thread>
 
 #include <gmock/gmock.h>
+#include <zlib.h>
 
 // Runs that a signal stops.
 
@@ -61,6 +64,55 @@ TEST_P(CliStop, FinishesTheCurrentFileAndGoesOnWithTheNextRun) {
   EXPECT_EQ(folders.organise().status, 0);
   EXPECT_EQ(filesBelow(folders.out).size(), manyFiles);
   expectWholeFiles(folders.out);
+}
+
+namespace {
+
+/// 900 million black pixels, which take seconds to read, in blocks of deflate that are all the same.
+Bytes hugePng() {
+  constexpr std::uint32_t side = 30'000;
+  constexpr std::uint32_t rowsPerBlock = 100;
+  const Bytes rows(rowsPerBlock * (side + 1), 0);  // each begins with the number of its filter
+  Bytes block(rows.size() / 100);
+  z_stream stream{};
+  deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, -MAX_WBITS, MAX_MEM_LEVEL, Z_DEFAULT_STRATEGY);
+  stream.next_in = const_cast<Bytef*>(rows.data());
+  stream.avail_in = static_cast<uInt>(rows.size());
+  stream.next_out = block.data();
+  stream.avail_out = static_cast<uInt>(block.size());
+  EXPECT_EQ(deflate(&stream, Z_FULL_FLUSH), Z_OK);
+  block.resize(stream.total_out);
+  deflateEnd(&stream);
+
+  Bytes pixels{0x78, 0x01};
+  for (std::uint32_t i = 0; i < side / rowsPerBlock; ++i)
+    pixels.insert(pixels.end(), block.begin(), block.end());
+  constexpr std::uint32_t checksum = static_cast<std::uint32_t>(std::uint64_t{side} * (side + 1) % 65521);
+  pixels.insert(pixels.end(), {0x03, 0x00, checksum >> 8, checksum & 0xFF, 0x00, 0x01});
+  const Bytes header{0, 0, side >> 8, side & 0xFF, 0, 0, side >> 8, side & 0xFF, 8, 0, 0, 0, 0};
+  return joined({Bytes{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'}, pngChunk("IHDR", header),
+                 pngChunk("eXIf", exifBlock({.orientation = 1}).encode()), pngChunk("IDAT", pixels),
+                 pngChunk("IEND", {})});
+}
+
+}  // namespace
+
+TEST_P(CliStop, GivesUpAPhotoThatWouldTakeLong) {
+  const Folders folders;
+  writeFile(folders.in / "huge.png", hugePng());
+  const Path report = folders.root / "report.ndjson";
+  Process process(commandOf(folders.organising(
+                      {"--photo-formats", "jpeg+tiff+png", "--size", "1080p", "--json", "--report", report})),
+                  inUtc);
+  while (!std::filesystem::exists(folders.out / "2014/05/21") && process.isRunning())
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  process.send(GetParam());
+  const auto result = process.wait();
+  EXPECT_EQ(result.status, 130);
+  EXPECT_EQ(files(jsonIn(result), "notReached"), 1);
+  EXPECT_EQ(totalFiles(jsonIn(result), "written"), 0);
+  EXPECT_TRUE(filesBelow(folders.out).empty());
+  EXPECT_THAT(readFile(report), testing::HasSubstr("not-reached"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, CliStop, testing::Values(SIGINT, SIGTERM));

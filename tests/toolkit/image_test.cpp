@@ -194,14 +194,16 @@ TEST(ImageCodec, ReadsPalettesAndSingleBits) {
 
 /// A JPEG of one colour, given by its four inks.
 Bytes cmykJpeg(const std::array<std::uint8_t, 4>& inks) {
-  std::vector<imaging::Raster> planes(4, imaging::Raster(16, 16, 1));
-  for (std::size_t i = 0; i < planes.size(); ++i) {
-    for (int y = 0; y < 16; ++y) std::fill_n(planes[i].row(y), 16, inks[i]);
+  imaging::JpegPlanes picture;
+  picture.format.colorSpace = JCS_CMYK;
+  picture.size = {16, 16};
+  for (std::size_t i = 0; i < inks.size(); ++i) {
+    picture.format.components.push_back({.id = static_cast<int>(i + 1)});
+    imaging::Raster& plane = picture.planes.emplace_back(16, 16, 1);
+    for (int y = 0; y < 16; ++y) std::fill_n(plane.row(y), 16, inks[i]);
   }
-  const imaging::JpegFormat format{.colorSpace = JCS_CMYK,
-                                   .components = {{.id = 1}, {.id = 2}, {.id = 3}, {.id = 4}}};
   constexpr int quality = 95;
-  return imaging::encodeJpeg(format, {16, 16}, planes, quality);
+  return imaging::encodeJpeg(picture, quality);
 }
 
 TEST(ImageCodec, ReadsTheColoursOfACmykJpeg) {

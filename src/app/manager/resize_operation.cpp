@@ -58,11 +58,18 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
 
 void OrganiseManager::rewrite(const OperationRecord& record, Verdict verdict) {
   const Path to = verdict.target.value_or(Path());
-  const auto photo = preparePhoto(*host_.files, {.from = verdict.source,
-                                                 .to = to,
-                                                 .size = verdict.sourceSize,
-                                                 .wishes = wishesFor(resolutionOf(record)),
-                                                 .check = checkAgainst(record.planned())});
+  const auto operation = record.operation();
+  const auto photo =
+      preparePhoto(*host_.files, {.from = verdict.source,
+                                  .to = to,
+                                  .size = verdict.sourceSize,
+                                  .wishes = wishesFor(resolutionOf(record)),
+                                  .check = checkAgainst(record.planned()),
+                                  .stopped = [&] { return operation && operation->isCancelled(); }});
+  if (!photo && photo.error().isInterrupted) {
+    skipOperation(record);
+    return;
+  }
   const PictureSize size = photo ? photo->rewriting.size : PictureSize();
   log(QString::asprintf("Width from NSBitmapImageRep: %f", size.width));
   log(QString::asprintf("Height from NSBitmapImageRep: %f", size.height));

@@ -45,11 +45,14 @@ void reorientTile(const Steps& steps, Raster& result, std::int64_t left, std::in
 }
 
 template <int fixedBytes>
-void reorientAll(const Raster& raster, const Reorientation& reorientation, Raster& result) {
+void reorientAll(const Raster& raster, const Reorientation& reorientation, Raster& result,
+                 const Stopped& stopped) {
   const Steps steps = stepsThrough(raster, reorientation);
   for (std::int64_t top = 0; top < result.height(); top += tile) {
-    for (std::int64_t left = 0; left < result.width(); left += tile)
+    for (std::int64_t left = 0; left < result.width(); left += tile) {
+      throwIfStopped(stopped);
       reorientTile<fixedBytes>(steps, result, left, top);
+    }
   }
 }
 
@@ -64,31 +67,31 @@ Raster::Raster(std::int64_t width, std::int64_t height, int pixelBytes)
   samples_.resize(stride_ * static_cast<std::size_t>(height));
 }
 
-Raster reoriented(Raster raster, const Reorientation& reorientation) {
+Raster reoriented(Raster raster, const Reorientation& reorientation, const Stopped& stopped) {
   if (reorientation.isNone()) return raster;
   const PixelSize size = reoriented(PixelSize{raster.width(), raster.height()}, reorientation);
   Raster result(size.width, size.height, raster.pixelBytes());
   switch (raster.pixelBytes()) {
     case 1:
-      reorientAll<1>(raster, reorientation, result);
+      reorientAll<1>(raster, reorientation, result, stopped);
       break;
     case 2:
-      reorientAll<2>(raster, reorientation, result);
+      reorientAll<2>(raster, reorientation, result, stopped);
       break;
     case 3:
-      reorientAll<3>(raster, reorientation, result);
+      reorientAll<3>(raster, reorientation, result, stopped);
       break;
     case 4:
-      reorientAll<4>(raster, reorientation, result);
+      reorientAll<4>(raster, reorientation, result, stopped);
       break;
     case 6:
-      reorientAll<6>(raster, reorientation, result);
+      reorientAll<6>(raster, reorientation, result, stopped);
       break;
     case 8:
-      reorientAll<8>(raster, reorientation, result);
+      reorientAll<8>(raster, reorientation, result, stopped);
       break;
     default:
-      reorientAll<0>(raster, reorientation, result);
+      reorientAll<0>(raster, reorientation, result, stopped);
   }
   return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "imaging/base/interruption.h"
 #include "imaging/base/reorientation.h"
 #include "platform/bytes.h"
 
@@ -35,7 +36,7 @@ class Raster {
   Bytes samples_;
 };
 
-/// The raster reoriented; the same one when there is nothing to do.
-Raster reoriented(Raster raster, const Reorientation& reorientation);
+/// The raster reoriented; the same one when there is nothing to do. Throws ImageError, and Interrupted.
+Raster reoriented(Raster raster, const Reorientation& reorientation, const Stopped& stopped);
 
 }  // namespace kestrova::imaging

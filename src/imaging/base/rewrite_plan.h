@@ -2,6 +2,7 @@
 
 #include "imaging/base/image_error.h"
 #include "imaging/base/image_size.h"
+#include "imaging/base/interruption.h"
 #include "imaging/base/reorientation.h"
 #include "platform/bytes.h"
 
@@ -24,8 +25,9 @@ struct RewriteRequest {
 struct RewritePlan {
   PixelSize source;  ///< as stored
   PixelSize scaled;  ///< of the result, before it is turned
-  Reorientation reorientation;
+  Reorientation reorientation = {};
   bool resetOrientation = false;
+  Stopped stopped = {};  ///< asked in every step
 
   PixelSize result() const { return reoriented(scaled, reorientation); }
   bool scales() const { return scaled != source; }

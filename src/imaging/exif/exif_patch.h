@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/base/image_size.h"
+#include "imaging/base/interruption.h"
 #include "imaging/base/preview_turner.h"
 #include "platform/bytes.h"
 
@@ -19,8 +20,9 @@ struct ExifPatch {
 
 /// How to change a photo's metadata after its pixels.
 struct MetadataEdit {
-  ExifPatch exif;
-  PreviewTurner turnPreview;  ///< set when the pixels were turned
+  ExifPatch exif = {};
+  PreviewTurner turnPreview = {};  ///< set when the pixels were turned; may throw Interrupted
+  Stopped stopped = {};
 };
 
 /// Patches an Exif block (a TIFF 6.0 structure, without "Exif\0\0" before it) in place: Orientation (0x0112)

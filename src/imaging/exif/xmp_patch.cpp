@@ -50,6 +50,7 @@ void editXmp(Bytes& packet, const MetadataEdit& edit) {
   std::size_t copied = 0;
   constexpr std::size_t prefix = std::string_view("tiff").size();
   for (auto colon = text.find(':', prefix); colon != text.npos; colon = text.find(':', colon + 1)) {
+    throwIfStopped(edit.stopped);
     const std::string_view name = text.substr(colon - prefix);
     const auto restatement = std::ranges::find_if(
         restatements, [&](const Restatement& each) { return name.starts_with(each.property); });

@@ -34,18 +34,19 @@ struct JpegDecoder::Band {
   std::vector<JSAMPROW> rows_;
 };
 
-JpegDecoder::JpegDecoder(ByteView file, Profile profile) {
+JpegDecoder::JpegDecoder(ByteView file, const Options& options) : errors_(options.stopped) {
   info_.err = errors_.manager();
   errors_.guarded([this] { jpeg_create_decompress(&info_); });
+  info_.progress = errors_.progress();
   info_.mem->max_memory_to_use = maxWorkingBytes;
   try {
     errors_.guarded([&] {
       jpeg_mem_src(&info_, file.data(), file.size());
-      if (profile == Profile::read) jpeg_save_markers(&info_, jpeg_marker::app2, mostPayloadBytes);
+      if (options.readsProfile) jpeg_save_markers(&info_, jpeg_marker::app2, mostPayloadBytes);
       jpeg_read_header(&info_, TRUE);
     });
     requireAffordable(info_.image_width, info_.image_height);
-    if (profile == Profile::read) readProfile();
+    if (options.readsProfile) readProfile();
   } catch (...) {
     jpeg_destroy_decompress(&info_);
     throw;
@@ -110,8 +111,8 @@ void JpegDecoder::decode(const TakeRow& take) {
   errors_.guarded([this] { jpeg_finish_decompress(&info_); });
 }
 
-void verifyJpeg(ByteView file) {
-  JpegDecoder decoder(file);
+void verifyJpeg(ByteView file, const Stopped& stopped) {
+  JpegDecoder decoder(file, {.stopped = stopped});
   decoder.start(1);
   decoder.decode([](std::size_t, const std::uint8_t*) {});
 }

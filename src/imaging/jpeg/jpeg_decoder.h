@@ -20,18 +20,20 @@ class JpegDecoder {
     double samplesPerPixelY = 1;
   };
 
-  /// Whether the colour profile is read with the headers.
-  enum class Profile { skipped, read };
+  struct Options {
+    bool readsProfile = false;  ///< the colour profile, with the headers
+    Stopped stopped = {};       ///< where it says so, methods throw Interrupted
+  };
 
   /// Reads the headers. The file must outlive the decoder.
-  explicit JpegDecoder(ByteView file, Profile profile = Profile::skipped);
+  JpegDecoder(ByteView file, const Options& options);
   ~JpegDecoder() { jpeg_destroy_decompress(&info_); }
   JpegDecoder(const JpegDecoder&) = delete;
   JpegDecoder& operator=(const JpegDecoder&) = delete;
 
   PixelSize size() const { return {info_.image_width, info_.image_height}; }
   JpegFormat format() const;
-  /// The ICC profile; empty when it was skipped, or is absent or damaged.
+  /// The ICC profile; empty when it was not read, or is absent or damaged.
   const Bytes& profile() const { return profile_; }
   jpeg_decompress_struct& info() { return info_; }
   JpegErrors& errors() { return errors_; }
@@ -53,7 +55,8 @@ class JpegDecoder {
   Bytes profile_;
 };
 
-/// Decodes all pixels as cheaply as possible; throws ImageError if that fails or causes a warning.
-void verifyJpeg(ByteView file);
+/// Decodes all pixels as cheaply as possible; throws ImageError if that fails or causes a warning, and
+/// Interrupted.
+void verifyJpeg(ByteView file, const Stopped& stopped);
 
 }  // namespace kestrova::imaging

@@ -50,19 +50,20 @@ std::int64_t planeExtent(std::int64_t pixels, int samplingFactor, int maxSamplin
   return (pixels * samplingFactor + maxSamplingFactor - 1) / maxSamplingFactor;
 }
 
-Bytes encodeJpeg(const JpegFormat& format, const PixelSize& size, std::span<Raster> planes, int quality) {
+Bytes encodeJpeg(JpegPlanes& picture, int quality, const Stopped& stopped) {
+  std::vector<Raster>& planes = picture.planes;
   for (Raster& plane : planes) padRight(plane);
-  JpegCompressor compressor;
+  JpegCompressor compressor(stopped);
   auto& info = compressor.info();
   compressor.errors().guarded([&] {
-    configure(info, format, size, quality);
+    configure(info, picture.format, picture.size, quality);
     jpeg_start_compress(&info, TRUE);
   });
   std::vector<std::vector<JSAMPROW>> rows(planes.size());
   std::array<JSAMPARRAY, MAX_COMPONENTS> bands{};
   for (std::int64_t band = 0; info.next_scanline < info.image_height; ++band) {
     for (std::size_t i = 0; i < planes.size(); ++i) {
-      const std::int64_t count = DCTSIZE * format.components[i].vertical;
+      const std::int64_t count = DCTSIZE * picture.format.components[i].vertical;
       pointTo(planes[i], band * count, count, rows[i]);
       bands[i] = rows[i].data();
     }

@@ -2,22 +2,35 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace kestrova::imaging {
 
-JpegErrors::JpegErrors() {
+JpegErrors::JpegErrors(Stopped stopped) : stopped_(std::move(stopped)) {
   jpeg_std_error(&manager_);
   manager_.error_exit = leave;
   manager_.emit_message = [](j_common_ptr info, int level) {
     if (level < 0) leave(info);
   };
   manager_.output_message = [](j_common_ptr) {};
+  progress_.progress_monitor = leaveIfStopped;
 }
 
 void JpegErrors::leave(j_common_ptr info) {
-  auto* errors = reinterpret_cast<JpegErrors*>(info->err);
-  info->err->format_message(info, errors->message_.data());
-  std::longjmp(errors->escape_, 1);
+  info->err->format_message(info, self(info).message_.data());
+  std::longjmp(self(info).escape_, 1);
+}
+
+void JpegErrors::leaveIfStopped(j_common_ptr info) {
+  JpegErrors& errors = self(info);
+  if (!errors.stopped_ || !errors.stopped_()) return;
+  errors.isInterrupted_ = true;
+  std::longjmp(errors.escape_, 1);
+}
+
+void JpegErrors::throwReason() const {
+  if (isInterrupted_) throw Interrupted();
+  throw ImageError(message_.data());
 }
 
 int JpegFormat::maxHorizontal() const {
@@ -32,10 +45,11 @@ int JpegFormat::maxVertical() const {
   return most;
 }
 
-JpegCompressor::JpegCompressor() {
+JpegCompressor::JpegCompressor(const Stopped& stopped) : errors_(stopped) {
   info_.err = errors_.manager();
   errors_.guarded([this] {
     jpeg_create_compress(&info_);
+    info_.progress = errors_.progress();
     info_.mem->max_memory_to_use = maxWorkingBytes;
     jpeg_mem_dest(&info_, &written_, &size_);
   });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/base/image_error.h"
+#include "imaging/base/interruption.h"
 #include "platform/bytes.h"
 
 #include <array>
@@ -12,30 +13,40 @@
 // After <cstdio>, which it needs.
 #include <jpeglib.h>
 
-// What is needed to use libjpeg from C++: errors and warnings become ImageError, and memory is freed.
+// What is needed to use libjpeg from C++: errors and warnings become ImageError, a stop becomes Interrupted,
+// and memory is freed.
 namespace kestrova::imaging {
 
-/// libjpeg's error manager. A warning counts as an error: a photo that decodes only in part is not decoded.
+/// How libjpeg's work ends early: its error manager and its progress monitor. A warning counts as an error: a
+/// photo that decodes only in part is not decoded.
 class JpegErrors {
  public:
-  JpegErrors();
+  explicit JpegErrors(Stopped stopped);
   JpegErrors(const JpegErrors&) = delete;
   JpegErrors& operator=(const JpegErrors&) = delete;
 
   jpeg_error_mgr* manager() { return &manager_; }
+  /// Called for every row of blocks in every pass.
+  jpeg_progress_mgr* progress() { return &progress_; }
 
   /// Runs `call`, which calls libjpeg and has no objects with destructors: libjpeg leaves it with longjmp.
-  /// Throws ImageError from here, so that no C frame is unwound.
+  /// Throws ImageError or Interrupted from here, so that no C frame is unwound.
   template <class Call>
   [[gnu::noinline]] void guarded(const Call& call) {
-    if (setjmp(escape_) != 0) throw ImageError(message_.data());
+    if (setjmp(escape_) != 0) throwReason();
     call();
   }
 
  private:
+  static JpegErrors& self(j_common_ptr info) { return *reinterpret_cast<JpegErrors*>(info->err); }
   static void leave(j_common_ptr info);
+  static void leaveIfStopped(j_common_ptr info);
+  [[noreturn]] void throwReason() const;
 
   jpeg_error_mgr manager_{};  // first: libjpeg's pointer to it leads to the whole
+  jpeg_progress_mgr progress_{};
+  Stopped stopped_;
+  bool isInterrupted_ = false;
   std::jmp_buf escape_{};
   std::array<char, JMSG_LENGTH_MAX> message_{};
 };
@@ -59,7 +70,7 @@ struct JpegFormat {
 /// A compressor that writes into memory.
 class JpegCompressor {
  public:
-  JpegCompressor();
+  explicit JpegCompressor(const Stopped& stopped = {});
   ~JpegCompressor();
   JpegCompressor(const JpegCompressor&) = delete;
   JpegCompressor& operator=(const JpegCompressor&) = delete;

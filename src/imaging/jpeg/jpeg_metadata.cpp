@@ -58,6 +58,7 @@ Bytes joinJpeg(ByteView file, const JpegOutline& outline, ByteView pixels, const
   result.reserve(metadataBytes(outline) + pixels.size() + trailer.bytes().size());
   std::optional<std::size_t> index;
   for (const auto& segment : outline.metadata) {
+    throwIfStopped(edit.stopped);
     if (trailer.leavesOut(segment)) continue;
     if (trailer.isIndex(segment)) index = result.size() + segmentHeader;
     appendSegment(result, segment.marker, editedPayload(segment.marker, segment.in(file), edit));

@@ -41,7 +41,7 @@ void configure(jpeg_compress_struct& info, const JpegPixels& pixels, const JpegS
 }  // namespace
 
 JpegPixelDecoder::JpegPixelDecoder(ByteView file)
-    : decoder_(requireWhole(file), JpegDecoder::Profile::read),
+    : decoder_(requireWhole(file), {.readsProfile = true}),
       colorSpace_(decodedColors(decoder_.info().jpeg_color_space)) {}
 
 void JpegPixelDecoder::decode(const RowAt& rowAt) {

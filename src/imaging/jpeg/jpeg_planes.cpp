@@ -1,7 +1,6 @@
 #include "imaging/jpeg/jpeg_planes.h"
 
 #include "imaging/base/image_error.h"
-#include "imaging/jpeg/jpeg_encoder.h"
 #include "imaging/scale/raster_scaler.h"
 
 #include <algorithm>
@@ -124,7 +123,7 @@ RasterScaler scalerFor(const JpegDecoder& decoder, const JpegFormat& format, std
                        .source = {.factor = from.vertical, .max = source.maxVertical()},
                        .result = {.factor = to.vertical, .max = format.maxVertical()},
                        .mirrored = plan.reorientation.mirrorY};
-  return {mappingOf(across), mappingOf(down), PixelLayout{}};
+  return {mappingOf(across), mappingOf(down), PixelLayout{}, plan.stopped};
 }
 
 /// Throws ImageError unless the planes stay within the limits; while they are turned, there are two copies.
@@ -151,7 +150,8 @@ JpegPlanes decodePlanes(JpegDecoder& decoder, const RewritePlan& plan) {
     scalers.push_back(scalerFor(decoder, format, i, plan));
   decoder.decode([&](std::size_t component, const std::uint8_t* row) { scalers[component].push(row); });
   JpegPlanes result{.format = reoriented(format, plan.reorientation), .size = plan.result(), .planes = {}};
-  for (auto& scaler : scalers) result.planes.push_back(reoriented(scaler.take(), plan.reorientation));
+  for (auto& scaler : scalers)
+    result.planes.push_back(reoriented(scaler.take(), plan.reorientation, plan.stopped));
   return result;
 }
 

@@ -70,11 +70,13 @@ JBLOCKROW blockRow(jpeg_decompress_struct& info, jvirt_barray_ptr blocks, JDIMEN
 }
 
 /// Fills the result row by row from the top: the library does not allow a row to be skipped.
-void reorientComponent(jpeg_decompress_struct& info, const Component& component,
-                       const Reorientation& reorientation, const BlockReorientation& block) {
+void reorientComponent(jpeg_decompress_struct& info, const Component& component, const RewritePlan& plan,
+                       const BlockReorientation& block) {
+  const Reorientation& reorientation = plan.reorientation;
   const JDIMENSION rows = reorientation.transpose ? component.sourceColumns : component.sourceRows;
   const JDIMENSION columns = reorientation.transpose ? component.sourceRows : component.sourceColumns;
   for (JDIMENSION row = 0; row < rows; ++row) {
+    throwIfStopped(plan.stopped);
     const JBLOCKROW to = blockRow(info, component.result, row, true);
     JBLOCKROW from = nullptr;
     for (JDIMENSION column = 0; column < columns; ++column) {
@@ -135,12 +137,12 @@ bool reorientsLosslessly(JpegDecoder& decoder, const Reorientation& reorientatio
          (!reorientation.mirrorY || decoder.size().height % height == 0) && coefficientsFit(decoder.info());
 }
 
-Bytes reorientCoefficients(JpegDecoder& decoder, const Reorientation& reorientation) {
+Bytes reorientCoefficients(JpegDecoder& decoder, const RewritePlan& plan) {
   auto& info = decoder.info();
   std::vector<Component> components(static_cast<std::size_t>(info.num_components));
   decoder.errors().guarded([&] {
     for (std::size_t i = 0; i < components.size(); ++i) {
-      components[i].result = requestRoom(info, info.comp_info[i], reorientation);
+      components[i].result = requestRoom(info, info.comp_info[i], plan.reorientation);
     }
     jvirt_barray_ptr* sources = jpeg_read_coefficients(&info);
     for (std::size_t i = 0; i < components.size(); ++i) components[i].source = sources[i];
@@ -151,13 +153,13 @@ Bytes reorientCoefficients(JpegDecoder& decoder, const Reorientation& reorientat
     components[i].sourceRows = info.comp_info[i].height_in_blocks;
     results.push_back(components[i].result);
   }
-  const BlockReorientation block(reorientation);
+  const BlockReorientation block(plan.reorientation);
   for (const auto& component : components) {
-    decoder.errors().guarded([&] { reorientComponent(info, component, reorientation, block); });
+    decoder.errors().guarded([&] { reorientComponent(info, component, plan, block); });
   }
-  JpegCompressor compressor;
+  JpegCompressor compressor(plan.stopped);
   compressor.errors().guarded([&] {
-    configure(info, compressor.info(), reorientation);
+    configure(info, compressor.info(), plan.reorientation);
     jpeg_write_coefficients(&compressor.info(), results.data());
     jpeg_finish_compress(&compressor.info());
   });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imaging/base/reorientation.h"
+#include "imaging/base/rewrite_plan.h"
 #include "imaging/jpeg/jpeg_decoder.h"
 
 namespace kestrova::imaging {
@@ -10,7 +10,7 @@ namespace kestrova::imaging {
 bool reorientsLosslessly(JpegDecoder& decoder, const Reorientation& reorientation);
 
 /// The picture turned without decoding its pixels, with Huffman tables of its own and no application
-/// segments. The decoder must not have been started. Throws ImageError.
-Bytes reorientCoefficients(JpegDecoder& decoder, const Reorientation& reorientation);
+/// segments. The decoder must not have been started. Throws ImageError, and Interrupted.
+Bytes reorientCoefficients(JpegDecoder& decoder, const RewritePlan& plan);
 
 }  // namespace kestrova::imaging

@@ -25,14 +25,13 @@ constexpr std::int64_t smallPhotoPixels = 1'000'000;
 std::int64_t pixelsOf(const PixelSize& size) { return size.width * size.height; }
 
 Bytes newPixels(ByteView file, const RewritePlan& plan) {
-  std::optional<JpegDecoder> decoder(std::in_place, file);
+  std::optional<JpegDecoder> decoder(std::in_place, file, JpegDecoder::Options{.stopped = plan.stopped});
   if (decoder->size() != plan.source) throw ImageError("the frame header contradicts itself");
   if (!plan.scales() && reorientsLosslessly(*decoder, plan.reorientation))
-    return reorientCoefficients(*decoder, plan.reorientation);
+    return reorientCoefficients(*decoder, plan);
   JpegPlanes picture = decodePlanes(*decoder, plan);
   decoder.reset();  // so that its memory and the encoder's are not held at the same time
-  return encodeJpeg(picture.format, picture.size, picture.planes,
-                    plan.scales() ? scaledQuality : turnedQuality);
+  return encodeJpeg(picture, plan.scales() ? scaledQuality : turnedQuality, plan.stopped);
 }
 
 /// Replaces the pixels of a JPEG within its bytes; 0, without any change, if they do not fit.
@@ -44,16 +43,14 @@ std::size_t fitInto(std::span<std::uint8_t> bytes, const JpegOutline& outline, B
 }
 
 /// Turns a JPEG within its bytes at decreasing quality, then at decreasing size.
-std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outline, const PixelSize& size,
-                         const Reorientation& reorientation) {
+std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outline, RewritePlan plan) {
   for (const int divisor : {1, 2, 4, 8}) {
-    const PixelSize scaled{std::max<std::int64_t>(1, size.width / divisor),
-                           std::max<std::int64_t>(1, size.height / divisor)};
-    JpegDecoder decoder(bytes);
-    JpegPlanes picture =
-        decodePlanes(decoder, {.source = size, .scaled = scaled, .reorientation = reorientation});
+    plan.scaled = {std::max<std::int64_t>(1, plan.source.width / divisor),
+                   std::max<std::int64_t>(1, plan.source.height / divisor)};
+    JpegDecoder decoder(bytes, {.stopped = plan.stopped});
+    JpegPlanes picture = decodePlanes(decoder, plan);
     for (const int quality : {90, 80, 70, 60}) {
-      const Bytes pixels = encodeJpeg(picture.format, picture.size, picture.planes, quality);
+      const Bytes pixels = encodeJpeg(picture, quality, plan.stopped);
       if (const std::size_t length = fitInto(bytes, outline, pixels)) return length;
     }
   }
@@ -62,12 +59,12 @@ std::size_t turnCoarsely(std::span<std::uint8_t> bytes, const JpegOutline& outli
 
 }  // namespace
 
-PixelSize jpegSize(ByteView file) { return JpegDecoder(file).size(); }
+PixelSize jpegSize(ByteView file) { return JpegDecoder(file, {}).size(); }
 
 Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
   const JpegOutline outline = outlineJpeg(file);
   if (plan.keepsPixels()) {
-    verifyJpeg(file);
+    verifyJpeg(file, plan.stopped);
     Bytes result(file.begin(), file.end());
     patchJpeg(result, outline, edit.exif);
     return result;
@@ -76,14 +73,15 @@ Bytes rewriteJpeg(ByteView file, const RewritePlan& plan, const MetadataEdit& ed
 }
 
 std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& reorientation,
-                           std::int64_t mostPixels) {
+                           std::int64_t mostPixels, const Stopped& stopped) {
   try {
     const JpegOutline outline = outlineJpeg(bytes);
-    const PixelSize size = JpegDecoder(bytes).size();
+    const PixelSize size = jpegSize(bytes);
     if (pixelsOf(size) > mostPixels) return 0;
-    const RewritePlan plan{.source = size, .scaled = size, .reorientation = reorientation};
+    const RewritePlan plan{
+        .source = size, .scaled = size, .reorientation = reorientation, .stopped = stopped};
     const std::size_t length = fitInto(bytes, outline, newPixels(bytes, plan));
-    return length > 0 ? length : turnCoarsely(bytes, outline, size, reorientation);
+    return length > 0 ? length : turnCoarsely(bytes, outline, plan);
   } catch (const ImageError&) {
     return 0;  // what cannot be decoded cannot be turned
   }
@@ -92,8 +90,9 @@ std::size_t turnJpegWithin(std::span<std::uint8_t> bytes, const Reorientation& r
 PreviewTurner previewTurner(const RewritePlan& plan) {
   if (plan.reorientation.isNone()) return {};
   const std::int64_t mostPixels = std::max(pixelsOf(plan.source), smallPhotoPixels);
-  return [reorientation = plan.reorientation, mostPixels](std::span<std::uint8_t> preview) {
-    return turnJpegWithin(preview, reorientation, mostPixels);
+  return [reorientation = plan.reorientation, mostPixels,
+          stopped = plan.stopped](std::span<std::uint8_t> preview) {
+    return turnJpegWithin(preview, reorientation, mostPixels, stopped);
   };
 }
 

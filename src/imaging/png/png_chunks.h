@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/base/byte_reader.h"
+#include "imaging/base/interruption.h"
 #include "platform/bytes.h"
 
 #include <bit>
@@ -41,8 +42,9 @@ void visitPngChunks(ByteView file, Visit visit) {
   }
 }
 
-/// Throws ImageError when a chunk up to IEND is cut off or has a wrong checksum, or IEND is missing.
-void requireWholePng(ByteView file);
+/// Throws ImageError when a chunk up to IEND is cut off or has a wrong checksum, or IEND is missing; throws
+/// Interrupted.
+void requireWholePng(ByteView file, const Stopped& stopped = {});
 
 /// Appends a chunk with its checksum.
 void appendChunk(Bytes& file, std::string_view type, ByteView data);

@@ -95,7 +95,7 @@ void PngDecoder::expand() {
   format_.bitDepth = std::max(format_.bitDepth, 8);
 }
 
-void PngDecoder::decode(const std::function<void(const std::uint8_t* row)>& take) {
+void PngDecoder::decode(const TakeRow& take, const Stopped& stopped) {
   int passes = 1;
   errors_.guarded([&] {
     png_set_packing(png_);
@@ -107,22 +107,30 @@ void PngDecoder::decode(const std::function<void(const std::uint8_t* row)>& take
       static_cast<std::size_t>(format_.size.width) * static_cast<std::size_t>(format_.pixelBytes());
   if (png_get_rowbytes(png_, info_) != rowBytes) throw ImageError("the PNG's rows have an unexpected length");
   if (passes > 1) {
-    decodeInterlaced(passes, take);
+    decodeInterlaced(passes, take, stopped);
   } else {
-    Bytes row(rowBytes);
-    for (std::int64_t y = 0; y < format_.size.height; ++y) {
-      errors_.guarded([&] { png_read_row(png_, row.data(), nullptr); });
-      take(row.data());
-    }
+    decodeRows(take, stopped);
   }
   errors_.guarded([&] { png_read_end(png_, nullptr); });
 }
 
-void PngDecoder::decodeInterlaced(int passes, const std::function<void(const std::uint8_t* row)>& take) {
+void PngDecoder::decodeRows(const TakeRow& take, const Stopped& stopped) {
+  Bytes row(png_get_rowbytes(png_, info_));
+  for (std::int64_t y = 0; y < format_.size.height; ++y) {
+    throwIfStopped(stopped);
+    errors_.guarded([&] { png_read_row(png_, row.data(), nullptr); });
+    take(row.data());
+  }
+}
+
+void PngDecoder::decodeInterlaced(int passes, const TakeRow& take, const Stopped& stopped) {
   Raster raster(format_.size.width, format_.size.height, format_.pixelBytes());
   errors_.guarded([&] {
     for (int pass = 0; pass < passes; ++pass) {
-      for (std::int64_t y = 0; y < raster.height(); ++y) png_read_row(png_, raster.row(y), nullptr);
+      for (std::int64_t y = 0; y < raster.height(); ++y) {
+        throwIfStopped(stopped);
+        png_read_row(png_, raster.row(y), nullptr);
+      }
     }
   });
   for (std::int64_t y = 0; y < raster.height(); ++y) take(raster.row(y));
@@ -142,12 +150,15 @@ class PngEncoder {
   PngEncoder(const PngEncoder&) = delete;
   PngEncoder& operator=(const PngEncoder&) = delete;
 
-  Bytes encode(const PngFormat& format, const std::vector<png_color>& palette, const Raster& raster) {
+  Bytes encode(const PngPicture& picture, const Stopped& stopped) {
     errors_.guarded([&] {
-      begin(format, palette);
+      begin(picture.format, picture.palette);
       const int passes = png_set_interlace_handling(png_);
       for (int pass = 0; pass < passes; ++pass) {
-        for (std::int64_t y = 0; y < raster.height(); ++y) png_write_row(png_, raster.row(y));
+        for (std::int64_t y = 0; y < picture.raster.height(); ++y) {
+          throwIfStopped(stopped);
+          png_write_row(png_, picture.raster.row(y));
+        }
       }
       png_write_end(png_, info_);
     });
@@ -188,8 +199,8 @@ class PngEncoder {
 
 }  // namespace
 
-Bytes encodePng(const PngFormat& format, const std::vector<png_color>& palette, const Raster& raster) {
-  return PngEncoder().encode(format, palette, raster);
+Bytes encodePng(const PngPicture& picture, const Stopped& stopped) {
+  return PngEncoder().encode(picture, stopped);
 }
 
 }  // namespace kestrova::imaging

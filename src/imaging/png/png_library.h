@@ -70,14 +70,16 @@ class PngDecoder {
   /// Makes palettes decode to colours, grey of less than 8 bits to 8 bits, and a transparent colour to
   /// opacity.
   void expand();
-  /// Decodes all rows, from the top; samples of 16 bits in the machine's byte order.
-  void decode(const std::function<void(const std::uint8_t* row)>& take);
+  /// Decodes all rows, from the top; samples of 16 bits in the machine's byte order. Throws Interrupted.
+  using TakeRow = std::function<void(const std::uint8_t* row)>;
+  void decode(const TakeRow& take, const Stopped& stopped = {});
 
  private:
   static void read(png_structp png, png_bytep to, std::size_t count);
   void readHeaders(Wants wants);
   void readFormat();
-  void decodeInterlaced(int passes, const std::function<void(const std::uint8_t* row)>& take);
+  void decodeRows(const TakeRow& take, const Stopped& stopped);
+  void decodeInterlaced(int passes, const TakeRow& take, const Stopped& stopped);
 
   PngErrors errors_;
   ByteView rest_;
@@ -89,7 +91,14 @@ class PngDecoder {
 /// The ICC profile of a PNG; empty when there is none, or it is damaged.
 Bytes pngProfile(ByteView file);
 
-/// Encodes rows as PngDecoder returns them, with a palette if the format has one. Throws ImageError.
-Bytes encodePng(const PngFormat& format, const std::vector<png_color>& palette, const Raster& raster);
+/// The pixels of a PNG.
+struct PngPicture {
+  PngFormat format;
+  std::vector<png_color> palette;  ///< if the format has one
+  Raster raster;                   ///< rows as PngDecoder returns them
+};
+
+/// Throws ImageError, and Interrupted.
+Bytes encodePng(const PngPicture& picture, const Stopped& stopped);
 
 }  // namespace kestrova::imaging

@@ -33,12 +33,10 @@ bool isAnimated(ByteView file) {
   return found;
 }
 
-/// The result's pixels, and the kinds of these and the source's pixels.
+/// The result's pixels, and how the source's were stored.
 struct Picture {
   PngFormat source;
-  PngFormat format;
-  std::vector<png_color> palette;
-  Raster raster;
+  PngPicture result;
 };
 
 Picture decodePicture(ByteView file, const RewritePlan& plan) {
@@ -51,20 +49,20 @@ Picture decodePicture(ByteView file, const RewritePlan& plan) {
   const PixelLayout layout{.channels = format.channels(),
                            .bytesPerSample = format.bitDepth == 16 ? 2 : 1,
                            .alpha = (format.colorType & PNG_COLOR_MASK_ALPHA) != 0};
-  RasterScaler scaler(plan.source, plan.scaled, layout);
-  decoder.decode([&](const std::uint8_t* row) { scaler.push(row); });
+  RasterScaler scaler(plan, layout);
+  decoder.decode([&](const std::uint8_t* row) { scaler.push(row); }, plan.stopped);
   format.size = plan.result();
   return {.source = source,
-          .format = format,
-          .palette = decoder.palette(),
-          .raster = reoriented(scaler.take(), plan.reorientation)};
+          .result = {.format = format,
+                     .palette = decoder.palette(),
+                     .raster = reoriented(scaler.take(), plan.reorientation, plan.stopped)}};
 }
 
 /// Converts a background colour to the new format; makes it empty if it is invalid.
 void convertBackground(Bytes& data, const Picture& picture) {
   if (picture.source.colorType == PNG_COLOR_TYPE_PALETTE) {
-    const bool isKnown = data.size() == 1 && data[0] < picture.palette.size();
-    const png_color color = isKnown ? picture.palette[data[0]] : png_color{};
+    const bool isKnown = data.size() == 1 && data[0] < picture.result.palette.size();
+    const png_color color = isKnown ? picture.result.palette[data[0]] : png_color{};
     data = isKnown ? Bytes{0, color.red, 0, color.green, 0, color.blue} : Bytes();
   } else if (picture.source.bitDepth < 8 && data.size() == 2) {
     const int largest = (1 << picture.source.bitDepth) - 1;
@@ -76,14 +74,14 @@ void convertBackground(Bytes& data, const Picture& picture) {
 Bytes converted(const PngChunk& chunk, const Picture& picture) {
   const bool hadPalette = picture.source.colorType == PNG_COLOR_TYPE_PALETTE;
   const bool gainedAlpha =
-      ((picture.format.colorType & ~picture.source.colorType) & PNG_COLOR_MASK_ALPHA) != 0;
+      ((picture.result.format.colorType & ~picture.source.colorType) & PNG_COLOR_MASK_ALPHA) != 0;
   Bytes data(chunk.data.begin(), chunk.data.end());
   if (chunk.type == "tRNS" || (hadPalette && (chunk.type == "PLTE" || chunk.type == "hIST"))) {
     data.clear();
   } else if (chunk.type == "bKGD") {
     convertBackground(data, picture);
   } else if (chunk.type == "sBIT" && gainedAlpha) {
-    data.push_back(static_cast<std::uint8_t>(picture.format.bitDepth));
+    data.push_back(static_cast<std::uint8_t>(picture.result.format.bitDepth));
   }
   return data;
 }
@@ -109,8 +107,9 @@ void appendOther(Bytes& result, const PngChunk& chunk, const MetadataEdit& edit,
     appendChunk(result, chunk.type, *changed);
     return;
   }
-  const bool converts = picture != nullptr && (picture->format.colorType != picture->source.colorType ||
-                                               picture->format.bitDepth != picture->source.bitDepth);
+  const bool converts =
+      picture != nullptr && (picture->result.format.colorType != picture->source.colorType ||
+                             picture->result.format.bitDepth != picture->source.bitDepth);
   if (!converts) {
     append(result, chunk.whole);
     return;
@@ -134,6 +133,7 @@ Bytes joinPng(ByteView file, ByteView pixels, const MetadataEdit& edit, const Pi
   bool pixelsWritten = false;
   MetadataEdit remainingEdit = edit;
   visitPngChunks(file, [&](const PngChunk& chunk) {
+    throwIfStopped(edit.stopped);
     rest = file.subspan(static_cast<std::size_t>(chunk.whole.data() + chunk.whole.size() - file.data()));
     if (chunk.type == "IHDR") {
       appendAll(result, pixels, "IHDR");
@@ -157,14 +157,14 @@ PixelSize pngSize(ByteView file) {
 }
 
 Bytes rewritePng(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
-  requireWholePng(file);
+  requireWholePng(file, plan.stopped);
   if (plan.keepsPixels()) {
-    PngDecoder(file).decode([](const std::uint8_t*) {});
+    PngDecoder(file).decode([](const std::uint8_t*) {}, plan.stopped);
     return joinPng(file, file, edit, nullptr);
   }
   if (isAnimated(file)) throw ImageError("the PNG is an animation");
   const Picture picture = decodePicture(file, plan);
-  return joinPng(file, encodePng(picture.format, picture.palette, picture.raster), edit, &picture);
+  return joinPng(file, encodePng(picture.result, plan.stopped), edit, &picture);
 }
 
 }  // namespace kestrova::imaging

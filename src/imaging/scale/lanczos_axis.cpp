@@ -78,7 +78,8 @@ Weights gathered(const Weights& spread, int sourceCount) {
 
 }  // namespace
 
-LanczosAxis::LanczosAxis(const AxisMapping& mapping) : sourceCount_(mapping.sourceCount) {
+LanczosAxis::LanczosAxis(const AxisMapping& mapping, const Stopped& stopped)
+    : sourceCount_(mapping.sourceCount) {
   taps_ = roundedUp(mapping.interpolated ? tapsFor(spread(mapping)) / 2 + 3 : tapsFor(mapping));
   const auto results = static_cast<std::size_t>(mapping.resultCount);
   requireMemory(results * static_cast<std::size_t>(taps_) * sizeof(float));
@@ -86,6 +87,7 @@ LanczosAxis::LanczosAxis(const AxisMapping& mapping) : sourceCount_(mapping.sour
   count_.resize(results);
   weights_.resize(results * static_cast<std::size_t>(taps_));
   for (std::size_t i = 0; i < results; ++i) {
+    throwIfStopped(stopped);
     const int sample = static_cast<int>(i);
     const Weights weights = mapping.interpolated ? gathered(weigh(spread(mapping), sample), sourceCount_)
                                                  : weigh(mapping, sample);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/base/interruption.h"
+
 #include <cstddef>
 #include <vector>
 
@@ -29,7 +31,8 @@ inline AxisMapping wholeAxis(int sourceCount, int resultCount) {
 /// axis shrinks. Weights of a sample sum to 1; at the edges the weights inside the picture are scaled up.
 class LanczosAxis {
  public:
-  explicit LanczosAxis(const AxisMapping& mapping);
+  /// Throws ImageError when the weights would exceed the limits, and Interrupted.
+  explicit LanczosAxis(const AxisMapping& mapping, const Stopped& stopped = {});
 
   int resultCount() const { return static_cast<int>(first_.size()); }
   int sourceCount() const { return sourceCount_; }

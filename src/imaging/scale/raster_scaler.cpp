@@ -1,17 +1,20 @@
 #include "imaging/scale/raster_scaler.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestrova::imaging {
 
-RasterScaler::RasterScaler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout)
-    : raster_(x.resultCount, y.resultCount, layout.pixelBytes()) {
-  if (!x.isIdentity() || !y.isIdentity()) resampler_.emplace(x, y, layout);
+RasterScaler::RasterScaler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout,
+                           Stopped stopped)
+    : stopped_(std::move(stopped)), raster_(x.resultCount, y.resultCount, layout.pixelBytes()) {
+  if (!x.isIdentity() || !y.isIdentity()) resampler_.emplace(x, y, layout, stopped_);
 }
 
-RasterScaler::RasterScaler(const PixelSize& source, const PixelSize& result, const PixelLayout& layout)
-    : RasterScaler(wholeAxis(static_cast<int>(source.width), static_cast<int>(result.width)),
-                   wholeAxis(static_cast<int>(source.height), static_cast<int>(result.height)), layout) {}
+RasterScaler::RasterScaler(const RewritePlan& plan, const PixelLayout& layout)
+    : RasterScaler(wholeAxis(static_cast<int>(plan.source.width), static_cast<int>(plan.scaled.width)),
+                   wholeAxis(static_cast<int>(plan.source.height), static_cast<int>(plan.scaled.height)),
+                   layout, plan.stopped) {}
 
 void RasterScaler::push(const std::uint8_t* row) {
   if (!resampler_) {
@@ -19,7 +22,10 @@ void RasterScaler::push(const std::uint8_t* row) {
     return;
   }
   resampler_->push(row);
-  while (filled_ < raster_.height() && resampler_->pull(raster_.row(filled_))) ++filled_;
+  while (filled_ < raster_.height() && resampler_->pull(raster_.row(filled_))) {
+    throwIfStopped(stopped_);
+    ++filled_;
+  }
 }
 
 }  // namespace kestrova::imaging

@@ -20,9 +20,10 @@ int rowsHeld(const LanczosAxis& axis) {
 
 }  // namespace
 
-Resampler::Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout)
-    : x_(x),
-      y_(y),
+Resampler::Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout,
+                     const Stopped& stopped)
+    : x_(x, stopped),
+      y_(y, stopped),
       layout_(layout),
       paddedWidth_(static_cast<std::size_t>(x_.sourceCount() + x_.taps())),
       sourceRow_(channels() * paddedWidth_) {

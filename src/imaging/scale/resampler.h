@@ -23,8 +23,9 @@ struct PixelLayout {
 /// before they are narrowed: there are fewer of them then. One thread at a time.
 class Resampler {
  public:
-  /// Throws ImageError when the rows held would exceed the limits.
-  Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout);
+  /// Throws ImageError when the rows held would exceed the limits, and Interrupted.
+  Resampler(const AxisMapping& x, const AxisMapping& y, const PixelLayout& layout,
+            const Stopped& stopped = {});
 
   /// Takes the next source row.
   void push(const void* row);

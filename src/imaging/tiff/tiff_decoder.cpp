@@ -15,6 +15,8 @@ struct TiffDecoder::Tiles {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
   std::size_t rowBytes = 0;  ///< of a tile, as libtiff returns it
+  Bytes tile = {};           ///< the one that was decoded last
+  Raster band = {};          ///< the pixels of a row of tiles
 };
 
 namespace {
@@ -92,11 +94,11 @@ void TiffDecoder::requireSupported() {
   requireAffordable(format_.size.width, format_.size.height, format_.pixelBytes());
 }
 
-void TiffDecoder::decode(const TakeRow& take) {
+void TiffDecoder::decode(const TakeRow& take, const Stopped& stopped) {
   if (TIFFIsTiled(tiff_.get()) != 0) {
-    decodeTiles(take);
+    decodeTiles(take, stopped);
   } else {
-    decodeStrips(take);
+    decodeStrips(take, stopped);
   }
 }
 
@@ -117,7 +119,7 @@ void TiffDecoder::spread(const std::uint8_t* packed, std::int64_t pixels, int pl
   }
 }
 
-void TiffDecoder::decodeStrips(const TakeRow& take) {
+void TiffDecoder::decodeStrips(const TakeRow& take, const Stopped& stopped) {
   // Each plane has its own handle, so that each one is read from top to bottom.
   std::vector<std::unique_ptr<TiffHandle>> others;
   for (int plane = 1; plane < format_.planes(); ++plane)
@@ -132,6 +134,7 @@ void TiffDecoder::decodeStrips(const TakeRow& take) {
   Bytes row(static_cast<std::size_t>(format_.size.width) * static_cast<std::size_t>(format_.pixelBytes()));
   for (std::int64_t y = 0; y < format_.size.height; ++y) {
     for (int plane = 0; plane < format_.planes(); ++plane) {
+      throwIfStopped(stopped);
       TiffHandle& tiff = plane == 0 ? tiff_ : *others[static_cast<std::size_t>(plane - 1)];
       tiff.check(TIFFReadScanline(tiff.get(), packed.data(), static_cast<std::uint32_t>(y),
                                   static_cast<std::uint16_t>(plane)) == 1);
@@ -141,9 +144,10 @@ void TiffDecoder::decodeStrips(const TakeRow& take) {
   }
 }
 
-void TiffDecoder::decodeTiles(const TakeRow& take) {
-  const Tiles tiles{tiff_.number32(TIFFTAG_TILEWIDTH), tiff_.number32(TIFFTAG_TILELENGTH),
-                    static_cast<std::size_t>(TIFFTileRowSize64(tiff_.get()))};
+void TiffDecoder::decodeTiles(const TakeRow& take, const Stopped& stopped) {
+  Tiles tiles{.width = tiff_.number32(TIFFTAG_TILEWIDTH),
+              .height = tiff_.number32(TIFFTAG_TILELENGTH),
+              .rowBytes = static_cast<std::size_t>(TIFFTileRowSize64(tiff_.get()))};
   const auto needed = (std::size_t{tiles.width} *
                            static_cast<std::size_t>(format_.samplesPerPlane() * format_.bitsPerSample) +
                        7) /
@@ -153,27 +157,31 @@ void TiffDecoder::decodeTiles(const TakeRow& take) {
       size / tiles.height < tiles.rowBytes || size > static_cast<std::uint64_t>(maxWorkingBytes)) {
     throw ImageError("the TIFF's tiles have an unexpected size");
   }
-  Bytes tile(size);
-  Raster band(format_.size.width, std::min<std::int64_t>(tiles.height, format_.size.height),
-              format_.pixelBytes());
+  tiles.tile.resize(size);
+  tiles.band = Raster(format_.size.width, std::min<std::int64_t>(tiles.height, format_.size.height),
+                      format_.pixelBytes());
   const auto height = static_cast<std::uint32_t>(format_.size.height);
   for (std::uint32_t top = 0; top < height; top += std::min(tiles.height, height - top)) {
-    decodeBand(tiles, top, tile, band);
-    for (std::uint32_t y = 0; y < std::min(tiles.height, height - top); ++y) take(band.row(y));
+    decodeBand(tiles, top, stopped);
+    for (std::uint32_t y = 0; y < std::min(tiles.height, height - top); ++y) {
+      throwIfStopped(stopped);
+      take(tiles.band.row(y));
+    }
   }
 }
 
-void TiffDecoder::decodeBand(const Tiles& tiles, std::uint32_t top, Bytes& tile, Raster& band) {
+void TiffDecoder::decodeBand(Tiles& tiles, std::uint32_t top, const Stopped& stopped) {
   const auto width = static_cast<std::uint32_t>(format_.size.width);
-  const auto rows = std::min<std::int64_t>(band.height(), format_.size.height - top);
+  const auto rows = std::min<std::int64_t>(tiles.band.height(), format_.size.height - top);
   for (int plane = 0; plane < format_.planes(); ++plane) {
     for (std::uint32_t left = 0; left < width; left += std::min(tiles.width, width - left)) {
-      tiff_.check(TIFFReadTile(tiff_.get(), tile.data(), left, top, 0, static_cast<std::uint16_t>(plane)) >=
-                  0);
+      throwIfStopped(stopped);
+      tiff_.check(
+          TIFFReadTile(tiff_.get(), tiles.tile.data(), left, top, 0, static_cast<std::uint16_t>(plane)) >= 0);
       const std::uint32_t columns = std::min(tiles.width, width - left);
       for (std::int64_t y = 0; y < rows; ++y) {
-        spread(tile.data() + static_cast<std::size_t>(y) * tiles.rowBytes, columns, plane,
-               band.row(y) + std::size_t{left} * static_cast<std::size_t>(format_.pixelBytes()));
+        spread(tiles.tile.data() + static_cast<std::size_t>(y) * tiles.rowBytes, columns, plane,
+               tiles.band.row(y) + std::size_t{left} * static_cast<std::size_t>(format_.pixelBytes()));
       }
     }
   }

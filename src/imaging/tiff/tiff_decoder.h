@@ -18,9 +18,9 @@ class TiffDecoder {
   const TiffFormat& format() const { return format_; }
 
   /// Decodes all rows, from the top: samples of one byte (also those of less than 8 bits) or two,
-  /// interleaved. Throws ImageError.
+  /// interleaved. Throws ImageError, and Interrupted.
   using TakeRow = std::function<void(const std::uint8_t* row)>;
-  void decode(const TakeRow& take);
+  void decode(const TakeRow& take, const Stopped& stopped);
 
  private:
   struct Tiles;
@@ -29,9 +29,9 @@ class TiffDecoder {
   void readColorMap();
   void readExtraSamples();
   void requireSupported();
-  void decodeStrips(const TakeRow& take);
-  void decodeTiles(const TakeRow& take);
-  void decodeBand(const Tiles& tiles, std::uint32_t top, Bytes& tile, Raster& band);
+  void decodeStrips(const TakeRow& take, const Stopped& stopped);
+  void decodeTiles(const TakeRow& take, const Stopped& stopped);
+  void decodeBand(Tiles& tiles, std::uint32_t top, const Stopped& stopped);
   void spread(const std::uint8_t* packed, std::int64_t pixels, int plane, std::uint8_t* row) const;
 
   ByteView file_;

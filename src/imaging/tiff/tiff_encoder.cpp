@@ -93,11 +93,12 @@ void encodeRow(const TiffFormat& format, const std::uint8_t* row, int plane, Byt
   }
 }
 
-void encodeRows(TiffHandle& tiff, const TiffPicture& picture) {
+void encodeRows(TiffHandle& tiff, const TiffPicture& picture, const Stopped& stopped) {
   Bytes encoded(
       std::max(picture.raster.rowBytes(), static_cast<std::size_t>(TIFFScanlineSize64(tiff.get()))));
   for (int plane = 0; plane < picture.format.planes(); ++plane) {
     for (std::int64_t y = 0; y < picture.format.size.height; ++y) {
+      throwIfStopped(stopped);
       encodeRow(picture.format, picture.raster.row(y), plane, encoded);
       tiff.check(TIFFWriteScanline(tiff.get(), encoded.data(), static_cast<std::uint32_t>(y),
                                    static_cast<std::uint16_t>(plane)) == 1);
@@ -143,7 +144,8 @@ void setResolution(TIFF* tiff, const TiffFormat& format) {
 
 }  // namespace
 
-Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory) {
+Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory,
+                 const Stopped& stopped) {
   const TiffFormat& format = picture.format;
   TiffHandle tiff(format.bigEndian);
   const std::uint16_t compression = writableCompression(format);
@@ -152,7 +154,7 @@ Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t dire
   setResolution(tiff.get(), format);
   copyLook(TiffHandle(source, directory).get(), tiff.get());
   tiff.check();
-  encodeRows(tiff, picture);
+  encodeRows(tiff, picture, stopped);
   // Only the tags that the source has are set; defaults are left out.
   if (format.planarConfiguration == 0) TIFFUnsetField(tiff.get(), TIFFTAG_PLANARCONFIG);
   return tiff.finish();

@@ -5,7 +5,8 @@
 namespace kestrova::imaging {
 
 /// Encodes a picture in strips, in the compression of its format if that can be written, with the resolution
-/// and colour tags of a page of `source`. Throws ImageError.
-Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory);
+/// and colour tags of a page of `source`. Throws ImageError, and Interrupted.
+Bytes encodeTiff(const TiffPicture& picture, ByteView source, std::uint64_t directory,
+                 const Stopped& stopped);
 
 }  // namespace kestrova::imaging

@@ -71,15 +71,16 @@ TiffPicture decodeTiff(ByteView file, std::uint64_t directory, const RewritePlan
   RowExpander expander(decoder.format());
   TiffFormat format = plan.scales() ? expander.format() : decoder.format();
   requireAffordable(plan, format.pixelBytes());
-  RasterScaler scaler(plan.source, plan.scaled, layoutOf(format));
-  decoder.decode([&](const std::uint8_t* row) { scaler.push(plan.scales() ? expander.expand(row) : row); });
+  RasterScaler scaler(plan, layoutOf(format));
+  const auto take = [&](const std::uint8_t* row) { scaler.push(plan.scales() ? expander.expand(row) : row); };
+  decoder.decode(take, plan.stopped);
   format.size = plan.result();
   if (plan.reorientation.transpose) std::swap(format.resolution[0], format.resolution[1]);
-  return {format, reoriented(scaler.take(), plan.reorientation)};
+  return {format, reoriented(scaler.take(), plan.reorientation, plan.stopped)};
 }
 
-void verifyTiff(ByteView file, std::uint64_t directory) {
-  TiffDecoder(file, directory).decode([](const std::uint8_t*) {});
+void verifyTiff(ByteView file, std::uint64_t directory, const Stopped& stopped) {
+  TiffDecoder(file, directory).decode([](const std::uint8_t*) {}, stopped);
 }
 
 }  // namespace kestrova::imaging

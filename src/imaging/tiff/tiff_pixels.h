@@ -38,10 +38,11 @@ struct TiffPicture {
 };
 
 /// Decodes a page of a TIFF as the plan wants it: tiles, separate planes, less than 8 bits and palettes too.
-/// Scaled pictures have at least 8 bits a sample, and colours instead of a palette. Throws ImageError.
+/// Scaled pictures have at least 8 bits a sample, and colours instead of a palette. Throws ImageError,
+/// and Interrupted.
 TiffPicture decodeTiff(ByteView file, std::uint64_t directory, const RewritePlan& plan);
 
-/// Decodes all pixels of a page; throws ImageError when that cannot be done.
-void verifyTiff(ByteView file, std::uint64_t directory);
+/// Decodes all pixels of a page; throws ImageError when that cannot be done, and Interrupted.
+void verifyTiff(ByteView file, std::uint64_t directory, const Stopped& stopped);
 
 }  // namespace kestrova::imaging

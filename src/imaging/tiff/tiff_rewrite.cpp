@@ -13,8 +13,9 @@ namespace kestrova::imaging {
 namespace {
 
 /// The file with its pixels unchanged. Its first page states its size.
-Bytes patchedTiff(ByteView file, const TiffPages& pages, ExifPatch patch) {
-  verifyTiff(file, pages.largest().directory);
+Bytes patchedTiff(ByteView file, const TiffPages& pages, const MetadataEdit& edit) {
+  verifyTiff(file, pages.largest().directory, edit.stopped);
+  ExifPatch patch = edit.exif;
   patch.pixelSize = pages.first().size;
   Bytes result(file.begin(), file.end());
   patchExif(result, patch);
@@ -26,7 +27,7 @@ Bytes newTiff(ByteView file, const TiffPages& pages, const RewritePlan& plan, co
   const TiffPage& page = pages.largest();
   if (page.isReduced && page.hasSubDirectories)
     throw ImageError("the TIFF's pages are previews of a raw image");
-  const Bytes pixels = encodeTiff(decodeTiff(file, page.directory, plan), file, page.directory);
+  const Bytes pixels = encodeTiff(decodeTiff(file, page.directory, plan), file, page.directory, plan.stopped);
   std::optional<std::int64_t> orientation;
   if (page.directory != pages.first().directory) orientation = pages.orientationOf(page);
   Bytes result = withMetadata(pixels, file, edit, orientation);
@@ -46,7 +47,7 @@ ImageSize measureTiff(ByteView file) {
 RewrittenPhoto rewriteTiff(ByteView file, const RewritePlan& plan, const MetadataEdit& edit) {
   const TiffPages pages(file);
   const bool turnsNone = !plan.resetOrientation || pages.areUpright();
-  if (plan.keepsPixels() && turnsNone) return {.bytes = patchedTiff(file, pages, edit.exif)};
+  if (plan.keepsPixels() && turnsNone) return {.bytes = patchedTiff(file, pages, edit)};
   return {.bytes = newTiff(file, pages, plan, edit), .pagesLeftOut = pages.count() - 1};
 }
 

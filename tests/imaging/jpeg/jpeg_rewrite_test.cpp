@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -108,9 +109,11 @@ Bytes rgbJpeg(const PixelSize& size) {
     const auto pixel = static_cast<std::int64_t>(i / 3);
     planes[i % 3].row(pixel / size.width)[pixel % size.width] = pixels[i];
   }
-  const JpegFormat format{.colorSpace = JCS_RGB, .components = {{.id = 'R'}, {.id = 'G'}, {.id = 'B'}}};
+  JpegPlanes picture{.format = {.colorSpace = JCS_RGB, .components = {{.id = 'R'}, {.id = 'G'}, {.id = 'B'}}},
+                     .size = size,
+                     .planes = std::move(planes)};
   constexpr int quality = 95;
-  return encodeJpeg(format, size, planes, quality);
+  return encodeJpeg(picture, quality);
 }
 
 TEST(JpegRewrite, KeepsRedGreenAndBlueApart) {
