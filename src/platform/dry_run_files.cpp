@@ -41,12 +41,19 @@ std::uint64_t DryRunFiles::writtenBytes() const {
 }
 
 FileResult<FileAttributes> DryRunFiles::attributesOfItem(const Path& path) const {
-  {
-    const MutexLock lock(mutex_);
-    const auto found = items_.find(path.native());
-    if (found != items_.end()) return found->second;
-  }
+  if (auto known = remembered(path)) return *known;
   return real_->attributesOfItem(path);
+}
+
+FileStart DryRunFiles::readStart(const Path& path, std::size_t count) const {
+  FileStart start = real_->readStart(path, count);
+  if (auto known = remembered(path)) start.attributes = *known;
+  return start;
+}
+
+FileResult<bool> DryRunFiles::fileExists(const Path& path) const {
+  if (remembered(path)) return true;
+  return real_->fileExists(path);
 }
 
 FileResult<std::unique_ptr<Folder>> DryRunFiles::openFolder(const Path& path, FinalLink finalLink) const {
@@ -87,6 +94,13 @@ FileResult<void> DryRunFiles::checkFolderOf(const Path& file) const {
   if (!folder) return tl::make_unexpected(folder.error());
   if (!folder->isDirectory) return failure(ENOTDIR);
   return real_->checkTarget(file.parent_path());
+}
+
+std::optional<FileAttributes> DryRunFiles::remembered(const Path& path) const {
+  const MutexLock lock(mutex_);
+  const auto found = items_.find(path.native());
+  if (found == items_.end()) return std::nullopt;
+  return found->second;
 }
 
 void DryRunFiles::add(const Path& path, const FileAttributes& attributes) {

@@ -24,6 +24,8 @@ class DryRunFiles final : public FileManager {
   FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const override {
     return real_->readPrefix(path, count);
   }
+  FileStart readStart(const Path& path, std::size_t count) const override;
+  FileResult<bool> fileExists(const Path& path) const override;
   using FileManager::readFile;
   FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const override {
     return real_->readFile(path, check);
@@ -42,6 +44,7 @@ class DryRunFiles final : public FileManager {
   class Staged;
 
   FileResult<void> checkFolderOf(const Path& file) const;
+  std::optional<FileAttributes> remembered(const Path& path) const;
   void add(const Path& path, const FileAttributes& attributes);
 
   const std::shared_ptr<FileManager> real_;

@@ -54,6 +54,12 @@ struct FileAttributes {
   bool operator==(const FileAttributes&) const = default;
 };
 
+/// What is known of a file that was opened. Each may fail by itself.
+struct FileStart {
+  FileResult<FileAttributes> attributes;
+  FileResult<Bytes> bytes;
+};
+
 class Folder;
 
 /// What to do with a symbolic link at the end of a path.
@@ -122,6 +128,12 @@ class FileManager {
   /// At most the first `count` bytes of a regular file.
   virtual FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const = 0;
 
+  /// A file's attributes, and at most its first `count` bytes if it is a regular file. The file is opened
+  /// once.
+  virtual FileStart readStart(const Path& path, std::size_t count) const {
+    return {attributesOfItem(path), readPrefix(path, count)};
+  }
+
   /// A regular file's whole contents. The check may be absent.
   virtual FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const = 0;
   FileResult<Bytes> readFile(const Path& path) const { return readFile(path, nullptr); }
@@ -159,7 +171,7 @@ class FileManager {
 
   /// Whether a path leads to an item; symbolic links are followed. Fails if that cannot be determined: what
   /// cannot be looked up is not absent.
-  FileResult<bool> fileExists(const Path& path) const;
+  virtual FileResult<bool> fileExists(const Path& path) const;
   bool isDirectory(const Path& path) const;
 
   /// A whole copy under the name `to`, or none; an existing item there is left alone (`alreadyExists`).

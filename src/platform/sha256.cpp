@@ -1,5 +1,7 @@
 #include "platform/sha256.h"
 
+#include "platform/hex_digits.h"
+
 #include <array>
 #include <new>
 
@@ -17,12 +19,7 @@ std::string Sha256::take() {
   std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
   unsigned int length = 0;
   EVP_DigestFinal_ex(context_.get(), digest.data(), &length);
-  std::string text;
-  for (const unsigned char byte : ByteView(digest).first(length)) {
-    text += "0123456789abcdef"[byte >> 4];
-    text += "0123456789abcdef"[byte & 0xF];
-  }
-  return text;
+  return hexDigits(ByteView(digest).first(length));
 }
 
 std::string sha256Of(ByteView bytes) {

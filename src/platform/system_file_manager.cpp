@@ -12,7 +12,11 @@
 #include "platform/target_check.h"
 #include "platform/target_tree.h"
 
+#include <cerrno>
 #include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace kestrova {
 
@@ -34,14 +38,7 @@ class SystemFileManager final : public FileManager {
   explicit SystemFileManager(StagingChoice staging) : staging_(std::move(staging)) {}
 
   FileResult<FileAttributes> attributesOfItem(const Path& path) const override {
-    if (const auto tree = treeOf(path.parent_path()); tree && path.has_filename()) {
-      const auto folder = tree->enter(path.parent_path());
-      if (!folder) return tl::make_unexpected(folder.error());
-      return attributesAt(folder->get(), path.filename().c_str());
-    }
-    const auto address = PathAddress::of(path.native());
-    if (!address) return tl::make_unexpected(address.error());
-    return attributesAt(address->folder(), address->rest());
+    return withPlaceOf(path, attributesAt);
   }
 
   FileResult<std::unique_ptr<Folder>> openFolder(const Path& path, FinalLink finalLink) const override {
@@ -51,7 +48,22 @@ class SystemFileManager final : public FileManager {
   FileResult<Bytes> readPrefix(const Path& path, std::size_t count) const override {
     const auto source = openRegularFile(path);
     if (!source) return tl::make_unexpected(source.error());
-    return readStart(*source, count);
+    return kestrova::readStart(*source, count);
+  }
+
+  FileStart readStart(const Path& path, std::size_t count) const override {
+    const auto source = openRegularFile(path);
+    if (!source) return {attributesOfItem(path), tl::make_unexpected(source.error())};
+    return {attributesOf(source->status), kestrova::readStart(*source, count)};
+  }
+
+  FileResult<bool> fileExists(const Path& path) const override {
+    const auto found = withPlaceOf(path, [](int folder, const char* name) {
+      return ::faccessat(folder, name, F_OK, AT_EACCESS) == 0 ? FileResult<void>() : failure();
+    });
+    if (found) return true;
+    if (found.error().kind == FileError::Kind::notFound) return false;
+    return tl::make_unexpected(found.error());
   }
 
   FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const override {
@@ -97,10 +109,23 @@ class SystemFileManager final : public FileManager {
   }
 
  private:
-  /// The held target, if this folder is in it.
-  std::shared_ptr<TargetTree> treeOf(const Path& folder) const {
+  /// Calls `look(folder, rest)` with the path as an open folder and the rest from there.
+  template <typename Look>
+  auto withPlaceOf(const Path& path, const Look& look) const -> decltype(look(0, "")) {
+    if (const auto tree = treeOf(path); tree && path.has_filename() && tree->holds(path.parent_path())) {
+      const auto folder = tree->enter(path.parent_path());
+      if (!folder) return tl::make_unexpected(folder.error());
+      return look(folder->get(), path.filename().c_str());
+    }
+    const auto address = PathAddress::of(path.native());
+    if (!address) return tl::make_unexpected(address.error());
+    return look(address->folder(), address->rest());
+  }
+
+  /// The held target, if this path is in it.
+  std::shared_ptr<TargetTree> treeOf(const Path& path) const {
     auto tree = target_.get().lock();
-    return tree && tree->holds(folder) ? tree : nullptr;
+    return tree && tree->holds(path) ? tree : nullptr;
   }
 
   struct NewFile {

@@ -40,6 +40,19 @@ TEST(FileExists, CannotBeSaidBelowAFolderThatMayNotBeSearched) {
   EXPECT_FALSE(systemFileManager()->fileExists(root / "closed/file"));
 }
 
+TEST(FileExists, IsAnsweredBelowAHeldTargetAsElsewhere) {
+  const test::TemporaryFolder root;
+  const auto files = systemFileManager();
+  const auto held = files->holdTarget(root / "target");
+  EXPECT_FALSE(files->fileExists(root / "target/2014/a").value());
+  test::writeFile(root / "target/2014/a", "x");
+  EXPECT_TRUE(files->fileExists(root / "target/2014/a").value());
+  EXPECT_TRUE(files->fileExists(root / "target").value());
+  EXPECT_FALSE(files->fileExists(root / "target/2014/b").value());
+  EXPECT_FALSE(files->fileExists(root / "target/2014/a/b").value());
+  EXPECT_FALSE(files->fileExists(root / "target/2015/a").value());
+}
+
 TEST(FileExists, MustBeKnownBeforeAnythingIsCopied) {
   const test::TemporaryFolder root;
   const Path from = test::writeFile(root / "from", "x");

@@ -103,6 +103,32 @@ TEST(FileManager, ReadsAtMostAsMuchAsAskedFor) {
   EXPECT_EQ(textOf(files->readFile(path).value()), "12345");
 }
 
+TEST(FileManager, ReadsTheStartOfAFileTogetherWithItsAttributes) {
+  const TemporaryFolder root;
+  const auto files = systemFileManager();
+  const Path path = writeFile(root / "file", "12345");
+  fs::create_symlink("file", root / "link");
+  for (const Path& file : {path, root / "link"}) {
+    const FileStart start = files->readStart(file, 3);
+    EXPECT_EQ(textOf(start.bytes.value()), "123");
+    EXPECT_EQ(start.attributes.value().size, 5U);
+    EXPECT_EQ(start.attributes.value().modified, files->attributesOfItem(path).value().modified);
+    EXPECT_TRUE(start.attributes.value().isRegularFile);
+  }
+}
+
+TEST(FileManager, GivesTheAttributesOfWhatCannotBeRead) {
+  const TemporaryFolder root;
+  ASSERT_EQ(::mkfifo((root / "fifo").c_str(), 0666), 0);
+  const auto files = systemFileManager();
+  const FileStart fifo = files->readStart(root / "fifo", 3);
+  EXPECT_FALSE(fifo.bytes);
+  EXPECT_FALSE(fifo.attributes.value().isRegularFile);
+  EXPECT_TRUE(files->readStart(root.path(), 3).attributes.value().isDirectory);
+  EXPECT_EQ(files->readStart(root / "missing", 3).attributes.error().code, ENOENT);
+  EXPECT_EQ(files->readStart(root / "missing", 3).bytes.error().code, ENOENT);
+}
+
 TEST(FileManager, ReadsAFileThatHoldsMoreThanItsSizeSays) {
   const std::string maps = textOf(systemFileManager()->readPrefix("/proc/self/smaps", 20000).value());
   EXPECT_EQ(maps.size(), 20000U);

@@ -45,6 +45,22 @@ class FailingFileManager : public FileManager {
     return inner_->readPrefix(path, count);
   }
 
+  FileStart readStart(const Path& path, std::size_t count) const override {
+    const auto attributesError = ask(onAttributes, path);
+    const auto readError = ask(onRead, path);
+    FileStart start = inner_->readStart(path, count);
+    if (attributesError) start.attributes = tl::make_unexpected(*attributesError);
+    if (readError) start.bytes = tl::make_unexpected(*readError);
+    return start;
+  }
+
+  FileResult<bool> fileExists(const Path& path) const override {
+    const auto error = ask(onAttributes, path);
+    if (!error) return inner_->fileExists(path);
+    if (error->kind == FileError::Kind::notFound) return false;
+    return tl::make_unexpected(*error);
+  }
+
   using FileManager::readFile;
   FileResult<Bytes> readFile(const Path& path, const SourceCheck& check) const override {
     if (auto error = ask(onRead, path)) return tl::make_unexpected(*error);
