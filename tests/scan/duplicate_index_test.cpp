@@ -99,6 +99,12 @@ TEST_F(DuplicateIndex, FindsEveryFileOfALongList) {
     ASSERT_EQ(fileList.find(std::to_string(i), 7), pathOf("/b", i));
     ASSERT_EQ(hashList.find(pathOf("/a", i)), std::to_string(i));
   }
+  // Among that many there are two of the same short hash.
+  constexpr std::uint64_t many = 300000;
+  for (std::uint64_t i = count; i < many; ++i) fileList.add(std::to_string(i), pathOf("/b", i), 7);
+  for (std::uint64_t i = count; i < many; ++i) {
+    ASSERT_EQ(fileList.find(std::to_string(i), 7), pathOf("/b", i));
+  }
   EXPECT_EQ(fileList.find("", count), std::nullopt);
   EXPECT_EQ(fileList.find("0", 8), std::nullopt);
   EXPECT_EQ(hashList.find("/a0/7"), std::nullopt);
