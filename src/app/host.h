@@ -7,9 +7,12 @@
 
 #include <QString>
 #include <QStringList>
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <thread>
 
 namespace kestrova {
 
@@ -42,6 +45,9 @@ class AlertPanel {
   virtual int runModal(const Alert& alert) = 0;
 };
 
+/// One for each core, but not too many for one disk.
+inline std::size_t usualJobs() { return std::clamp(std::thread::hardware_concurrency(), 1U, 8U); }
+
 /// The program's surroundings: the host system and the front end. Any of the front end's parts may be absent.
 struct Host {
   std::shared_ptr<FileManager> files;
@@ -55,6 +61,8 @@ struct Host {
   std::function<Date()> now = currentDate;
   /// Where runs are recorded, see report::runsFolder; absent: they are not.
   std::optional<Path> runs = {};
+  /// How many threads may work on one stage of a run, at least 1.
+  std::size_t jobs = 1;
 };
 
 }  // namespace kestrova

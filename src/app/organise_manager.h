@@ -31,6 +31,7 @@
 
 namespace kestrova {
 
+class ExaminedAhead;
 struct PreparedPhoto;
 struct RewriteWishes;
 
@@ -202,7 +203,7 @@ class OrganiseManager : public Counters, public Outlets {
   void clearLabels(const InvocationOperation& operation);
   enum class WalkEnd { complete, cancelled, suspended };
   WalkEnd walkSources(const InvocationOperation& operation);
-  void takeFile(const WalkedFile& file);
+  void takeFile(const WalkedFile& file, const Sighting& sighting);
   void leaveFile(const WalkedFile& file);
   void addNew(const WalkedFile& file, const char* label);
   void addDuplicate(const WalkedFile& file, const Sighting& sighting);
@@ -233,9 +234,8 @@ class OrganiseManager : public Counters, public Outlets {
   // Planning
   void planFiles(const InvocationOperation& planner);
   void skipPlanning(const InvocationOperation& planner);
-  /// The run ends before this file and all after it.
-  void settleUnreached(std::size_t first);
-  void planOrSettle(std::size_t index, const InvocationOperation& planner);
+  void settleUnreachedFrom(std::size_t first);
+  void planOrSettle(std::size_t index, ExaminedAhead& ahead, const InvocationOperation& planner);
   PlanningContext planningContext() const;
   PlanningOptions planningOptions() const;
   void queueEntry(PlanEntry entry, const InvocationOperation& planner);

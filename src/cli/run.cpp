@@ -28,6 +28,7 @@ Host hostWith(std::shared_ptr<FileManager> files, bool isRecorded) {
   host.files = std::move(files);
   host.defaults = volatileUserDefaults();
   host.power = systemPowerAssertions();
+  host.jobs = usualJobs();
   if (isRecorded) host.runs = report::runsFolder();
   return host;
 }

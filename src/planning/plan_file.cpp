@@ -19,30 +19,21 @@ struct Source {
   PlannedSource planned;
 };
 
-Source examine(const Path& path, const PlanningContext& context, const FileManager& files) {
-  const auto extension = extensionOfPath(path);
-  Source source{
-      .path = path,
-      .extension = extension,
-      .facts = {.isPhoto = context.photos.holds(extension), .isVideo = context.videos.holds(extension)},
-      .planned = {}};
-  if (const auto attributes = files.attributesOfItem(path)) {
-    source.facts.size = attributes->size;
-    source.planned.modified = attributes->modified;
+void take(ExaminedFile& file, const FileResult<FileAttributes>& attributes) {
+  if (attributes) {
+    file.facts.size = attributes->size;
+    file.modified = attributes->modified;
   } else {
-    source.planned.readError = attributes.error().message;
+    file.readError = attributes.error().message;
   }
-  source.planned.size = source.facts.size;
-  return source;
 }
 
-ImageMetadata readMetadata(Source& source, const FileManager& files) {
-  const auto start = files.readPrefix(source.path, prefixLength);
-  if (!start) {
-    source.planned.readError = start.error().message;
-    return {};
+void take(ExaminedFile& file, const FileResult<Bytes>& start) {
+  if (start) {
+    file.metadata = imageMetadata(*start);
+  } else {
+    file.readError = start.error().message;
   }
-  return imageMetadata(*start);
 }
 
 void logSize(const ImageMetadata& metadata) {
@@ -90,13 +81,46 @@ Verdict verdictOn(const Source& source, const Path& target, const FileResult<boo
 
 }  // namespace
 
-tl::expected<PlanEntry, Verdict> planFile(const Path& file, const PlanningContext& context,
-                                          const FileManager& files) {
-  Source source = examine(file, context, files);
+ReadingOptions readingOptions(const PlanningContext& context) {
+  return {.photos = &context.photos,
+          .videos = &context.videos,
+          .filterSmallPhotos = context.options.filterSmallPhotos,
+          .filterSmallVideos = context.options.filterSmallVideos};
+}
+
+ExaminedFile examineFile(const Path& file, const ReadingOptions& options, const FileManager& files) {
+  const PlanningOptions filters{.filterSmallPhotos = options.filterSmallPhotos,
+                                .filterSmallVideos = options.filterSmallVideos};
+  const auto extension = extensionOfPath(file);
+  ExaminedFile examined{
+      .options = options,
+      .facts = {.isPhoto = options.photos->holds(extension), .isVideo = options.videos->holds(extension)}};
+  const bool mayBeLeftOut = isSmallFile(examined.facts, filters);  // its size is still 0
+  if (examined.facts.isPhoto && !mayBeLeftOut) {
+    const FileStart start = files.readStart(file, prefixLength);
+    take(examined, start.attributes);
+    take(examined, start.bytes);
+    return examined;
+  }
+  take(examined, files.attributesOfItem(file));
+  if (examined.facts.isPhoto && !isSmallFile(examined.facts, filters)) {
+    take(examined, files.readPrefix(file, prefixLength));
+  }
+  return examined;
+}
+
+tl::expected<PlanEntry, Verdict> planFile(const Path& file, const ExaminedFile& examined,
+                                          const PlanningContext& context, const FileManager& files) {
+  Source source{
+      .path = file,
+      .extension = extensionOfPath(file),
+      .facts = examined.facts,
+      .planned = {
+          .size = examined.facts.size, .modified = examined.modified, .readError = examined.readError}};
+  const ImageMetadata& metadata = examined.metadata;
   if (isSmallFile(source.facts, context.options)) return tl::unexpected(verdictOn(source, Outcome::small));
   if (isLogging()) log(QStringLiteral("IMAGE  ") + displayPath(file));
 
-  const auto metadata = source.facts.isPhoto ? readMetadata(source, files) : ImageMetadata();
   logSize(metadata);
   if (isSmallPicture(metadata, context.options)) return tl::unexpected(verdictOn(source, Outcome::small));
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kestrova {
 
@@ -17,6 +18,8 @@ struct Fingerprint {
   std::string readError = {};  ///< why it cannot be read, in UTF-8
 };
 Fingerprint readFingerprint(const FileManager& files, const Path& path);
+/// The same of several files, in their order. Much faster than one by one: see md5DigestsOf.
+std::vector<Fingerprint> readFingerprints(const FileManager& files, const std::vector<Path>& paths);
 
 /// The MD5 digest (RFC 1321) as 32 lowercase hexadecimal digits. Absent bytes count as none.
 std::string contentFingerprint(const std::optional<Bytes>& prefix);

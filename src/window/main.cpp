@@ -39,6 +39,7 @@ Host systemHost() {
   host.power = systemPowerAssertions();
   host.workspace = desktopWorkspace();
   host.runs = report::runsFolder();
+  host.jobs = usualJobs();
   return host;
 }
 

@@ -35,15 +35,14 @@ class PlanFile : public testing::Test {
     return path;
   }
   tl::expected<PlanEntry, Verdict> plan(const Path& file) {
-    return planFile(file,
-                    {.options = options,
-                     .photos = photos,
-                     .videos = videos,
-                     .months = months,
-                     .days = days,
-                     .target = target,
-                     .runStart = parseLocalTime(mayDay).value()},
-                    files);
+    const PlanningContext context{.options = options,
+                                  .photos = photos,
+                                  .videos = videos,
+                                  .months = months,
+                                  .days = days,
+                                  .target = target,
+                                  .runStart = parseLocalTime(mayDay).value()};
+    return planFile(file, examineFile(file, readingOptions(context), files), context, files);
   }
   /// Fails a call for this file only.
   static auto failingFor(const Path& file) {

@@ -63,7 +63,8 @@ std::vector<std::uint32_t> FakePowerAssertions::released() const {
   return released_;
 }
 
-HeadlessProgram::HeadlessProgram(std::shared_ptr<FileManager> files, std::shared_ptr<UserDefaults> defaults) {
+HeadlessProgram::HeadlessProgram(std::shared_ptr<FileManager> files, std::shared_ptr<UserDefaults> defaults,
+                                 std::size_t jobs) {
   std::filesystem::create_directories(source);
   std::filesystem::create_directories(target);
   Host host;
@@ -71,6 +72,7 @@ HeadlessProgram::HeadlessProgram(std::shared_ptr<FileManager> files, std::shared
   host.defaults = std::move(defaults);
   host.power = power;
   host.runs = runs;
+  host.jobs = jobs;
   host.now = [this] { return clock(); };
   interface = std::make_unique<MainInterface>(std::move(host));
   interface->lblStatus->didChange = [this] { statusTexts_ << status(); };

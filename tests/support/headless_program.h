@@ -49,7 +49,8 @@ class FakePowerAssertions : public PowerAssertions {
 class HeadlessProgram {
  public:
   explicit HeadlessProgram(std::shared_ptr<FileManager> files = systemFileManager(),
-                           std::shared_ptr<UserDefaults> defaults = volatileUserDefaults());
+                           std::shared_ptr<UserDefaults> defaults = volatileUserDefaults(),
+                           std::size_t jobs = 1);
   ~HeadlessProgram();
 
   TemporaryFolder folder;

@@ -1,5 +1,6 @@
 #include "app/organise_manager.h"
 #include "planning/calendar.h"
+#include "planning/examined_ahead.h"
 #include "planning/plan_file.h"
 #include "platform/file_url.h"
 #include "platform/log.h"
@@ -33,23 +34,27 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
 }
 
 void OrganiseManager::planFiles(const InvocationOperation& planner) {
+  ExaminedAhead ahead(fileList, *host_.files, host_.jobs - 1);
   for (std::size_t index = 0; index < fileList.size(); ++index) {
     if (planner.isCancelled()) {
       log(QStringLiteral("CANCELLLED"));
-      settleUnreached(index);
+      settleUnreachedFrom(index);
       return;
     }
     statusLine_.showForFile([index] { return QStringLiteral("Deciding operations %1").arg(index + 1); });
-    planOrSettle(index, planner);
+    planOrSettle(index, ahead, planner);
   }
   endPlanning(planner);
 }
 
 // A file that raises an exception, and all files after it, are not written in this run.
-void OrganiseManager::planOrSettle(std::size_t index, const InvocationOperation& planner) {
+void OrganiseManager::planOrSettle(std::size_t index, ExaminedAhead& ahead,
+                                   const InvocationOperation& planner) {
   const FileList::Entry file = fileList[index];
   try {
-    auto planned = planFile(file.path, planningContext(), *host_.files);
+    const PlanningContext context = planningContext();
+    const ExaminedFile examined = ahead.next(readingOptions(context));
+    auto planned = planFile(file.path, examined, context, *host_.files);
     if (planned) {
       queueEntry(*std::move(planned), planner);
     } else {
@@ -58,14 +63,14 @@ void OrganiseManager::planOrSettle(std::size_t index, const InvocationOperation&
     }
   } catch (const std::exception& error) {
     settle({.outcome = Outcome::failed, .source = file.path, .sourceSize = file.size, .error = error.what()});
-    settleUnreached(index + 1);
+    settleUnreachedFrom(index + 1);
     throw;
   }
 }
 
-void OrganiseManager::skipPlanning(const InvocationOperation&) { settleUnreached(0); }
+void OrganiseManager::skipPlanning(const InvocationOperation&) { settleUnreachedFrom(0); }
 
-void OrganiseManager::settleUnreached(std::size_t first) {
+void OrganiseManager::settleUnreachedFrom(std::size_t first) {
   for (std::size_t index = first; index < fileList.size(); ++index) {
     const FileList::Entry file = fileList[index];
     settle({.outcome = Outcome::notReached, .source = file.path, .sourceSize = file.size});

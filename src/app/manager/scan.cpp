@@ -1,6 +1,7 @@
 #include "app/organise_manager.h"
 #include "platform/log.h"
 #include "report/left_behind.h"
+#include "scan/fingerprints_ahead.h"
 #include "scan/folder_walk.h"
 #include "scan/media_classification.h"
 
@@ -35,12 +36,12 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
     log(QStringLiteral("CANCELLLED"));
     setStatus(QStringLiteral("Stopped"));
     releaseAssertion();
-    settleUnreached(0);
+    settleUnreachedFrom(0);
     return;
   }
   if (end == WalkEnd::suspended) {
     log(QStringLiteral("SUSPENDED"));
-    settleUnreached(0);
+    settleUnreachedFrom(0);
     endEarly(RunEnd::stopped);
     return;
   }
@@ -52,7 +53,7 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
   if (fileList.empty()) {
     endEarly(RunEnd::nothingFound);
   } else if (operation.isCancelled() || processQueue->isSuspended()) {
-    settleUnreached(0);
+    settleUnreachedFrom(0);
     endEarly(RunEnd::stopped);
   } else {
     queuePlanner(operation);
@@ -116,14 +117,25 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
       end = WalkEnd::suspended;
     return end == WalkEnd::complete;
   };
-  walk.visits = [this](const WalkedFile& file) { takeFile(file); };
+  FingerprintsAhead ahead(*host_.files, fileList, hashList, host_.jobs - 1);
+  walk.visits = [&](const WalkedFile& file) {
+    ahead.expect(file);
+    ahead.inTurn(file, [&](const WalkedFile& next) { takeFile(next, ahead.judge(next)); });
+  };
   companions = Companions();
-  if (tellsRows()) walk.leaves = [this](const WalkedFile& file) { leaveFile(file); };
-  walk.cannotRead = [this](const Path& path, const FileError& error) { tellUnreadable(path, error); };
+  if (tellsRows()) {
+    walk.leaves = [&](const WalkedFile& file) {
+      ahead.inTurn(file, [this](const WalkedFile& next) { leaveFile(next); });
+    };
+  }
+  walk.cannotRead = [&](const Path& path, const FileError& error) {
+    ahead.inTurn([this, path, error] { tellUnreadable(path, error); });
+  };
   for (const Path& source : sourcePathList.get()) {
     setStatus(QStringLiteral("Analyzing source folders"));
     if (!walkFolder(*host_.files, source, walk)) break;
   }
+  if (end == WalkEnd::complete) ahead.finish(walk.keepsGoing);
   companions.finish();
   return end;
 }
@@ -133,11 +145,9 @@ void OrganiseManager::leaveFile(const WalkedFile& file) {
   tellRow(leftBehindRow(file));
 }
 
-void OrganiseManager::takeFile(const WalkedFile& file) {
+void OrganiseManager::takeFile(const WalkedFile& file, const Sighting& sighting) {
   companions.see(file.path.native(), true);
   using Kind = Sighting::Kind;
-  const auto fingerprintOf = [this](const Path& path) { return readFingerprint(*host_.files, path); };
-  const Sighting sighting = judgeFile(fileList, hashList, file, fingerprintOf);
   switch (sighting.kind) {
     case Kind::newFile:
       addNew(file, "NEW : ");

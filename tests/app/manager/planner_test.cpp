@@ -213,6 +213,27 @@ TEST_F(Planner, ShowsNoProgressOfTheLastRunWhenItEnds) {
   EXPECT_EQ(controls().processBar->doubleValue(), 0);
 }
 
+TEST_F(Planner, ExaminesAFileAgainWhenTheFilterHasChangedSinceItWasExaminedAhead) {
+  writeVideo("a.mov", 500);
+  writeVideo("b.jpg", 15000);
+  test::HeadlessProgram several{files, volatileUserDefaults(), 4};
+  several.interface->comboFolderFormat->chooseItem(2);
+  several.interface->chkFilterSmallPhotos->performClick();
+  several.chooseFolders();
+  several.manager().addSource(program.source);
+  test::Gate beforeTheFirstTarget;
+  files->onAttributes = [&](const Path& path) -> std::optional<FileError> {
+    if (path.extension() == ".MOV") beforeTheFirstTarget.pass();
+    return std::nullopt;
+  };
+  several.press(several.interface->buttonStart);
+  several.waitUntil([&] { return beforeTheFirstTarget.isReached(); });
+  several.interface->chkFilterSmallPhotos->performClick();
+  beforeTheFirstTarget.open();
+  several.waitUntilEnded();
+  EXPECT_TRUE(std::filesystem::exists(several.target / "2015/01/01/PHOTO_20150101000000_15000.JPG"));
+}
+
 TEST_F(Planner, NumbersTheFilesThatItDecidesOn) {
   writeVideo("a.mov", 500);
   writeVideo("b.mov", 501);

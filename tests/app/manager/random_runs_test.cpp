@@ -101,6 +101,20 @@ TEST_P(RandomRuns, DoWhatADryRunSaid) {
   EXPECT_EQ(files->writtenBytes(), bytes);
 }
 
+TEST_P(RandomRuns, SayTheSameWithSeveralJobs) {
+  const auto rehearse = [this](std::size_t jobs) {
+    test::HeadlessProgram rehearsal{std::make_shared<DryRunFiles>(systemFileManager()),
+                                    volatileUserDefaults(), jobs};
+    rehearsal.clock = [] { return Date{.seconds = 1400680000}; };
+    std::vector<std::string> lines = asPlanned(run(rehearsal));
+    for (const QString& line : rehearsal.log.lines()) lines.push_back(line.toStdString());
+    return lines;
+  };
+  const auto said = rehearse(1);
+  EXPECT_EQ(rehearse(2), said);
+  EXPECT_EQ(rehearse(8), said);
+}
+
 TEST_P(RandomRuns, AreRecordedToTheLastFile) {
   const auto files = std::make_shared<test::FailingFileManager>();
   test::HeadlessProgram program{files};
