@@ -91,14 +91,14 @@ class OrganiseManager : public Counters, public Outlets {
   RelaxedAtomic<bool> haserror;
   RelaxedAtomic<bool> hasstopped;
 
-  /// Called with every file's verdict, once; set before a run, on the main thread.
+  // --- Listeners: set before a run, on the main thread; called by workers ---
+  /// Every file's verdict, once.
   VerdictListener verdictListener;
-  /// Called by the scan for every folder of the sources that could not be read completely: its contents are
-  /// unknown. A file gets a verdict instead. Set before a run, on the main thread.
+  /// Folders of the sources that the scan could not read completely; a file gets a verdict instead.
   std::function<void(const Path& path, const FileError& error)> unreadableListener;
-  /// Called with every row of the run's record, even if the run is not recorded. Called by workers; set
-  /// before a run, on the main thread.
+  /// Every row of the run's record. If the run is not recorded, rows of files only if they are listened to.
   std::function<void(const report::Row& row)> rowListener;
+  bool listensToFileRows = true;
 
   // --- Status line and clock ---
   /// Shows the text in the status line. Callable from any thread; texts appear in the order of the calls.

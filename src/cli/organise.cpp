@@ -44,6 +44,8 @@ report::RowSource rowsOf(const Summary& summary, const Findings& findings) {
 
 Verification verifyRun(const OrganiseArguments& arguments, const Summary& summary, Findings& findings,
                        const StopSignals& stop) {
+  if (summary.end == RunEnd::stopped)
+    return {.result = {}, .failure = "the run was stopped, and what it wrote is not verified"};
   if (!summary.recordFailure.empty())
     return {.result = {}, .failure = "the run cannot be verified, as its record is not whole"};
   findings.report.reset();  // its writer makes room for what replaces it
@@ -131,8 +133,7 @@ int run(const OrganiseArguments& arguments) {
     return organise(arguments, dryFiles ? dryFiles : files, {.stop = stop, .progress = progress}, findings);
   }();
   if (dryFiles) summary.space = Summary::Space{dryFiles->writtenBytes(), freeSpaceFor(arguments.target)};
-  if (verifies(arguments) && summary.end != RunEnd::stopped)
-    summary.verification = verifyRun(arguments, summary, findings, stop);
+  if (verifies(arguments)) summary.verification = verifyRun(arguments, summary, findings, stop);
   printResult(arguments, summary, findings.tally.remarks());
   return exitStatus(summary);
 }

@@ -56,7 +56,9 @@ void writeToStandardError(const QString& text) {
 QString progressLine(const Standing& standing, std::optional<seconds> timeLeft, int width) {
   QStringList parts;
   if (standing.phase == RunPhase::scanning) {
-    parts << QStringLiteral("%1 found, %2 duplicates").arg(standing.found.files).arg(standing.duplicates);
+    QString found = QStringLiteral("%1 found").arg(standing.found.files);
+    if (standing.duplicates) found += QStringLiteral(", %1 duplicates").arg(*standing.duplicates);
+    parts << found;
   } else {
     parts << bar(share(standing))
           << QStringLiteral("%1 of %2").arg(standing.settled.files).arg(standing.found.files);

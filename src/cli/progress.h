@@ -13,10 +13,10 @@ namespace kestrova::cli {
 /// How far a run is.
 struct Standing {
   RunPhase phase = RunPhase::scanning;
-  QString status = {};          ///< the status line's text
-  Amount found = {};            ///< what is to be organised, as far as it is known
-  std::int64_t duplicates = 0;  ///< files
-  Amount settled = {};          ///< of `found`, what is finished
+  QString status = {};                          ///< the status line's text
+  Amount found = {};                            ///< what is to be organised, as far as it is known
+  std::optional<std::int64_t> duplicates = {};  ///< files, where they are counted
+  Amount settled = {};                          ///< of `found`, what is finished
 };
 
 /// One line of at most `width` characters: bar, counts, time left, status.

@@ -175,7 +175,7 @@ QByteArray summaryJson(const Summary& summary) {
       {QStringLiteral("videosWithoutStill"), static_cast<qint64>(summary.videosWithoutStill)},
   };
   if (summary.space) putSpace(object, *summary.space);
-  if (summary.verification)
+  if (summary.verification && summary.verification->failure.empty())
     object.insert(QStringLiteral("atRisk"), jsonOf(summary.verification->result.amount));
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }

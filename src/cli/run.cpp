@@ -2,7 +2,6 @@
 
 #include "app/main_interface.h"
 #include "platform/main_queue.h"
-#include "platform/printable_text.h"
 #include "report/run_folder.h"
 
 #include <algorithm>
@@ -20,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto refreshInterval = std::chrono::milliseconds(100);
 
 std::string unusable(const Path& folder, const std::string& reason) {
-  return '"' + printableText(folder.native()).toStdString() + "\": " + reason;
+  return cli::quoted(folder.native()) + ": " + reason;
 }
 
 Host hostWith(std::shared_ptr<FileManager> files, bool isRecorded) {
@@ -161,6 +160,7 @@ Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager
   applyOptions(interface, arguments);
   interface.manager.verdictListener = [&](const Verdict& verdict) { findings.tally.add(verdict); };
   interface.manager.rowListener = [&](const report::Row& row) { findings.add(row); };
+  interface.manager.listensToFileRows = findings.takesFileRows();
   interface.manager.startProcess();
   const auto halted = waitForEnd(interface, findings.tally, terminal);
 

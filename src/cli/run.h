@@ -25,6 +25,8 @@ struct Findings {
   bool keepsRows = false;
   std::vector<report::Row> rows;  ///< all of them, where they are to be kept
 
+  /// Whether anything is done with rows of files.
+  bool takesFileRows() const { return report || keepsRows; }
   void add(const report::Row& row);
 };
 

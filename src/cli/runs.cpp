@@ -25,11 +25,19 @@ QString resultOf(const RecordedRun& run) {
 
 QString shown(const Path& path) { return printableText(path.native()); }
 
-// A list of texts; the record itself keeps the bytes of names that are none.
-QJsonArray jsonOf(const std::vector<Path>& paths) {
-  QJsonArray array;
-  for (const Path& path : paths) array.append(QString::fromStdString(path.native()));
-  return array;
+/// A list of texts. Where one of them is lossy, "sourcesBytes" has all of them in base64.
+void putSources(QJsonObject& object, const std::vector<Path>& sources) {
+  QJsonArray texts;
+  QJsonArray bytes;
+  bool isLossy = false;
+  for (const Path& source : sources) {
+    const QString text = QString::fromStdString(source.native());
+    isLossy = isLossy || text.toStdString() != source.native();
+    texts.append(text);
+    bytes.append(QString::fromLatin1(QByteArray::fromStdString(source.native()).toBase64()));
+  }
+  object.insert(QStringLiteral("sources"), texts);
+  if (isLossy) object.insert(QStringLiteral("sourcesBytes"), bytes);
 }
 
 QJsonObject jsonOf(const RecordedRun& run) {
@@ -37,8 +45,8 @@ QJsonObject jsonOf(const RecordedRun& run) {
                      {QStringLiteral("started"), QString::fromStdString(run.info.started)},
                      {QStringLiteral("ended"), QString::fromStdString(run.info.ended)},
                      {QStringLiteral("result"), resultOf(run)},
-                     {QStringLiteral("sources"), jsonOf(run.info.sources)},
                      {QStringLiteral("written"), report::jsonOf(run.written)}};
+  putSources(object, run.info.sources);
   report::putPath(object, QStringLiteral("target"), run.info.target);
   return object;
 }

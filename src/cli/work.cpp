@@ -24,8 +24,12 @@ report::ProgressListener Work::listener() {
     const auto now = Progress::Clock::now();
     if (now - shown_ < refreshInterval) return;
     shown_ = now;
-    progress_.show(
-        {.phase = RunPhase::executing, .status = status_, .found = work.total, .settled = work.done});
+    if (work.total.files == 0) {
+      progress_.show({.phase = RunPhase::scanning, .status = QStringLiteral("Listing"), .found = work.done});
+    } else {
+      progress_.show(
+          {.phase = RunPhase::executing, .status = status_, .found = work.total, .settled = work.done});
+    }
   };
 }
 

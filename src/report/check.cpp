@@ -58,7 +58,11 @@ class Check {
     FolderWalk walk;
     walk.wants = [](std::string_view) { return true; };
     walk.keepsGoing = [this] { return !isStopped(); };
-    walk.visits = visit;
+    walk.visits = [this, visit](const WalkedFile& file) {
+      listed_ += {1, static_cast<std::int64_t>(file.size)};
+      if (request_.progress) request_.progress({.done = listed_, .total = {}});
+      visit(file);
+    };
     return walk;
   }
 
@@ -147,6 +151,7 @@ class Check {
   std::vector<SourceFile> files_;
   std::vector<SizeGroup> groups_;  ///< in the order of their first source files, as those lie on the disk
   std::unordered_map<std::uint64_t, std::size_t> groupOfSize_;
+  Amount listed_;  ///< files of sources and target
   WorkProgress progress_;
   CheckResult result_;
 };

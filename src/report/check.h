@@ -19,7 +19,7 @@ struct CheckRequest {
   /// Called for each file that is neither photo nor video, if set.
   std::function<void(const Path& file)> leavesBehind = {};
   Stopped stopped = {};
-  ProgressListener progress = {};  ///< by the source files
+  ProgressListener progress = {};  ///< while folders are listed, by their files; then by the source files
 };
 
 /// A file of the sources that the target does not hold.

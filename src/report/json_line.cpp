@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <algorithm>
 #include <utility>
 
 #include <QUtf8StringView>
@@ -16,20 +17,32 @@ bool survivesAsText(std::string_view bytes) {
          !bytes.starts_with("\xEF\xBB\xBF");
 }
 
-void appendEscaped(std::string& line, char c) {
+bool needsEscape(char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; }
+
+void appendEscape(std::string& line, char c) {
   constexpr char digits[] = "0123456789abcdef";
   const auto byte = static_cast<unsigned char>(c);
-  if (c == '"' || c == '\\') {
-    line += '\\';
-    line += c;
-  } else if (c == '\n') {
-    line += "\\n";
+  line += '\\';
+  if (c == '\n') {
+    line += 'n';
   } else if (byte < 0x20) {
-    line += "\\u00";
+    line += "u00";
     line += digits[byte >> 4U];
     line += digits[byte & 0xFU];
   } else {
     line += c;
+  }
+}
+
+/// Nearly all texts need no escape, and are appended in one piece.
+void appendEscaped(std::string& line, std::string_view text) {
+  auto rest = text.begin();
+  while (rest != text.end()) {
+    const auto special = std::find_if(rest, text.end(), needsEscape);
+    line.append(rest, special);
+    if (special == text.end()) return;
+    appendEscape(line, *special);
+    rest = special + 1;
   }
 }
 
@@ -73,16 +86,18 @@ std::string JsonLine::takeObject() {
 
 void JsonLine::putKey(std::string_view key) {
   if (line_.size() > 1) line_ += ',';
-  line_.append(1, '"').append(key).append("\":");
+  line_ += '"';
+  line_ += key;
+  line_ += "\":";
 }
 
 void JsonLine::appendText(std::string_view text) {
   line_ += '"';
   if (survivesAsText(text)) {
-    for (const char c : text) appendEscaped(line_, c);
+    appendEscaped(line_, text);
   } else {
     const auto decoded = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-    for (const char c : decoded.toStdString()) appendEscaped(line_, c);
+    appendEscaped(line_, decoded.toStdString());
   }
   line_ += '"';
 }

@@ -13,6 +13,8 @@ namespace kestrova::report {
 /// QJsonDocument take many times as long. Keys are ASCII.
 class JsonLine {
  public:
+  JsonLine() { line_.reserve(usualLength); }
+
   /// What is not UTF-8 is lossy.
   void putText(std::string_view key, std::string_view text);
   void putNumber(std::string_view key, std::uint64_t number);
@@ -28,6 +30,8 @@ class JsonLine {
   std::string takeObject();
   void putKey(std::string_view key);
   void appendText(std::string_view text);
+
+  static constexpr std::size_t usualLength = 512;
 
   std::string line_ = "{";
 };

@@ -4,6 +4,7 @@
 #include "report/run_folder.h"
 #include "report/timestamps.h"
 
+#include <system_error>
 #include <utility>
 
 namespace kestrova::report {
@@ -21,9 +22,9 @@ Amount amountOf(const FileRow& row) {
 Amount amountOf(const UnreadableRow&) { return {1, 0}; }
 Amount amountOf(const LeftBehindRow& row) { return {1, signedSize(row.sourceSize)}; }
 
-std::string wordOf(const FileRow& row) { return std::string(traitsOf(row.verdict).word); }
-std::string wordOf(const UnreadableRow&) { return "unreadable-folders"; }
-std::string wordOf(const LeftBehindRow&) { return "left-behind"; }
+std::string_view wordOf(const FileRow& row) { return traitsOf(row.verdict).word; }
+std::string_view wordOf(const UnreadableRow&) { return "unreadable-folders"; }
+std::string_view wordOf(const LeftBehindRow&) { return "left-behind"; }
 
 }  // namespace
 
@@ -33,12 +34,10 @@ FileResult<std::unique_ptr<Recorder>> Recorder::begin(const Path& runs, RunInfo 
   if (!folder) return tl::make_unexpected(folder.error());
   info.started = utcText(start);
   std::unique_ptr<Recorder> recorder(new Recorder(systemFileManager(), *folder, std::move(info)));
-  const MutexLock lock(recorder->mutex_);
-  auto rows = RowFile::create(rowsFile(*folder), RowFile::Format::ndjson);
-  if (!rows) return tl::make_unexpected(rows.error());
-  recorder->rows_ = *std::move(rows);
-  if (const auto written = writeRunInfo(*recorder->files_, *folder, recorder->info_); !written) {
-    return tl::make_unexpected(written.error());
+  if (const auto created = recorder->createFiles(); !created) {
+    std::error_code error;  // what cannot be removed stays
+    std::filesystem::remove_all(*folder, error);
+    return tl::make_unexpected(created.error());
   }
   removeOldRuns(runs);
   return recorder;
@@ -46,6 +45,14 @@ FileResult<std::unique_ptr<Recorder>> Recorder::begin(const Path& runs, RunInfo 
 
 Recorder::Recorder(std::shared_ptr<FileManager> files, Path folder, RunInfo info)
     : files_(std::move(files)), folder_(std::move(folder)), info_(std::move(info)) {}
+
+FileResult<void> Recorder::createFiles() {
+  const MutexLock lock(mutex_);
+  auto rows = RowFile::create(rowsFile(folder_), RowFile::Format::ndjson);
+  if (!rows) return tl::make_unexpected(rows.error());
+  rows_ = *std::move(rows);
+  return writeRunInfo(*files_, folder_, info_);
+}
 
 void Recorder::add(const Row& row) {
   const MutexLock lock(mutex_);
@@ -73,15 +80,15 @@ std::optional<FileError> Recorder::error() const {
 }
 
 void Recorder::count(const Row& row) {
-  const auto counted =
-      std::visit([](const auto& kind) { return std::pair(std::string(wordOf(kind)), amountOf(kind)); }, row);
-  counts_[counted.first] += counted.second;
+  const auto [word, amount] =
+      std::visit([](const auto& kind) { return std::pair(wordOf(kind), amountOf(kind)); }, row);
+  counts_[word] += amount;
 }
 
 QJsonObject Recorder::counts() const {
   QJsonObject object;
   for (const auto& [word, amount] : counts_) {
-    object.insert(QString::fromStdString(word), jsonOf(amount));
+    object.insert(QLatin1String(word.data(), static_cast<qsizetype>(word.size())), jsonOf(amount));
   }
   return object;
 }

@@ -9,7 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 
 namespace kestrova::report {
 
@@ -18,7 +18,7 @@ namespace kestrova::report {
 class Recorder {
  public:
   /// Begins a record in a folder of its own below `runs`, and removes the oldest ones there. Of `info` the
-  /// start and what is known in the end only are filled in.
+  /// start and what is known in the end only are filled in. Where it fails, no folder stays.
   static FileResult<std::unique_ptr<Recorder>> begin(const Path& runs, RunInfo info,
                                                      std::chrono::sys_seconds start);
 
@@ -35,6 +35,7 @@ class Recorder {
  private:
   Recorder(std::shared_ptr<FileManager> files, Path folder, RunInfo info);
 
+  FileResult<void> createFiles();
   void count(const Row& row) REQUIRES(mutex_);
   QJsonObject counts() const REQUIRES(mutex_);
 
@@ -43,7 +44,7 @@ class Recorder {
   mutable Mutex mutex_;
   RunInfo info_ GUARDED_BY(mutex_);
   std::optional<RowFile> rows_ GUARDED_BY(mutex_);  ///< until the run's end: others see by it that it goes on
-  std::map<std::string, Amount> counts_ GUARDED_BY(mutex_);
+  std::map<std::string_view, Amount> counts_ GUARDED_BY(mutex_);  ///< by words that live for ever
   std::optional<FileError> error_ GUARDED_BY(mutex_);
 };
 

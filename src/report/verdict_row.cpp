@@ -3,6 +3,7 @@
 #include "report/timestamps.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace kestrova::report {
 
@@ -30,17 +31,17 @@ std::string textOf(const DateParts& date) {
 
 }  // namespace
 
-FileRow rowOf(const Verdict& verdict, const Path& targetFolder) {
-  FileRow row{.source = verdict.source,
+FileRow rowOf(Verdict verdict, const Path& targetFolder) {
+  FileRow row{.source = std::move(verdict.source),
               .verdict = verdict.outcome,
               .sourceSize = verdict.sourceSize,
               .targetSize = verdict.targetSize,
-              .original = verdict.original,
-              .sourceSha256 = verdict.sourceSha256,
-              .targetSha256 = verdict.targetSha256,
-              .reason = verdict.error,
+              .original = std::move(verdict.original),
+              .sourceSha256 = std::move(verdict.sourceSha256),
+              .targetSha256 = std::move(verdict.targetSha256),
+              .reason = std::move(verdict.error),
               .pagesLeftOut = static_cast<int>(verdict.pagesLeftOut),
-              .createdFolders = verdict.createdFolders};
+              .createdFolders = std::move(verdict.createdFolders)};
   if (verdict.target) row.target = relativeTo(targetFolder, *verdict.target);
   if (verdict.sourceModified) row.sourceModified = nanosecondsText(*verdict.sourceModified);
   if (verdict.targetModified) row.targetModified = nanosecondsText(*verdict.targetModified);

@@ -6,6 +6,6 @@
 namespace kestrova::report {
 
 /// What a record holds of a verdict. `targetFolder` is the run's.
-FileRow rowOf(const Verdict& verdict, const Path& targetFolder);
+FileRow rowOf(Verdict verdict, const Path& targetFolder);
 
 }  // namespace kestrova::report

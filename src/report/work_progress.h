@@ -9,7 +9,7 @@ namespace kestrova::report {
 /// How far a piece of work is.
 struct WorkProgress {
   Amount done;
-  Amount total;
+  Amount total;  ///< empty while it is being found out: `done` is then what has been found
 };
 
 /// Called after each file, on the caller's thread.

@@ -134,6 +134,23 @@ TEST_F(CliCheck, RecordsARescueAsARun) {
   EXPECT_THAT(readFile(report::rowsFile(runs / ids[0])), HasSubstr("\"target\":\"card/1.jpg\""));
 }
 
+TEST_F(CliCheck, LetsARescueBeTakenBack) {
+  writeFile(card / "DCIM/1.jpg", "one");
+  writeFile(card / "DCIM/2.HEIC", "two");
+  writeFile(refuge / "mine", "mine");
+  check({"--rescue", refuge});
+  ASSERT_THAT(filesBelow(refuge), ElementsAre("card/DCIM/1.jpg", "card/DCIM/2.HEIC", "mine"));
+  fs::remove(card / "DCIM/2.HEIC");
+  const auto undone = runProcess({KESTROVA_CLI, "undo", "--delete"}, environment());
+  EXPECT_EQ(undone.status, 1) << "one file is nowhere else any more";
+  EXPECT_THAT(filesBelow(refuge), ElementsAre("card/DCIM/2.HEIC", "mine"));
+  writeFile(card / "DCIM/2.HEIC", "two");
+  EXPECT_EQ(runProcess({KESTROVA_CLI, "undo", "--delete"}, environment()).status, 0);
+  EXPECT_THAT(filesBelow(refuge), ElementsAre("mine"));
+  EXPECT_FALSE(fs::exists(refuge / "card"));
+  EXPECT_THAT(filesBelow(card), ElementsAre("DCIM/1.jpg", "DCIM/2.HEIC"));
+}
+
 TEST_F(CliCheck, CountsAPhotoThatARecordBindsToItsRewrittenForm) {
   const Path photo = writeFile(card / "1.jpg", jpegPhoto({.width = 80, .height = 60}));
   const Path written = writeFile(tree / "2014/1.jpg", jpegPhoto({.width = 40, .height = 30}));

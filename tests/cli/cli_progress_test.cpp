@@ -35,6 +35,11 @@ TEST(CliProgress, CountsWhatAScanFinds) {
             "12 found, 3 duplicates  Analyzing source folders");
 }
 
+TEST(CliProgress, SaysNothingOfDuplicatesWhereNoneAreCounted) {
+  EXPECT_EQ(line({.phase = RunPhase::scanning, .status = QStringLiteral("Listing"), .found = {.files = 12}}),
+            "12 found  Listing");
+}
+
 TEST(CliProgress, DrawsABarOfWhatIsDone) {
   EXPECT_EQ(line(writing(5, 20)), "[=====>              ]  25%  5 of 20  Copying");
   EXPECT_EQ(line(writing(20, 20)), "[====================] 100%  20 of 20  Copying");

@@ -1,3 +1,4 @@
+#include "platform/append_file.h"
 #include "report/row.h"
 #include "support/process.h"
 #include "support/temporary_folder.h"
@@ -45,6 +46,14 @@ class CliRecord : public testing::Test {
     Words words{"--json"};
     words.insert(words.end(), more.begin(), more.end());
     return QJsonDocument::fromJson(QByteArray::fromStdString(organise(words).out)).object();
+  }
+  /// The only record is then as a run leaves it that has not ended. Returns its folder.
+  Path takeEndAway() const {
+    const Path info = state / filesBelow(state).at(1);
+    auto begun = QJsonDocument::fromJson(QByteArray::fromStdString(readFile(info))).object();
+    for (const char* key : {"ended", "result", "counts"}) begun.remove(QLatin1String(key));
+    writeFile(info, QJsonDocument(begun).toJson().toStdString());
+    return info.parent_path();
   }
   QJsonArray runs() const {
     return QJsonDocument::fromJson(QByteArray::fromStdString(run({"runs", "--json"}).out)).array();
@@ -120,14 +129,35 @@ TEST_F(CliRecord, ListsTheRunsFromTheNewestOn) {
 
 TEST_F(CliRecord, ListsARunThatBrokeOff) {
   organise();
-  const Path info = state / filesBelow(state).at(1);
-  auto begun = QJsonDocument::fromJson(QByteArray::fromStdString(readFile(info))).object();
-  for (const char* key : {"ended", "result", "counts"}) begun.remove(QLatin1String(key));
-  writeFile(info, QJsonDocument(begun).toJson().toStdString());
+  takeEndAway();
   const QJsonArray list = runs();
   ASSERT_EQ(list.size(), 1);
   EXPECT_EQ(list[0][QLatin1String("result")].toString(), QStringLiteral("broken-off"));
   EXPECT_EQ(list[0][QLatin1String("written")][QLatin1String("files")].toInt(), 2);
+}
+
+TEST_F(CliRecord, ListsARunThatIsGoingOn) {
+  organise();
+  const Path rows = takeEndAway() / "report.ndjson";
+  fs::remove(rows);
+  const auto writer = AppendFile::create(rows);
+  ASSERT_TRUE(writer);
+  EXPECT_EQ(runs()[0][QLatin1String("result")].toString(), QStringLiteral("running"));
+  EXPECT_THAT(run({"runs"}).out, HasSubstr("running"));
+}
+
+TEST_F(CliRecord, ListsTheBytesOfSourcesThatAreNotUtf8) {
+  const Path odd = root / "card\xff";
+  writeFile(odd / "a.jpg", "1");
+  run({"organise", in, odd, "--to", out});
+  organise();
+  const QJsonArray list = runs();
+  ASSERT_EQ(list.size(), 2);
+  EXPECT_FALSE(list[0].toObject().contains(QLatin1String("sourcesBytes")));
+  const QJsonArray bytes = list[1][QLatin1String("sourcesBytes")].toArray();
+  ASSERT_EQ(bytes.size(), 2);
+  EXPECT_EQ(QByteArray::fromBase64(bytes[0].toString().toLatin1()).toStdString(), in.native());
+  EXPECT_EQ(QByteArray::fromBase64(bytes[1].toString().toLatin1()).toStdString(), odd.native());
 }
 
 TEST_F(CliRecord, SaysWhatWasLeftBehind) {

@@ -64,6 +64,13 @@ class CliRun : public testing::Test {
 
 }  // namespace
 
+TEST_F(CliRun, KeepsTheRowsOfFilesWhereTheyAreWanted) {
+  arguments_.noRecord = true;
+  findings_.keepsRows = true;
+  organise();
+  EXPECT_THAT(findings_.rows, SizeIs(4));
+}
+
 TEST_F(CliRun, CompletesAndCountsEveryFile) {
   const Summary summary = organise();
   EXPECT_EQ(summary.end, RunEnd::completed);

@@ -115,6 +115,18 @@ TEST_P(CliStop, GivesUpAPhotoThatWouldTakeLong) {
   EXPECT_THAT(readFile(report), testing::HasSubstr("not-reached"));
 }
 
+TEST_P(CliStop, SaysThatAStoppedRunIsNotVerified) {
+  const Folders folders;
+  writeManyFiles(folders.in);
+  Process process(commandOf(folders.organising({"--verify", "--no-record", "--json"})), inUtc);
+  waitForFirstFile(process, folders.out);
+  process.send(GetParam());
+  const auto result = process.wait();
+  EXPECT_EQ(result.status, 130);
+  EXPECT_EQ(result.err, "kestrova-cli: the run was stopped, and what it wrote is not verified\n");
+  EXPECT_FALSE(jsonIn(result).contains(QLatin1String("atRisk")));
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, CliStop, testing::Values(SIGINT, SIGTERM));
 
 }  // namespace kestrova::test

@@ -15,6 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 MATCHER_P(IsAt, path, "") { return arg.source == path; }
+MATCHER_P2(IsProgress, done, total, "") { return arg.done == done && arg.total == total; }
 
 struct CheckTest : testing::Test {
   test::TemporaryFolder folder;
@@ -120,13 +121,15 @@ TEST_F(CheckTest, IsNotSafeWhenItWasStopped) {
 TEST_F(CheckTest, TellsHowFarItIs) {
   writeFile(card / "IMG_1.JPG", "one");
   writeFile(card / "IMG_2.JPG", "three");
-  std::vector<std::int64_t> done;
-  request.progress = [&](const WorkProgress& progress) {
-    EXPECT_EQ(progress.total, (Amount{2, 8}));
-    done.push_back(progress.done.bytes);
-  };
+  writeFile(tree / "a.jpg", "one");
+  std::vector<WorkProgress> told;
+  request.progress = [&](const WorkProgress& progress) { told.push_back(progress); };
   check();
-  EXPECT_THAT(done, ElementsAre(3, 8));
+  const Amount none;
+  const Amount all{2, 8};
+  EXPECT_THAT(told, ElementsAre(IsProgress(Amount{1, 3}, none), IsProgress(Amount{2, 8}, none),
+                                IsProgress(Amount{3, 11}, none), IsProgress(Amount{1, 3}, all),
+                                IsProgress(Amount{2, 8}, all)));
 }
 
 TEST_F(CheckTest, IsSafeWhereThereIsNothing) {

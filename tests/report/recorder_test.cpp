@@ -6,6 +6,8 @@
 
 #include <QJsonDocument>
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include <gmock/gmock.h>
 
@@ -105,6 +107,19 @@ TEST_F(RecorderTest, EndsEarlyOnAFullVolumeAndSaysSo) {
     }));
     EXPECT_EQ(whole, std::ranges::count(rows, '\n'));
     EXPECT_GT(whole, 100);
+  });
+  if (!ran) GTEST_SKIP() << "no volume can be mounted here";
+}
+
+TEST_F(RecorderTest, LeavesNoFolderWhereItCannotBegin) {
+  const bool ran = test::withSmallVolume(std::size_t{64} * 1024, [this](const Path& volume) {
+    runs = volume / "runs";
+    std::filesystem::create_directories(runs);
+    std::ofstream(volume / "filler") << std::string(100'000, 'x');  // as much as there is room for
+    const auto begun = Recorder::begin(runs, info, start);
+    ASSERT_FALSE(begun);
+    EXPECT_EQ(begun.error().kind, FileError::Kind::noSpace);
+    EXPECT_TRUE(std::filesystem::is_empty(runs));
   });
   if (!ran) GTEST_SKIP() << "no volume can be mounted here";
 }

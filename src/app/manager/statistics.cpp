@@ -68,7 +68,7 @@ void OrganiseManager::settle(Verdict verdict) {
   verdict.createdFolders = folderMaker_.takeCreated();
   count(verdict);
   if (verdictListener) verdictListener(verdict);
-  if (tellsRows()) tellRow(report::rowOf(verdict, runTarget_));
+  if (recorder_ || (rowListener && listensToFileRows)) tellRow(report::rowOf(std::move(verdict), runTarget_));
 }
 
 void OrganiseManager::count(const Verdict& verdict) {

@@ -141,6 +141,24 @@ TEST_F(Record, ThatCannotBeKeptStopsNoRun) {
   EXPECT_EQ(manager().recordFailure(), "Not a directory");
 }
 
+TEST_F(Record, IsToldToListenersRowByRow) {
+  int told = 0;
+  manager().rowListener = [&](const report::Row& row) { told += std::holds_alternative<FileRow>(row); };
+  program.run();
+  EXPECT_EQ(told, 5);
+}
+
+TEST_F(Record, ThatIsNotKeptHasNoRowsOfFilesForThoseWhoDoNotTakeThem) {
+  writeFile(program.runs, "a file in its way");
+  writeFile(program.source / "b.HEIC", "1234567");
+  std::vector<report::Row> told;
+  manager().rowListener = [&](const report::Row& row) { told.push_back(row); };
+  manager().listensToFileRows = false;
+  program.run();
+  ASSERT_THAT(told, SizeIs(1));
+  EXPECT_TRUE(std::holds_alternative<LeftBehindRow>(told[0]));
+}
+
 TEST_F(Record, HoldsTheSumsOfRewrittenPhotos) {
   const auto turned = test::jpegPhoto({.width = 640, .height = 480, .orientation = 6});
   const Path photo = writeFile(program.source / "turned.jpg", ByteView(turned));
