@@ -119,6 +119,7 @@ int run(const OrganiseArguments& arguments) {
   const auto dryFiles = arguments.dryRun ? std::make_shared<DryRunFiles>(files) : nullptr;
   if (const std::string reason = unusableFolder(arguments, *files); !reason.empty()) return refuse(reason);
 
+  StopSignals stop;  // before there are other threads: no signal is for them
   Findings findings;
   if (const std::string reason = openReport(arguments.report, findings); !reason.empty()) {
     return refuse(reason);
@@ -127,7 +128,6 @@ int run(const OrganiseArguments& arguments) {
   if (!arguments.quiet) print(stderr, noticesOf(overlapsOf(arguments.sources, arguments.target)));
 
   findings.keepsRows = verifies(arguments) && (arguments.noRecord || !report::runsFolder());
-  StopSignals stop;
   Summary summary = [&] {
     Progress progress(progressMode(arguments));
     return organise(arguments, dryFiles ? dryFiles : files, {.stop = stop, .progress = progress}, findings);

@@ -123,11 +123,17 @@ Summary summaryOf(const OrganiseManager& manager, const Findings& findings) {
   summary.unreadableFolders = findings.unreadable;
   summary.record = manager.recordFolder();
   summary.recordFailure = manager.recordFailure();
-  if (findings.report && findings.report->error()) summary.reportFailure = findings.report->error()->message;
+  if (const auto error = findings.reportError()) summary.reportFailure = error->message;
   return summary;
 }
 
 }  // namespace
+
+std::optional<FileError> Findings::reportError() const {
+  if (!report) return std::nullopt;
+  report->flush();
+  return report->error();
+}
 
 void Findings::add(const report::Row& row) {
   if (report) report->add(row);

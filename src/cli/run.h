@@ -7,7 +7,7 @@
 #include "report/left_behind.h"
 #include "report/row_file.h"
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,13 +21,15 @@ struct Findings {
   Tally tally;
   report::LeftBehind leftBehind;
   std::vector<report::UnreadableRow> unreadable;
-  std::optional<report::RowFile> report;  ///< takes all rows
+  std::unique_ptr<report::RowFile> report;  ///< takes all rows; null: nobody wants them
   bool keepsRows = false;
   std::vector<report::Row> rows;  ///< all of them, where they are to be kept
 
   /// Whether anything is done with rows of files.
   bool takesFileRows() const { return report || keepsRows; }
   void add(const report::Row& row);
+  /// Why the report does not hold every row so far.
+  std::optional<FileError> reportError() const;
 };
 
 /// What the user sees and sends while a run goes on.

@@ -2,6 +2,7 @@
 
 #include "platform/thread_annotations.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -43,6 +44,13 @@ class Condition {
     std::unique_lock lock(mutex.mutex_, std::adopt_lock);
     changed_.wait(lock);
     lock.release();
+  }
+  /// The same, but waits no longer than until then. False when that time has come.
+  bool waitUntil(Mutex& mutex, std::chrono::steady_clock::time_point time) REQUIRES(mutex) {
+    std::unique_lock lock(mutex.mutex_, std::adopt_lock);
+    const bool isNotified = changed_.wait_until(lock, time) == std::cv_status::no_timeout;
+    lock.release();
+    return isNotified;
   }
   void notifyOne() { changed_.notify_one(); }
   void notifyAll() { changed_.notify_all(); }

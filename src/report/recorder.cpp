@@ -58,13 +58,14 @@ void Recorder::add(const Row& row) {
   const MutexLock lock(mutex_);
   if (!rows_) return;
   rows_->add(row);
-  if (!error_) error_ = rows_->error();
   count(row);
 }
 
 void Recorder::end(std::string_view result, std::chrono::sys_seconds time) {
   const MutexLock lock(mutex_);
   if (!rows_) return;
+  rows_->flush();
+  error_ = rows_->error();
   rows_.reset();
   info_.ended = utcText(time);
   info_.result = result;
@@ -76,7 +77,7 @@ void Recorder::end(std::string_view result, std::chrono::sys_seconds time) {
 
 std::optional<FileError> Recorder::error() const {
   const MutexLock lock(mutex_);
-  return error_;
+  return rows_ ? rows_->error() : error_;
 }
 
 void Recorder::count(const Row& row) {

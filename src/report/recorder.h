@@ -22,6 +22,7 @@ class Recorder {
   static FileResult<std::unique_ptr<Recorder>> begin(const Path& runs, RunInfo info,
                                                      std::chrono::sys_seconds start);
 
+  /// The row reaches the file a fraction of a second later.
   void add(const Row& row);
 
   /// The run has ended; nothing after this is recorded.
@@ -43,7 +44,8 @@ class Recorder {
   const Path folder_;
   mutable Mutex mutex_;
   RunInfo info_ GUARDED_BY(mutex_);
-  std::optional<RowFile> rows_ GUARDED_BY(mutex_);  ///< until the run's end: others see by it that it goes on
+  /// Until the run's end: others see by it that the run goes on.
+  std::unique_ptr<RowFile> rows_ GUARDED_BY(mutex_);
   std::map<std::string_view, Amount> counts_ GUARDED_BY(mutex_);  ///< by words that live for ever
   std::optional<FileError> error_ GUARDED_BY(mutex_);
 };

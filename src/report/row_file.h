@@ -1,13 +1,19 @@
 #pragma once
 
 #include "platform/append_file.h"
+#include "platform/mutex.h"
 #include "report/row.h"
 
+#include <memory>
 #include <optional>
+#include <string>
+#include <thread>
 
 namespace kestrova::report {
 
-/// A growing file of rows: each is written when it is added, in one piece. Calls must not overlap.
+/// A growing file of rows. They are collected and reach the file in large pieces, a fraction of a second
+/// after they were added at the latest, written by a thread of its own: a disk that is busy with the run's
+/// files holds up nobody who adds rows. Callable from any thread.
 class RowFile {
  public:
   enum class Format { ndjson, csv };
@@ -17,21 +23,34 @@ class RowFile {
 
   /// Creates the file in an existing folder, readable by its user only. Fails with EEXIST when the name is
   /// taken.
-  static FileResult<RowFile> create(const Path& file, Format format);
+  static FileResult<std::unique_ptr<RowFile>> create(const Path& file, Format format);
+  /// Writes what is left.
+  ~RowFile();
+  RowFile(const RowFile&) = delete;
+  RowFile& operator=(const RowFile&) = delete;
 
   /// After a failure nothing is added any more, so that the file stays readable to its last whole line.
   void add(const Row& row);
 
-  /// The failure.
-  const std::optional<FileError>& error() const { return error_; }
+  /// Writes what has been added so far.
+  void flush();
+
+  /// Why rows could not be written.
+  std::optional<FileError> error() const;
 
  private:
-  RowFile(AppendFile file, Format format) : file_(std::move(file)), format_(format) {}
-  void append(const std::string& line);
+  RowFile(AppendFile file, Format format);
+  void writeFromTimeToTime();
+  void write() REQUIRES(mutex_);
 
-  AppendFile file_;
-  Format format_;
-  std::optional<FileError> error_;
+  const Format format_;
+  mutable Mutex mutex_;
+  Condition changed_;
+  AppendFile file_ GUARDED_BY(mutex_);
+  std::string collected_ GUARDED_BY(mutex_);
+  std::optional<FileError> error_ GUARDED_BY(mutex_);
+  bool isEnding_ GUARDED_BY(mutex_) = false;
+  std::thread writer_;
 };
 
 }  // namespace kestrova::report

@@ -27,7 +27,8 @@ RowReplacement::~RowReplacement() {
 void RowReplacement::add(const Row& row) { rows_->add(row); }
 
 FileResult<void> RowReplacement::finish() {
-  if (rows_->error()) return tl::make_unexpected(*rows_->error());
+  rows_->flush();
+  if (const auto error = rows_->error()) return tl::make_unexpected(*error);
   rows_.reset();
   auto replaced = replaceDurably(replacementOf(file_), file_);
   if (replaced) file_.clear();

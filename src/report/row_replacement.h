@@ -20,9 +20,9 @@ class RowReplacement {
   FileResult<void> finish();
 
  private:
-  RowReplacement(RowFile rows, Path file) : rows_(std::move(rows)), file_(std::move(file)) {}
+  RowReplacement(std::unique_ptr<RowFile> rows, Path file) : rows_(std::move(rows)), file_(std::move(file)) {}
 
-  std::optional<RowFile> rows_;
+  std::unique_ptr<RowFile> rows_;
   Path file_;  ///< empty: nothing is left to be removed
 };
 

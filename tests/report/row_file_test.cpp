@@ -3,7 +3,7 @@
 #include "report/csv_line.h"
 #include "support/temporary_folder.h"
 
-#include <sstream>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -27,20 +27,47 @@ TEST(RowFile, TellsItsFormatByTheName) {
   EXPECT_EQ(RowFile::formatOf("csv"), std::nullopt);
 }
 
-TEST(RowFile, HoldsEachRowAsSoonAsItIsAdded) {
+TEST(RowFile, HoldsWhatWasAddedBeforeAFlush) {
   const test::TemporaryFolder folder;
-  auto rows = RowFile::create(folder / "a.ndjson", RowFile::Format::ndjson).value();
-  rows.add(copied);
+  const auto rows = RowFile::create(folder / "a.ndjson", RowFile::Format::ndjson).value();
+  rows->add(copied);
+  rows->flush();
   EXPECT_EQ(readFile(folder / "a.ndjson"), lineOf(copied));
-  rows.add(left);
+  rows->add(left);
+  rows->flush();
   EXPECT_EQ(readFile(folder / "a.ndjson"), lineOf(copied) + lineOf(left));
-  EXPECT_FALSE(rows.error());
+  EXPECT_FALSE(rows->error());
+}
+
+TEST(RowFile, HoldsEachRowAfterAWhile) {
+  const test::TemporaryFolder folder;
+  const auto rows = RowFile::create(folder / "a.ndjson", RowFile::Format::ndjson).value();
+  for (const Row& row : {Row(copied), Row(left)}) {
+    const std::string before = readFile(folder / "a.ndjson");
+    rows->add(row);
+    while (readFile(folder / "a.ndjson") == before) std::this_thread::yield();
+  }
+  EXPECT_EQ(readFile(folder / "a.ndjson"), lineOf(copied) + lineOf(left));
+}
+
+TEST(RowFile, HoldsEveryRowInOrderWhenItIsClosed) {
+  const test::TemporaryFolder folder;
+  std::string lines;
+  auto rows = RowFile::create(folder / "a.ndjson", RowFile::Format::ndjson).value();
+  for (std::uint64_t size = 0; size < 2000; ++size) {
+    const LeftBehindRow row{.source = "/a", .extension = "heic", .sourceSize = size};
+    rows->add(row);
+    lines += lineOf(row);
+  }
+  rows.reset();
+  EXPECT_EQ(readFile(folder / "a.ndjson"), lines);
 }
 
 TEST(RowFile, BeginsATableWithTheNamesOfItsColumns) {
   const test::TemporaryFolder folder;
-  auto rows = RowFile::create(folder / "a.csv", RowFile::Format::csv).value();
-  rows.add(copied);
+  const auto rows = RowFile::create(folder / "a.csv", RowFile::Format::csv).value();
+  rows->add(copied);
+  rows->flush();
   EXPECT_EQ(readFile(folder / "a.csv"), csvHeader() + csvLineOf(copied));
   EXPECT_THAT(csvHeader(), StartsWith("kind,verdict,source,target,"));
   EXPECT_THAT(csvLineOf(copied), StartsWith("file,copied,/a.jpg,b.jpg,3,,"));
