@@ -56,9 +56,8 @@ tl::expected<CheckArguments, std::string> parseCheck(Words words, const Path& cu
   parser.path("--rescue", "a folder", arguments.rescue);
   parser.flag("--json", arguments.json);
   if (const Step parsed = parser.parse(words); !parsed) return tl::unexpected(parsed.error());
-  if (arguments.sources.empty()) return tl::unexpected(std::string("no source folder is given"));
-  if (arguments.target.empty())
-    return tl::unexpected(std::string("no target folder is given: --in FOLDER names it"));
+  if (const Step given = requireFolders(arguments.sources, arguments.target, "--in"); !given)
+    return tl::unexpected(given.error());
   return arguments;
 }
 
@@ -71,7 +70,7 @@ int run(const CheckArguments& arguments) {
   std::vector<Path> wanted;
   outcome.check = check(arguments, files, stop, wanted);
   if (!arguments.rescue.empty() && !outcome.check.wasStopped) {
-    for (const report::Missing& missing : outcome.check.missing) wanted.push_back(missing.source);
+    for (const report::PathReason& missing : outcome.check.missing) wanted.push_back(missing.path);
     outcome.rescued = rescue({arguments.sources, std::move(wanted), arguments.rescue}, *files, stop);
   }
   print(stdout, arguments.json ? checkJson(outcome).toStdString() : checkText(outcome).toStdString());

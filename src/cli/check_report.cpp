@@ -1,10 +1,8 @@
 #include "cli/check_report.h"
 
+#include "cli/output.h"
 #include "platform/printable_text.h"
-#include "report/json_amount.h"
-#include "report/json_path.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
@@ -13,7 +11,7 @@ namespace kestrova::cli {
 
 namespace {
 
-using report::Missing;
+const auto sourceKey = QStringLiteral("source");
 
 /// 1,204
 QString number(std::int64_t count) {
@@ -22,10 +20,10 @@ QString number(std::int64_t count) {
 
 QString shown(const Path& path) { return printableText(path.native()); }
 
-QString lines(const std::vector<Missing>& files) {
+QString lines(const std::vector<report::PathReason>& files) {
   QString text;
-  for (const Missing& file : files) {
-    text += QStringLiteral("%1: %2\n").arg(shown(file.source), printableText(file.reason));
+  for (const auto& [path, reason] : files) {
+    text += QStringLiteral("%1: %2\n").arg(shown(path), printableText(reason));
   }
   return text;
 }
@@ -74,34 +72,10 @@ QString lastSentence(const CheckOutcome& outcome) {
   return outcome.isSafe() ? safeSentence(outcome) : unsafeSentence(outcome);
 }
 
-QJsonArray array(const std::vector<Missing>& files) {
-  QJsonArray array;
-  for (const Missing& file : files) {
-    QJsonObject object{{QStringLiteral("reason"), QString::fromStdString(file.reason)}};
-    report::putPath(object, QStringLiteral("source"), file.source);
-    array.append(object);
-  }
-  return array;
-}
-
-QJsonObject leftBehindObject(const report::LeftBehind& leftBehind) {
-  QJsonObject object;
-  for (const auto& [extension, amount] : leftBehind.byExtension()) {
-    object.insert(printableText(extension), report::jsonOf(amount));
-  }
-  return object;
-}
-
 QJsonObject rescueObject(const report::RescueResult& rescued) {
-  QJsonArray failed;
-  for (const auto& [source, reason] : rescued.failed) {
-    QJsonObject object{{QStringLiteral("reason"), QString::fromStdString(reason)}};
-    report::putPath(object, QStringLiteral("source"), source);
-    failed.append(object);
-  }
   return {{QStringLiteral("copied"), static_cast<qint64>(rescued.copied)},
           {QStringLiteral("alreadyThere"), static_cast<qint64>(rescued.alreadyThere)},
-          {QStringLiteral("failed"), failed}};
+          {QStringLiteral("failed"), report::jsonOf(rescued.failed, sourceKey)}};
 }
 
 }  // namespace
@@ -120,21 +94,16 @@ QByteArray checkJson(const CheckOutcome& outcome) {
       {QStringLiteral("result"), outcome.isSafe() ? QStringLiteral("safe") : QStringLiteral("not-safe")},
       {QStringLiteral("files"), static_cast<qint64>(outcome.check.files)},
       {QStringLiteral("safe"), static_cast<qint64>(outcome.check.safe)},
-      {QStringLiteral("missing"), array(outcome.check.missing)},
-      {QStringLiteral("unreadable"), array(outcome.check.unreadable)},
-      {QStringLiteral("leftBehind"), leftBehindObject(outcome.check.leftBehind)},
+      {QStringLiteral("missing"), report::jsonOf(outcome.check.missing, sourceKey)},
+      {QStringLiteral("unreadable"), report::jsonOf(outcome.check.unreadable, sourceKey)},
+      {QStringLiteral("leftBehind"), report::jsonOf(outcome.check.leftBehind)},
   };
   if (outcome.rescued) object.insert(QStringLiteral("rescued"), rescueObject(*outcome.rescued));
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
 QString rescueErrors(const CheckOutcome& outcome) {
-  QString text;
-  if (!outcome.rescued) return text;
-  for (const auto& [source, reason] : outcome.rescued->failed) {
-    text += QStringLiteral("kestrova-cli: not rescued: %1: %2\n").arg(shown(source), printableText(reason));
-  }
-  return text;
+  return outcome.rescued ? problemLines("not rescued: ", outcome.rescued->failed) : QString();
 }
 
 int exitStatus(const CheckOutcome& outcome) {

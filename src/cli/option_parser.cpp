@@ -31,6 +31,12 @@ tl::expected<Path, std::string> absolutePath(const Path& path, const Path& curre
 
 std::string quoted(std::string_view bytes) { return '"' + printableText(bytes).toStdString() + '"'; }
 
+Step requireFolders(const std::vector<Path>& sources, const Path& target, std::string_view targetOption) {
+  if (sources.empty()) return error("no source folder is given");
+  if (target.empty()) return error("no target folder is given: ", targetOption, " FOLDER names it");
+  return {};
+}
+
 std::string alternatives(std::span<const std::string_view> texts) {
   std::string list;
   for (std::size_t i = 0; i < texts.size(); ++i) {

@@ -26,6 +26,9 @@ std::string alternatives(std::span<const std::string_view> texts);
 /// The bytes in double quotes, safe for a terminal.
 std::string quoted(std::string_view bytes);
 
+/// Fails where there is no source or no target, whose option is named to the user.
+Step requireFolders(const std::vector<Path>& sources, const Path& target, std::string_view targetOption);
+
 /// Reads the options and operands of one command into the fields that are named to it, which must outlive it.
 /// Fields without a word keep their values. No file is accessed.
 class OptionParser {

@@ -100,10 +100,8 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   parser.flag("--quiet", arguments.quiet);
   parser.flag("--log", arguments.log);
   if (const Step parsed = parser.parse(words); !parsed) return tl::unexpected(parsed.error());
-  if (arguments.sources.empty()) return tl::unexpected(std::string("no source folder is given"));
-  if (arguments.target.empty()) {
-    return tl::unexpected(std::string("no target folder is given: --to FOLDER names it"));
-  }
+  if (const Step given = requireFolders(arguments.sources, arguments.target, "--to"); !given)
+    return tl::unexpected(given.error());
   if (!arguments.report.empty() && !report::RowFile::formatOf(arguments.report)) {
     return tl::unexpected(std::string("--report takes a file whose name ends in .ndjson or .csv"));
   }

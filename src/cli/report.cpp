@@ -1,5 +1,6 @@
 #include "cli/report.h"
 
+#include "cli/output.h"
 #include "model/size_text.h"
 #include "platform/printable_text.h"
 #include "report/json_amount.h"
@@ -54,13 +55,8 @@ bool hasFailed(RunEnd end) { return end == RunEnd::outOfSpace || end == RunEnd::
 
 const auto program = QStringLiteral("kestrova-cli: ");
 
-QString line(const char* what, const Path& path, const std::string& reason) {
-  return program + QLatin1String(what) + printableText(path.native()) + QStringLiteral(": ") +
-         printableText(reason) + u'\n';
-}
-
 QString line(const char* what, const Tally::Remark& remark) {
-  return line(what, remark.source, remark.error);
+  return problemLine(what, remark.source, remark.error);
 }
 
 QString failureLine(const char* what, const std::string& reason) {
@@ -106,14 +102,6 @@ QString verificationLine(const Summary& summary) {
   if (result.atRisk.empty()) return QStringLiteral("Verified: every file is whole in the target\n");
   return QStringLiteral("At risk: %1 (%2)\n")
       .arg(countText(result.amount.files), sizeText(result.amount.bytes));
-}
-
-QJsonObject jsonOf(const report::LeftBehind& files) {
-  QJsonObject object;
-  for (const auto& [extension, amount] : files.byExtension()) {
-    object.insert(QString::fromStdString(extension), jsonOf(amount));
-  }
-  return object;
 }
 
 /// The amount of files, and the number of folders whose contents are unknown.
@@ -187,7 +175,8 @@ QString errorLines(const Summary& summary, const std::vector<Tally::Remark>& rem
     if (traitsOf(remark.outcome).isError)
       lines += line(isUnreadable ? "not readable: " : "not written: ", remark);
   }
-  for (const auto& [path, reason] : summary.unreadableFolders) lines += line("not readable: ", path, reason);
+  for (const auto& [path, reason] : summary.unreadableFolders)
+    lines += problemLine("not readable: ", path, reason);
   lines += failureLine("the run is not recorded to its end: ", summary.recordFailure);
   lines += failureLine("the report is not whole: ", summary.reportFailure);
   if (summary.verification) lines += failureLine("", summary.verification->failure);

@@ -4,19 +4,15 @@
 #include "cli/work.h"
 #include "report/recorder.h"
 #include "report/run_folder.h"
+#include "report/timestamps.h"
 
 #include <QCoreApplication>
-#include <chrono>
 #include <memory>
 #include <utility>
 
 namespace kestrova::cli {
 
 namespace {
-
-std::chrono::sys_seconds now() {
-  return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-}
 
 /// What cannot be recorded is rescued all the same.
 std::unique_ptr<report::Recorder> beginRecord(const RescueTask& task) {
@@ -28,7 +24,7 @@ std::unique_ptr<report::Recorder> beginRecord(const RescueTask& task) {
                        .sources = task.sources,
                        .target = task.folder,
                        .counts = {}};
-  auto recorder = report::Recorder::begin(*runs, std::move(info), now());
+  auto recorder = report::Recorder::begin(*runs, std::move(info), report::currentSecond());
   if (recorder) return *std::move(recorder);
   print(stderr, "kestrova-cli: the rescue is not recorded: " + recorder.error().message + "\n");
   return nullptr;
@@ -51,7 +47,7 @@ report::RescueResult rescue(const RescueTask& task, FileManager& files, const St
   request.stopped = work.stopped();
   request.progress = work.listener();
   auto result = report::rescueFiles(request, files);
-  if (recorder) recorder->end(wordOf(result), now());
+  if (recorder) recorder->end(wordOf(result), report::currentSecond());
   return result;
 }
 

@@ -10,7 +10,6 @@
 #include "report/timestamps.h"
 
 #include <algorithm>
-#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -101,8 +100,7 @@ int run(const UndoArguments& arguments) {
   const UndoOutcome outcome{
       .run = info->id, .isDryRun = arguments.isDryRun, .deletes = arguments.deletes, .result = *undone};
   if (isTakenBackWhole(outcome)) {
-    info->takenBack =
-        report::utcText(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
+    info->takenBack = report::utcText(report::currentSecond());
     [[maybe_unused]] const auto noted = writeRunInfo(*files, *runs / info->id, *info);
   }
   print(stdout, arguments.json ? undoJson(outcome).toStdString() : undoText(outcome).toStdString());

@@ -1,11 +1,10 @@
 #include "cli/undo_report.h"
 
-#include "platform/printable_text.h"
-#include "report/json_path.h"
+#include "cli/output.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringList>
 
 namespace kestrova::cli {
 
@@ -34,28 +33,18 @@ QString undoText(const UndoOutcome& outcome) {
 }
 
 QByteArray undoJson(const UndoOutcome& outcome) {
-  QJsonArray refused;
-  for (const auto& [target, reason] : outcome.result.refused) {
-    QJsonObject object{{QStringLiteral("reason"), QString::fromStdString(reason)}};
-    report::putPath(object, QStringLiteral("target"), target);
-    refused.append(object);
-  }
-  const QJsonObject object{{QStringLiteral("run"), QString::fromStdString(outcome.run)},
-                           {QStringLiteral("dryRun"), outcome.isDryRun},
-                           {QStringLiteral("removed"), static_cast<qint64>(outcome.result.removed)},
-                           {QStringLiteral("alreadyGone"), static_cast<qint64>(outcome.result.alreadyGone)},
-                           {QStringLiteral("folders"), static_cast<qint64>(outcome.result.folders)},
-                           {QStringLiteral("refused"), refused}};
+  const QJsonObject object{
+      {QStringLiteral("run"), QString::fromStdString(outcome.run)},
+      {QStringLiteral("dryRun"), outcome.isDryRun},
+      {QStringLiteral("removed"), static_cast<qint64>(outcome.result.removed)},
+      {QStringLiteral("alreadyGone"), static_cast<qint64>(outcome.result.alreadyGone)},
+      {QStringLiteral("folders"), static_cast<qint64>(outcome.result.folders)},
+      {QStringLiteral("refused"), report::jsonOf(outcome.result.refused, QStringLiteral("target"))}};
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
 QString refusalLines(const UndoOutcome& outcome) {
-  QString lines;
-  for (const auto& [target, reason] : outcome.result.refused) {
-    lines += QStringLiteral("kestrova-cli: not taken back: %1: %2\n")
-                 .arg(printableText(target.native()), printableText(reason));
-  }
-  return lines;
+  return problemLines("not taken back: ", outcome.result.refused);
 }
 
 int exitStatus(const UndoOutcome& outcome) {

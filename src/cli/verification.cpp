@@ -1,7 +1,7 @@
 #include "cli/verification.h"
 
+#include "cli/output.h"
 #include "cli/work.h"
-#include "platform/printable_text.h"
 #include "report/checksums.h"
 #include "report/rewritten_photos.h"
 #include "report/row_replacement.h"
@@ -86,10 +86,9 @@ Verification verify(const VerificationTask& task, std::shared_ptr<FileManager> f
 QString riskLines(const Verification& verification) {
   QString lines;
   for (const auto& [source, reason, isReadable] : verification.result.atRisk) {
-    lines += QStringLiteral("kestrova-cli: at risk: %1: %2; %3\n")
-                 .arg(printableText(source.native()), printableText(reason),
-                      isReadable ? QStringLiteral("copy it as it is with \"check --rescue\"")
-                                 : QStringLiteral("try to read it again, or look for another copy of it"));
+    const char* const advice = isReadable ? "; copy it as it is with \"check --rescue\""
+                                          : "; try to read it again, or look for another copy of it";
+    lines += problemLine("at risk: ", source, reason + advice);
   }
   return lines;
 }

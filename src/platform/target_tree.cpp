@@ -4,6 +4,7 @@
 #include "platform/file_error.h"
 #include "platform/file_system.h"
 #include "platform/long_path.h"
+#include "platform/path_relation.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,9 +29,6 @@ bool leadsUp(std::string_view names) {
   }
   return false;
 }
-
-/// "/a/b" for "/a/b/".
-Path withoutFinalSlash(const Path& path) { return path.has_filename() ? path : path.parent_path(); }
 
 }  // namespace
 

@@ -50,9 +50,7 @@ class Check {
   }
 
  private:
-  bool isStopped() {
-    return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
-  }
+  bool isStopped() { return report::isStopped(request_.stopped, result_.wasStopped); }
 
   FolderWalk walkOf(const std::function<void(const WalkedFile&)>& visit) {
     FolderWalk walk;

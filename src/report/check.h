@@ -2,11 +2,11 @@
 
 #include "report/content.h"
 #include "report/left_behind.h"
+#include "report/path_reason.h"
 #include "report/work_progress.h"
 
 #include <cstdint>
 #include <functional>
-#include <string>
 #include <vector>
 
 namespace kestrova::report {
@@ -22,18 +22,13 @@ struct CheckRequest {
   ProgressListener progress = {};  ///< while folders are listed, by their files; then by the source files
 };
 
-/// A file of the sources that the target does not hold.
-struct Missing {
-  Path source;
-  std::string reason;  ///< in English, in UTF-8
-};
-
 struct CheckResult {
-  std::int64_t files = 0;  ///< photos and videos in the sources
-  std::int64_t safe = 0;   ///< those whose exact bytes are in the target
-  std::vector<Missing> missing;
-  std::vector<Missing> unreadable;  ///< folders and files that could not be read: their contents are unknown
-  LeftBehind leftBehind;            ///< files that are neither photo nor video
+  std::int64_t files = 0;           ///< photos and videos in the sources
+  std::int64_t safe = 0;            ///< those whose exact bytes are in the target
+  std::vector<PathReason> missing;  ///< files of the sources that the target does not hold
+  std::vector<PathReason>
+      unreadable;         ///< folders and files that could not be read: their contents are unknown
+  LeftBehind leftBehind;  ///< files that are neither photo nor video
   bool wasStopped = false;
 
   bool isSafe() const { return !wasStopped && missing.empty() && unreadable.empty(); }

@@ -15,8 +15,6 @@ namespace {
 
 constexpr std::size_t pieceSize = std::size_t{256} * 1024;
 
-bool isStopped(const Stopped& stopped) { return stopped && stopped(); }
-
 /// Room for a piece of the file; for all of a small one, and then some, so that its end is met at once.
 Bytes pieceFor(const FileReader& file) {
   return Bytes(static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, file.size() + 1)));

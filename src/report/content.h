@@ -2,15 +2,13 @@
 
 #include "platform/file_reader.h"
 #include "platform/sha256.h"
+#include "report/stopped.h"
 
-#include <functional>
 #include <string>
 
-/// The exact contents of files. Callable from any thread; only a few buffers are kept in memory.
+/// The exact contents of files. Callable from any thread; only a few buffers are kept in memory. What
+/// `stopped` ends fails with ECANCELED.
 namespace kestrova::report {
-
-/// Called between pieces of a file; true ends the work with ECANCELED.
-using Stopped = std::function<bool()>;
 
 using kestrova::sha256Of;
 

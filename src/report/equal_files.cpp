@@ -57,7 +57,7 @@ class Comparison {
   FileResult<std::vector<EqualFile>> run(const Stopped& stopped) {
     std::vector<Class> open{{0, allFiles()}};
     while (!open.empty()) {
-      if (stopped && stopped()) return failure(ECANCELED);
+      if (isStopped(stopped)) return failure(ECANCELED);
       Class current = std::move(open.back());
       open.pop_back();
       readPieces(current);

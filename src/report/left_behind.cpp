@@ -1,6 +1,7 @@
 #include "report/left_behind.h"
 
 #include "platform/printable_text.h"
+#include "report/json_amount.h"
 #include "scan/media_classification.h"
 
 #include <algorithm>
@@ -11,25 +12,21 @@ namespace kestrova::report {
 
 namespace {
 
-char withCase(char c, char first, char last, int distance) {
-  return c >= first && c <= last ? static_cast<char>(c + distance) : c;
-}
-
-std::string lowercase(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) c = withCase(c, 'A', 'Z', 'a' - 'A');
-  return result;
-}
-
 std::string uppercase(std::string_view text) {
   std::string result(text);
-  for (char& c : result) c = withCase(c, 'a', 'z', 'A' - 'a');
+  for (char& c : result) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
   return result;
 }
 
 }  // namespace
 
-std::string leftBehindExtension(std::string_view fileName) { return lowercase(extensionOfName(fileName)); }
+std::string leftBehindExtension(std::string_view fileName) {
+  std::string extension(extensionOfName(fileName));
+  std::ranges::transform(extension, extension.begin(), lowercase);
+  return extension;
+}
 
 void LeftBehind::add(std::string_view fileName, std::uint64_t size) {
   byExtension_[leftBehindExtension(fileName)] += {1, static_cast<std::int64_t>(size)};
@@ -39,6 +36,13 @@ Amount LeftBehind::total() const {
   Amount sum;
   for (const auto& [extension, amount] : byExtension_) sum += amount;
   return sum;
+}
+
+QJsonObject jsonOf(const LeftBehind& files) {
+  QJsonObject object;
+  for (const auto& [extension, amount] : files.byExtension())
+    object.insert(printableText(extension), jsonOf(amount));
+  return object;
 }
 
 std::string summaryOf(const LeftBehind& files, std::size_t most) {

@@ -3,6 +3,7 @@
 #include "model/tally.h"
 #include "platform/file_manager.h"
 
+#include <QJsonObject>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -23,6 +24,9 @@ class LeftBehind {
  private:
   std::map<std::string, Amount> byExtension_;
 };
+
+/// Amounts by extension; one that is not UTF-8 is printable text.
+QJsonObject jsonOf(const LeftBehind& files);
 
 /// The extension under which a file is counted.
 std::string leftBehindExtension(std::string_view fileName);

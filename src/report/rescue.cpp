@@ -1,5 +1,6 @@
 #include "report/rescue.h"
 
+#include "execution/folder_maker.h"
 #include "platform/path_relation.h"
 #include "report/timestamps.h"
 
@@ -11,13 +12,11 @@ namespace kestrova::report {
 
 namespace {
 
-Path withoutSlash(const Path& path) { return path.has_filename() ? path : path.parent_path(); }
-
 /// A folder's name for each source, in their order.
 std::vector<Path> folderNames(const std::vector<Path>& sources) {
   std::vector<Path> names;
   for (const Path& source : sources) {
-    Path name = withoutSlash(source).filename();
+    Path name = withoutFinalSlash(source).filename();
     if (name.empty()) name = "root";
     Path free = name;
     for (int number = 2; std::ranges::find(names, free) != names.end(); ++number) {
@@ -31,16 +30,16 @@ std::vector<Path> folderNames(const std::vector<Path>& sources) {
 class Rescue {
  public:
   Rescue(const RescueRequest& request, FileManager& files)
-      : request_(request), files_(files), names_(folderNames(request.sources)) {}
+      : request_(request),
+        files_(files),
+        folders_(withoutFinalSlash(request.folder)),
+        names_(folderNames(request.sources)) {}
 
   RescueResult run() {
     const auto held = files_.holdTarget(request_.folder);
     WorkProgress progress{.done = {}, .total = {static_cast<std::int64_t>(request_.files.size()), 0}};
     for (const Path& file : request_.files) {
-      if (request_.stopped && request_.stopped()) {
-        result_.wasStopped = true;
-        break;
-      }
+      if (isStopped(request_.stopped, result_.wasStopped)) break;
       rescue(file);
       ++progress.done.files;
       if (request_.progress) request_.progress(progress);
@@ -56,10 +55,10 @@ class Rescue {
     std::optional<std::size_t> innermost;
     for (std::size_t i = 0; i < request_.sources.size(); ++i) {
       const bool isDeeper = !innermost || isInside(request_.sources[i], request_.sources[*innermost]);
-      if (isInside(file, withoutSlash(request_.sources[i])) && isDeeper) innermost = i;
+      if (isInside(file, request_.sources[i]) && isDeeper) innermost = i;
     }
     if (!innermost) return std::nullopt;
-    return names_[*innermost] / file.lexically_relative(withoutSlash(request_.sources[*innermost]));
+    return names_[*innermost] / relativeTo(request_.sources[*innermost], file);
   }
 
   void rescue(const Path& file) {
@@ -69,23 +68,12 @@ class Rescue {
     if (request_.record) request_.record(row);
   }
 
-  /// What is still missing of a folder below the rescue folder, the outermost first.
-  std::vector<Path> missingFolders(const Path& relative) const {
-    std::vector<Path> missing;
-    Path folder;
-    for (const Path& name : relative) {
-      folder /= name;
-      if (!files_.isDirectory(request_.folder / folder)) missing.push_back(folder);
-    }
-    return missing;
-  }
-
   /// Completes the row; nothing when the file is in its place, otherwise why it is not.
   std::optional<std::string> copy(FileRow& row) {
     const Path to = request_.folder / *row.target;
-    row.createdFolders = missingFolders(row.target->parent_path());
-    if (const auto created = files_.createDirectory(to.parent_path()); !created)
-      return created.error().message;
+    const auto created = folders_.create(files_, to.parent_path());
+    row.createdFolders = folders_.takeCreated();
+    if (!created) return created.error().message;
     const auto copied = files_.copyItem(row.source, to);
     const bool isTaken = !copied && copied.error().kind == FileError::Kind::alreadyExists;
     if (!copied && !isTaken) return copied.error().message;
@@ -111,7 +99,8 @@ class Rescue {
 
   const RescueRequest& request_;
   FileManager& files_;
-  std::vector<Path> names_;
+  FolderMaker folders_;
+  std::vector<Path> names_;  ///< of the folders for the sources
   RescueResult result_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "report/content.h"
+#include "report/path_reason.h"
 #include "report/row.h"
 #include "report/work_progress.h"
 
@@ -20,15 +21,11 @@ struct RescueRequest {
   ProgressListener progress = {};  ///< files; their bytes are not counted
 };
 
-struct RescueFailure {
-  Path source;
-  std::string reason = {};  ///< in English, in UTF-8
-};
-
 struct RescueResult {
   std::int64_t copied = 0;
   std::int64_t alreadyThere = 0;  ///< with the same content, from an earlier rescue
-  std::vector<RescueFailure> failed;
+  std::vector<PathReason>
+      failed;  ///< sources; the rescue folder itself where names could not be made durable
   bool wasStopped = false;
 };
 

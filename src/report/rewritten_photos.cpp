@@ -1,9 +1,9 @@
 #include "report/rewritten_photos.h"
 
 #include "platform/path_relation.h"
-#include "report/row.h"
 #include "report/run_folder.h"
 #include "report/run_info.h"
+#include "report/stand_ins.h"
 #include "toolkit/image_codec.h"
 
 #include <algorithm>
@@ -37,7 +37,7 @@ std::optional<std::string> whyNotWhole(const Path& photo, std::string_view sha25
                                        const Stopped& stopped) {
   const auto bytes = readWhole(photo, from);
   if (!bytes) return "the rewritten photo cannot be read: " + bytes.error().message;
-  if (stopped && stopped()) return "was not checked";
+  if (isStopped(stopped)) return "was not checked";
   if (!sha256.empty() && sha256Of(*bytes) != sha256)
     return "the rewritten photo is no longer what the run wrote";
   if (decodeImage(*bytes).isNull()) return "the rewritten photo does not decode";
@@ -62,7 +62,7 @@ void RewrittenPhotos::addRows(const Path& rows, const Path& targetOfRun, const P
     const auto* file = std::get_if<FileRow>(&row);
     const bool isBound = file != nullptr && file->target && !file->sourceSha256.empty() &&
                          !file->targetSha256.empty() && file->sourceSha256 != file->targetSha256;
-    if (!isBound || (file->verdict != Outcome::resized && file->verdict != Outcome::rewritten)) return true;
+    if (!isBound || !isRewritten(*file)) return true;
     Path written = (targetOfRun / *file->target).lexically_normal();
     if (isInside(written, target))
       bySourceSum_.emplace(file->sourceSha256, Written{std::move(written), file->targetSha256});

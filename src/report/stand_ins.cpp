@@ -28,7 +28,7 @@ FileResult<StandIns> StandIns::of(const RowSource& rows) {
   StandIns result;
   auto read = visitFiles(rows, [&](const FileRow& row, std::size_t number) {
     result.sizeOfAll_ += {1, static_cast<std::int64_t>(row.sourceSize.value_or(0))};
-    if (isWritten(row)) result.lastRowOf_[row.target->native()] = number;
+    if (isWritten(row)) result.lastRows_.add(*row.target, number);
     if (row.original) result.standIns_.try_emplace(row.original->native());
   });
   if (!read) return tl::make_unexpected(read.error());
@@ -41,9 +41,7 @@ FileResult<StandIns> StandIns::of(const RowSource& rows) {
 }
 
 bool StandIns::isLast(const FileRow& row, std::size_t number) const {
-  if (!row.target) return true;
-  const auto last = lastRowOf_.find(row.target->native());
-  return last == lastRowOf_.end() || last->second <= number;
+  return !row.target || lastRows_.isLast(*row.target, number);
 }
 
 const StandIn* StandIns::find(const Path& original) const {

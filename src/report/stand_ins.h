@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/amount.h"
+#include "report/last_rows.h"
 #include "report/row.h"
 
 #include <cstddef>
@@ -42,8 +43,8 @@ class StandIns {
 
  private:
   Amount sizeOfAll_;
-  std::unordered_map<std::string, std::size_t> lastRowOf_;  ///< by target: among the rows of files
-  std::unordered_map<std::string, StandIn> standIns_;       ///< by source
+  LastRows lastRows_;                                  ///< by their numbers among the rows of files
+  std::unordered_map<std::string, StandIn> standIns_;  ///< by source
 };
 
 }  // namespace kestrova::report

@@ -21,6 +21,10 @@ std::string nanosecondsText(const Date& date) {
   return std::to_string(seconds) + std::string(digitsOfNanoseconds - digits.size(), '0') + digits;
 }
 
+std::chrono::sys_seconds currentSecond() {
+  return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+}
+
 std::string utcText(std::chrono::sys_seconds time, const char* format) {
   const std::time_t seconds = time.time_since_epoch().count();
   std::tm utc{};

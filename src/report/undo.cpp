@@ -1,5 +1,6 @@
 #include "report/undo.h"
 
+#include "report/last_rows.h"
 #include "report/stand_ins.h"
 #include "report/timestamps.h"
 
@@ -8,7 +9,6 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
-#include <unordered_map>
 
 #include <unistd.h>
 
@@ -63,11 +63,11 @@ class Undo {
 
   FileResult<UndoResult> run() {
     if (const auto listed = listTargets(); !listed) return tl::make_unexpected(listed.error());
-    std::size_t line = 0;
+    std::size_t number = 0;
     const auto read = readRows(request_.rows, [&](const Row& row) {
       if (isStopped()) return false;
       const auto* file = std::get_if<FileRow>(&row);
-      if (file != nullptr && isWritten(*file) && isLast(*file, line++)) takeBack(*file);
+      if (file != nullptr && isWritten(*file) && lastRows_.isLast(*file->target, number++)) takeBack(*file);
       return true;
     });
     if (!read) return tl::make_unexpected(read.error());
@@ -76,27 +76,20 @@ class Undo {
   }
 
  private:
-  bool isStopped() {
-    return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
-  }
+  bool isStopped() { return report::isStopped(request_.stopped, result_.wasStopped); }
 
   /// Of several rows with one target, the last one describes it.
   FileResult<void> listTargets() {
-    std::size_t line = 0;
+    std::size_t number = 0;
     return readRows(request_.rows, [&](const Row& row) {
       const auto* file = std::get_if<FileRow>(&row);
       if (file == nullptr) return true;
       for (const Path& folder : file->createdFolders) folders_.push_back(folder);
       if (!isWritten(*file)) return true;
-      if (lastLineOf_.insert_or_assign(file->target->native(), line++).second)
+      if (lastRows_.add(*file->target, number++))
         progress_.total += {1, static_cast<std::int64_t>(file->targetSize.value_or(0))};
       return true;
     });
-  }
-
-  bool isLast(const FileRow& row, std::size_t line) const {
-    const auto last = lastLineOf_.find(row.target->native());
-    return last != lastLineOf_.end() && last->second == line;
   }
 
   void takeBack(const FileRow& row) {
@@ -140,8 +133,8 @@ class Undo {
 
   const UndoRequest& request_;
   const FileManager& files_;
-  std::unordered_map<std::string, std::size_t> lastLineOf_;  ///< by target; among the rows of written files
-  std::vector<Path> folders_;                                ///< that the run created, below the target
+  LastRows lastRows_;          ///< by their numbers among the rows of written files
+  std::vector<Path> folders_;  ///< that the run created, below the target
   WorkProgress progress_;
   UndoResult result_;
 };

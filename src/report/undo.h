@@ -1,12 +1,11 @@
 #pragma once
 
 #include "report/content.h"
-#include "report/row.h"
+#include "report/path_reason.h"
 #include "report/work_progress.h"
 
 #include <cstdint>
 #include <functional>
-#include <string>
 #include <vector>
 
 namespace kestrova::report {
@@ -21,17 +20,11 @@ struct UndoRequest {
   ProgressListener progress = {};  ///< by the files in the target
 };
 
-/// A file that stays, and why.
-struct Refusal {
-  Path target;
-  std::string reason = {};  ///< in English, in UTF-8
-};
-
 struct UndoResult {
-  std::int64_t removed = 0;      ///< files removed, or that would be
-  std::int64_t alreadyGone = 0;  ///< files that an earlier undo, or another program, removed
-  std::int64_t folders = 0;      ///< folders removed
-  std::vector<Refusal> refused;
+  std::int64_t removed = 0;         ///< files removed, or that would be
+  std::int64_t alreadyGone = 0;     ///< files that an earlier undo, or another program, removed
+  std::int64_t folders = 0;         ///< folders removed
+  std::vector<PathReason> refused;  ///< targets that stay
   bool wasStopped = false;
 };
 

@@ -1,5 +1,6 @@
 #include "report/verdict_row.h"
 
+#include "platform/path_relation.h"
 #include "report/timestamps.h"
 
 #include <cstdio>
@@ -8,18 +9,6 @@
 namespace kestrova::report {
 
 namespace {
-
-/// As far as it lies below the folder.
-Path relativeTo(const Path& folder, const Path& path) {
-  std::string_view rest = path.native();
-  const std::string& prefix = folder.native();
-  if (!rest.starts_with(prefix)) return path;
-  rest.remove_prefix(prefix.size());
-  const bool isBelow = rest.starts_with('/') || prefix.ends_with('/');
-  if (!isBelow) return path;
-  rest.remove_prefix(std::min(rest.find_first_not_of('/'), rest.size()));
-  return rest;
-}
 
 std::string textOf(const DateParts& date) {
   char text[64];

@@ -33,9 +33,7 @@ class Verification {
   }
 
  private:
-  bool isStopped() {
-    return result_.wasStopped = result_.wasStopped || (request_.stopped && request_.stopped());
-  }
+  bool isStopped() { return report::isStopped(request_.stopped, result_.wasStopped); }
 
   bool take(const Row& row) {
     if (isStopped()) return false;

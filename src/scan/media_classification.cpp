@@ -16,9 +16,9 @@ bool isPlain(std::string_view extension) {
          std::all_of(extension.begin(), extension.end(), [](char c) { return (c & 0x80) == 0; });
 }
 
-char lowercase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 }  // namespace
+
+char lowercase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 ExtensionList::ExtensionList(const QString& text) : text_(text), lowercase_(text.toLower().toStdString()) {}
 

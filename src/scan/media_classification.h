@@ -39,6 +39,9 @@ ExtensionList videoExtensions();
 /// comma on each side.
 ExtensionList mediaFilter(Media media, const ExtensionList& photos, const ExtensionList& videos);
 
+/// In lower case, where it is an ASCII letter.
+char lowercase(char c);
+
 /// What follows the last dot of a file's name; empty without a dot, or when that dot is the name's first or
 /// last byte. A part of the name given.
 std::string_view extensionOfName(std::string_view fileName);

@@ -1,16 +1,11 @@
+#include "cli/cli_records.h"
 #include "report/content.h"
 #include "report/row.h"
 #include "report/run_folder.h"
 #include "report/run_info.h"
-#include "support/process.h"
 #include "support/sample_media.h"
-#include "support/temporary_folder.h"
 
-#include <QByteArray>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <chrono>
 #include <csignal>
 #include <thread>
 
@@ -27,34 +22,18 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
-using Words = std::vector<std::string>;
 
-class CliCheck : public testing::Test {
+class CliCheck : public CliRecords {
  protected:
   CliCheck() {
     fs::create_directories(card);
     fs::create_directories(tree);
   }
-  Words commandOf(const Words& more) const {
-    Words words{KESTROVA_CLI, "check", card, "--in", tree};
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
-  }
-  ProcessOptions environment() const {
-    return {.environment = {"TZ=UTC", "LC_ALL=C", "TERM=dumb", "XDG_STATE_HOME=" + state.native()}};
-  }
-  ProcessResult check(const Words& more = {}) const { return runProcess(commandOf(more), environment()); }
-  QJsonObject json(const Words& more = {}) const {
-    Words words{"--json"};
-    words.insert(words.end(), more.begin(), more.end());
-    return QJsonDocument::fromJson(QByteArray::fromStdString(check(words).out)).object();
-  }
+  Words checking(const Words& more = {}) const { return Words{"check", card, "--in", tree} + more; }
+  ProcessResult check(const Words& more = {}) const { return run(checking(more)); }
+  QJsonObject json() const { return jsonIn(check({"--json"})); }
 
-  TemporaryFolder root;
-  Path card = root / "card";
-  Path tree = root / "tree";
   Path refuge = root / "refuge";
-  Path state = root / "state";
 };
 
 }  // namespace
@@ -122,7 +101,6 @@ TEST_F(CliCheck, SaysWhatCouldNotBeRescued) {
 TEST_F(CliCheck, RecordsARescueAsARun) {
   writeFile(card / "1.jpg", "one");
   check({"--rescue", refuge});
-  const Path runs = state / "kestrova/runs";
   const auto ids = report::runIds(runs);
   ASSERT_EQ(ids.size(), 1U);
   const auto info = report::readRunInfo(*systemFileManager(), runs / ids[0]);
@@ -141,11 +119,11 @@ TEST_F(CliCheck, LetsARescueBeTakenBack) {
   check({"--rescue", refuge});
   ASSERT_THAT(filesBelow(refuge), ElementsAre("card/DCIM/1.jpg", "card/DCIM/2.HEIC", "mine"));
   fs::remove(card / "DCIM/2.HEIC");
-  const auto undone = runProcess({KESTROVA_CLI, "undo", "--delete"}, environment());
+  const auto undone = run({"undo", "--delete"});
   EXPECT_EQ(undone.status, 1) << "one file is nowhere else any more";
   EXPECT_THAT(filesBelow(refuge), ElementsAre("card/DCIM/2.HEIC", "mine"));
   writeFile(card / "DCIM/2.HEIC", "two");
-  EXPECT_EQ(runProcess({KESTROVA_CLI, "undo", "--delete"}, environment()).status, 0);
+  EXPECT_EQ(run({"undo", "--delete"}).status, 0);
   EXPECT_THAT(filesBelow(refuge), ElementsAre("mine"));
   EXPECT_FALSE(fs::exists(refuge / "card"));
   EXPECT_THAT(filesBelow(card), ElementsAre("DCIM/1.jpg", "DCIM/2.HEIC"));
@@ -155,7 +133,7 @@ TEST_F(CliCheck, CountsAPhotoThatARecordBindsToItsRewrittenForm) {
   const Path photo = writeFile(card / "1.jpg", jpegPhoto({.width = 80, .height = 60}));
   const Path written = writeFile(tree / "2014/1.jpg", jpegPhoto({.width = 40, .height = 30}));
   EXPECT_EQ(check().status, 1);
-  const Path run = report::createRunFolder(state / "kestrova/runs", std::chrono::sys_seconds()).value();
+  const Path run = report::createRunFolder(runs, std::chrono::sys_seconds()).value();
   ASSERT_TRUE(report::writeRunInfo(*systemFileManager(), run,
                                    {.command = "organise", .options = {}, .target = tree, .counts = {}}));
   const report::FileRow row{.source = photo,
@@ -170,7 +148,7 @@ TEST_F(CliCheck, CountsAPhotoThatARecordBindsToItsRewrittenForm) {
 }
 
 TEST_F(CliCheck, RefusesFoldersThatWouldGoWithTheSource) {
-  const auto inside = runProcess({KESTROVA_CLI, "check", root.path(), "--in", tree}, environment());
+  const auto inside = run({"check", root.path(), "--in", tree});
   EXPECT_EQ(inside.status, 2);
   EXPECT_THAT(inside.err, HasSubstr("lies inside the source"));
   EXPECT_THAT(check({"--rescue", card / "refuge"}).err,
@@ -190,7 +168,7 @@ TEST_F(CliCheck, EndsOnASignal) {
     }
   }
   for (const int signal : {SIGINT, SIGTERM}) {
-    Process process(commandOf({}), environment());
+    Process process(commandOf(checking()), environment());
     std::this_thread::sleep_for(std::chrono::seconds(1));
     process.send(signal);
     const auto result = process.wait();

@@ -1,16 +1,11 @@
+#include "cli/cli_records.h"
 #include "platform/append_file.h"
 #include "report/row.h"
 #include "report/run_folder.h"
 #include "report/run_info.h"
 #include "report/timestamps.h"
-#include "support/process.h"
-#include "support/temporary_folder.h"
 
-#include <QByteArray>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <chrono>
 
 #include <gmock/gmock.h>
 
@@ -25,18 +20,10 @@ using report::FileRow;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using Words = std::vector<std::string>;
 
-class CliUndo : public testing::Test {
+class CliUndo : public CliRecords {
  protected:
-  ProcessResult undo(const Words& more = {"--delete"}) const {
-    Words words{KESTROVA_CLI, "undo"};
-    words.insert(words.end(), more.begin(), more.end());
-    return runProcess(words,
-                      {.environment = {"TZ=UTC", "LC_ALL=C", "TERM=dumb", "HOME=" + root.path().native(),
-                                       "XDG_STATE_HOME=" + (root / "state").native(),
-                                       "XDG_DATA_HOME=" + (root / "data").native()}});
-  }
+  ProcessResult undo(const Words& more = {"--delete"}) const { return run(Words{"undo"} + more); }
 
   /// The record of a run that copied one file of that name.
   std::string record(const std::string& name, int second) const {
@@ -61,11 +48,7 @@ class CliUndo : public testing::Test {
     return run;
   }
 
-  TemporaryFolder root;
   std::shared_ptr<FileManager> files = systemFileManager();
-  Path card = root / "card";
-  Path tree = root / "tree";
-  Path runs = root / "state/kestrova/runs";
 };
 
 }  // namespace
@@ -134,8 +117,7 @@ TEST_F(CliUndo, NamesWhatStaysAndWhy) {
 TEST_F(CliUndo, SpeaksJson) {
   const std::string run = record("1.jpg", 1);
   fs::remove(card / "1.jpg");
-  const auto json =
-      QJsonDocument::fromJson(QByteArray::fromStdString(undo({"--json", "--delete"}).out)).object();
+  const QJsonObject json = jsonIn(undo({"--json", "--delete"}));
   EXPECT_EQ(json[QLatin1String("run")].toString().toStdString(), run);
   EXPECT_EQ(json[QLatin1String("removed")].toInt(-1), 0);
   EXPECT_EQ(json[QLatin1String("refused")][0][QLatin1String("target")].toString().toStdString(),

@@ -14,7 +14,7 @@ using test::writeFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-MATCHER_P(IsAt, path, "") { return arg.source == path; }
+MATCHER_P(IsAt, path, "") { return arg.path == path; }
 MATCHER_P2(IsProgress, done, total, "") { return arg.done == done && arg.total == total; }
 
 struct CheckTest : testing::Test {

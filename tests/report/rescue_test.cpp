@@ -52,7 +52,7 @@ TEST_F(RescueTest, OverwritesNothing) {
   EXPECT_EQ(readFile(refuge / "CARD/1.jpg"), "another");
   EXPECT_EQ(result.copied, 1);
   ASSERT_EQ(result.failed.size(), 1U);
-  EXPECT_EQ(result.failed[0].source, card / "1.jpg");
+  EXPECT_EQ(result.failed[0].path, card / "1.jpg");
   EXPECT_EQ(result.failed[0].reason, "another file has its name there");
 }
 
@@ -91,7 +91,7 @@ TEST_F(RescueTest, SaysWhenTheDiskDoesNotConfirmTheNames) {
   request.files = {writeFile(card / "1.jpg", "one")};
   const RescueResult result = rescue();
   ASSERT_EQ(result.failed.size(), 1U);
-  EXPECT_EQ(result.failed[0].source, refuge);
+  EXPECT_EQ(result.failed[0].path, refuge);
   EXPECT_EQ(result.failed[0].reason, "Input/output error");
 }
 

@@ -14,14 +14,19 @@ using testing::ElementsAre;
 
 const Row row = UnreadableRow{.source = "/card", .reason = "Permission denied"};
 
+/// A replacement of the file that gets one row.
+RowReplacement begunWithRow(const Path& file) {
+  auto replacement = RowReplacement::begin(file).value();
+  replacement.add(row);
+  return replacement;
+}
+
 TEST(RowReplacement, TakesTheFilesPlaceAllAtOnce) {
   const test::TemporaryFolder folder;
   const Path file = writeFile(folder / "report.ndjson", "old\n");
-  auto replacement = RowReplacement::begin(file);
-  ASSERT_TRUE(replacement);
-  replacement->add(row);
+  RowReplacement replacement = begunWithRow(file);
   EXPECT_EQ(readFile(file), "old\n");
-  EXPECT_TRUE(replacement->finish());
+  EXPECT_TRUE(replacement.finish());
   EXPECT_EQ(readFile(file), lineOf(row));
   EXPECT_THAT(test::filesBelow(folder.path()), ElementsAre("report.ndjson"));
 }
@@ -37,10 +42,7 @@ TEST(RowReplacement, LeavesNothingBehindWhenItIsGivenUp) {
 TEST(RowReplacement, KeepsTheFilesFormat) {
   const test::TemporaryFolder folder;
   const Path file = writeFile(folder / "report.csv", "old\n");
-  auto replacement = RowReplacement::begin(file);
-  ASSERT_TRUE(replacement);
-  replacement->add(row);
-  EXPECT_TRUE(replacement->finish());
+  EXPECT_TRUE(begunWithRow(file).finish());
   EXPECT_THAT(readFile(file), testing::HasSubstr("/card"));
   EXPECT_THAT(readFile(file), testing::Not(testing::HasSubstr("{")));
 }

@@ -1,5 +1,6 @@
 #include "report/undo.h"
 
+#include "report/row.h"
 #include "report/timestamps.h"
 #include "support/temporary_folder.h"
 
@@ -63,7 +64,7 @@ struct UndoTest : testing::Test {
     const UndoResult result = undo();
     EXPECT_EQ(result.removed, 0);
     ASSERT_EQ(result.refused.size(), 1U);
-    EXPECT_EQ(result.refused[0].target, tree / *rows[0].target);
+    EXPECT_EQ(result.refused[0].path, tree / *rows[0].target);
     EXPECT_THAT(result.refused[0].reason, testing::HasSubstr(reason));
     EXPECT_TRUE(discarded.empty());
   }

@@ -50,6 +50,11 @@ struct VerifyTest : testing::Test {
     row.target = name;
     return row;
   }
+  /// A row of a source that was set aside for another one.
+  static FileRow setAsideFor(const FileRow& original, FileRow row) {
+    row.original = original.source;
+    return row;
+  }
   FileRow rewritten(const std::string& name, unsigned seed = 0) const {
     FileRow row{.source = writeFile(card / name, test::jpegPhoto({.width = 80, .height = 60, .seed = seed})),
                 .verdict = Outcome::resized,
@@ -150,9 +155,8 @@ TEST_F(VerifyTest, TakesNoNameOfTheSourceItselfForACopy) {
 
 TEST_F(VerifyTest, ComparesADuplicateToItsLastByteWithWhatStandsForIt) {
   const FileRow original = copied("1.jpg", "the same");
-  FileRow same = rowOf(Outcome::duplicate, "2.jpg", "the same");
-  FileRow other = rowOf(Outcome::sameContent, "3.jpg", "the sane");
-  same.original = other.original = original.source;
+  const FileRow same = setAsideFor(original, rowOf(Outcome::duplicate, "2.jpg", "the same"));
+  const FileRow other = setAsideFor(original, rowOf(Outcome::sameContent, "3.jpg", "the sane"));
   rows = {same, other, original};
   EXPECT_THAT(verify(), ElementsAre(IsAtRisk(other.source, "differs from what stands for it")));
 }
@@ -188,9 +192,8 @@ TEST_F(VerifyTest, ReportsADuplicateOfWhatIsNotInTheTarget) {
 
 TEST_F(VerifyTest, LeavesTheUsersOwnChoiceAlone) {
   const FileRow small = rowOf(Outcome::small, "1.jpg", "s");
-  FileRow duplicate = rowOf(Outcome::duplicate, "2.jpg", "s");
-  FileRow other = rowOf(Outcome::duplicate, "3.jpg", "S");
-  duplicate.original = other.original = small.source;
+  const FileRow duplicate = setAsideFor(small, rowOf(Outcome::duplicate, "2.jpg", "s"));
+  const FileRow other = setAsideFor(small, rowOf(Outcome::duplicate, "3.jpg", "S"));
   rows = {duplicate, other, small};
   EXPECT_THAT(verify(), ElementsAre(IsAtRisk(other.source, "differs")));
 }

@@ -34,6 +34,10 @@ class UnreadableSources : public testing::Test {
       return fails ? Failure({EIO, "on purpose"}) : std::nullopt;
     };
   }
+  /// Different ones of the same size: "ab" stands for a.mov and b.mov.
+  void writeVideos(std::string_view names) const {
+    for (const char name : names) writePhoto(program.source / (std::string(1, name) + ".mov"), 500, name);
+  }
   void expectUnreadable(const char* name, Outcome counted) {
     EXPECT_EQ(verdicts[name].outcome, Outcome::unreadable);
     EXPECT_EQ(verdicts[name].counted(), counted);
@@ -51,8 +55,7 @@ class UnreadableSources : public testing::Test {
 }  // namespace
 
 TEST_F(UnreadableSources, CountAsDuplicatesOfEachOther) {
-  writePhoto(program.source / "a.mov", 500, 'a');
-  writePhoto(program.source / "b.mov", 500, 'b');
+  writeVideos("ab");
   files->onRead = failingFor({"a.mov", "b.mov"});
   program.run();
   expectUnreadable("b.mov", Outcome::duplicate);
@@ -62,9 +65,7 @@ TEST_F(UnreadableSources, CountAsDuplicatesOfEachOther) {
 }
 
 TEST_F(UnreadableSources, AreSkippedLikeFilesOfTheSameContent) {
-  writePhoto(program.source / "a.mov", 500, 'a');
-  writePhoto(program.source / "b.mov", 500, 'b');
-  writePhoto(program.source / "c.mov", 500, 'c');
+  writeVideos("abc");
   files->onRead = failingFor({"b.mov", "c.mov"});
   program.run();
   expectUnreadable("c.mov", Outcome::sameContent);
