@@ -35,6 +35,30 @@ TEST_F(PlannerStop, ShowsAnExceptionAndLeavesTheQueueSuspended) {
   EXPECT_TRUE(program.targetFiles().empty());
 }
 
+TEST_F(PlannerStop, ShowsAnExceptionOfTheSameFileWithSeveralJobs) {
+  for (const char* const name : {"a.mov", "b.mov", "c.mov", "d.mov"})
+    writeVideo(name, 500 + std::size_t(name[0]));
+  files->onAttributes = [third = program.source / "c.mov"](const Path& path) -> std::optional<FileError> {
+    if (path == third) throw std::runtime_error("on purpose");
+    return std::nullopt;
+  };
+  test::HeadlessProgram several{files, volatileUserDefaults(), 4};
+  std::vector<Verdict> verdicts;
+  several.manager().verdictListener = [&](const Verdict& verdict) { verdicts.push_back(verdict); };
+  several.chooseFolders();
+  several.manager().addSource(program.source);
+  several.press(several.interface->buttonStart);
+  several.waitUntil([&] { return several.status().startsWith(QStringLiteral("EXCEPTION")); });
+  several.waitUntil([&] { return several.manager().processQueue->executingCount() == 0; });
+  EXPECT_EQ(several.status(), QStringLiteral("EXCEPTION copyFiles : on purpose"));
+  EXPECT_EQ(several.manager().processQueue->operationCount(), 2U);
+  ASSERT_EQ(verdicts.size(), 2U);
+  EXPECT_EQ(verdicts[0].source, program.source / "c.mov");
+  EXPECT_EQ(verdicts[0].outcome, Outcome::failed);
+  EXPECT_EQ(verdicts[1].source, program.source / "d.mov");
+  EXPECT_EQ(verdicts[1].outcome, Outcome::notReached);
+}
+
 TEST_F(PlannerStop, CancelledLeavesTheQueueSuspendedWithWhatItHadQueued) {
   writeVideo("a.mov", 500);
   const Path second = writeVideo("b.mov", 501);
