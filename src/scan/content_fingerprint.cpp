@@ -30,11 +30,9 @@ Fingerprint readFingerprint(const FileManager& files, const Path& path) {
 
 std::vector<Fingerprint> readFingerprints(const FileManager& files, const std::vector<Path>& paths) {
   std::vector<FileResult<Bytes>> starts;
+  for (const Path& path : paths) starts.push_back(files.readPrefix(path, prefixLength));
   std::vector<ByteView> messages;
-  for (const Path& path : paths) {
-    const auto& start = starts.emplace_back(files.readPrefix(path, prefixLength));
-    messages.push_back(start ? ByteView(*start) : ByteView());
-  }
+  for (const auto& start : starts) messages.push_back(start ? ByteView(*start) : ByteView());
   const auto digests = md5DigestsOf(messages);
   std::vector<Fingerprint> fingerprints;
   for (std::size_t i = 0; i < paths.size(); ++i) {

@@ -31,7 +31,7 @@ class FilesToJudge : public testing::TestWithParam<unsigned> {
     std::vector<std::string> decisions;
     FileList fileList;
     HashList hashList;
-    FingerprintsAhead ahead(*systemFileManager(), fileList, hashList, threads);
+    FingerprintsAhead ahead(*system, fileList, hashList, threads);
     for (const WalkedFile& file : files) {
       ahead.expect(file);
       ahead.inTurn([&] { decisions.push_back(textOf(ahead.judge(file))); });
@@ -48,6 +48,7 @@ class FilesToJudge : public testing::TestWithParam<unsigned> {
            sighting.original.native() + sighting.readError;
   }
 
+  const std::shared_ptr<FileManager> system = systemFileManager();
   test::TemporaryFolder folder;
   std::vector<WalkedFile> files;
 };
