@@ -45,6 +45,45 @@ TEST(JpegInterruption, IsPossibleWhilePixelsAreEncoded) {
   EXPECT_GE(counter.asked(), blockRows);
 }
 
+TEST(JpegInterruption, IsPossibleWhilePlanesAreScaled) {
+  const Bytes photo = jpegPhoto(sample);
+  JpegDecoder decoder(photo, {});
+  StopCounter counter;
+  decodePlanes(decoder, {.source = size, .scaled = {160, 320}, .stopped = counter.stopped()});
+  constexpr int weightsOfThePlanes = 3 * (160 + 320);
+  EXPECT_GE(counter.asked(), weightsOfThePlanes);
+}
+
+TEST(JpegInterruption, IsPossibleWhilePlanesAreTurned) {
+  const Bytes photo = jpegPhoto(sample);
+  JpegDecoder decoder(photo, {});
+  StopCounter counter;
+  decodePlanes(decoder,
+               {.source = size, .scaled = size, .reorientation = quarterTurn, .stopped = counter.stopped()});
+  constexpr int tiles = 320 * 640 / (32 * 32);
+  EXPECT_GE(counter.asked(), tiles);
+}
+
+/// How often the steps ask of which rewriting the pixels consists.
+int askedInSteps(const Bytes& photo, RewritePlan plan, int quality) {
+  StopCounter counter;
+  plan.stopped = counter.stopped();
+  JpegDecoder decoder(photo, {.stopped = plan.stopped});
+  JpegPlanes picture = decodePlanes(decoder, plan);
+  encodeJpeg(picture, quality, plan.stopped);
+  return counter.asked();
+}
+
+TEST(JpegInterruption, IsPossibleInEveryStep) {
+  const Bytes photo = jpegPhoto(sample);
+  RewritePlan plan{.source = size, .scaled = {160, 320}};
+  const int expected = askedInSteps(photo, plan, 90);
+  StopCounter counter;
+  plan.stopped = counter.stopped();
+  rewriteJpeg(photo, plan, {});
+  EXPECT_GE(counter.asked(), expected);
+}
+
 TEST(JpegInterruption, IsPossibleWhileCoefficientsAreTurned) {
   const Bytes photo = jpegPhoto(sample);
   StopCounter counter;
@@ -94,16 +133,15 @@ TEST_F(InterruptedPreviewTest, IsGivenUpWheneverItIsStopped) {
   EXPECT_GE(askedFor(jpegPhoto({.width = 96, .height = 64, .exif = false})), 64 / 16 * 2);
 }
 
-// The second attempt at one that does not fit its bytes decodes it again, and encodes it at least once.
+// A photo of partial blocks is encoded again to turn it, first in a quality that needs too many bytes here.
 TEST_F(InterruptedPreviewTest, IsGivenUpInItsSecondAttempt) {
-  const Bytes photo = jpegPhoto({.width = 96, .height = 64, .exif = false});
+  const PixelSize odd{93, 61};
+  const Bytes photo = jpegPhoto({.width = 93, .height = 61, .exif = false});
   JpegDecoder decoder(photo, {});
-  JpegPlanes picture = decodePlanes(decoder, {.source = {96, 64}, .scaled = {96, 64}});
-  const Bytes tight = encodeJpeg(picture, 12);
-  StopCounter first;
-  JpegDecoder again(tight, {.stopped = first.stopped()});
-  decodePlanes(again, {.source = {96, 64}, .scaled = {96, 64}});
-  EXPECT_GE(askedFor(tight), first.asked() + 96 / 16 * 2);
+  JpegPlanes picture = decodePlanes(decoder, {.source = odd, .scaled = odd});
+  const Bytes tight = encodeJpeg(picture, 92);
+  const int attempt = askedInSteps(tight, {.source = odd, .scaled = odd, .reorientation = quarterTurn}, 90);
+  EXPECT_EQ(askedFor(tight), 2 * attempt);
 }
 
 }  // namespace

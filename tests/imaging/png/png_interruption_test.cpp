@@ -47,6 +47,29 @@ TEST(PngInterruption, IsPossibleInEveryPass) {
   EXPECT_GE(decoding.asked(), passes * size.height / 64);
 }
 
+TEST(PngInterruption, IsPossibleInEveryStep) {
+  const Bytes file = pngPhoto({.width = 64, .height = 640});
+  StopCounter counter;
+  rewritePng(file,
+             {.source = {64, 640},
+              .scaled = {32, 320},
+              .reorientation = {.mirrorX = true},
+              .stopped = counter.stopped()},
+             {});
+  constexpr int decodedRows = 640;
+  constexpr int encodedRows = 320;
+  constexpr int weights = 32 + 320;
+  constexpr int tilesTurned = 320 / 32;
+  EXPECT_GE(counter.asked(), decodedRows + encodedRows + weights + tilesTurned);
+}
+
+TEST(PngInterruption, IsPossibleWhilePixelsThatStayAreDecoded) {
+  const Bytes file = pngPhoto({.width = 64, .height = 640});
+  StopCounter counter;
+  rewritePng(file, {.source = {64, 640}, .scaled = {64, 640}, .stopped = counter.stopped()}, {});
+  EXPECT_GE(counter.asked(), 640 / 64);
+}
+
 TEST(PngInterruption, IsPossibleWithinALongChunk) {
   const Bytes file =
       withChunks(pngPhoto({.width = 16, .height = 16}), {pngChunk("loNg", Bytes(10'000'000, 0))});
