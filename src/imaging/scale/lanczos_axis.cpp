@@ -12,11 +12,38 @@ namespace {
 
 constexpr double lobes = 3;
 
-double lanczos(double x) {
-  if (std::abs(x) < 1e-9) return 1;
-  if (std::abs(x) >= lobes) return 0;
-  const double angle = std::numbers::pi * x;
-  return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
+/// The sines of angles at equal distances, each from the one before by the addition theorem: a sine of its
+/// own for every weight would take as long as all the rest of them.
+class SineRow {
+ public:
+  SineRow(double first, double step)
+      : sine_(std::sin(first)),
+        cosine_(std::cos(first)),
+        stepSine_(std::sin(step)),
+        stepCosine_(std::cos(step)) {}
+
+  double next() {
+    const double sine = sine_;
+    sine_ = sine * stepCosine_ + cosine_ * stepSine_;
+    cosine_ = cosine_ * stepCosine_ - sine * stepSine_;
+    return sine;
+  }
+
+ private:
+  double sine_;
+  double cosine_;
+  double stepSine_;
+  double stepCosine_;
+};
+
+/// The Lanczos function of x = angle * lobes / pi, from the angle and its sine: as sin(3a) = sin(a) * (3 - 4
+/// sin(a)^2), no other sine is needed.
+double lanczos(double angle, double sine) {
+  static_assert(lobes == 3);
+  if (std::abs(angle) < 1e-6) return 1;
+  if (std::abs(angle) >= std::numbers::pi) return 0;
+  const double square = sine * sine;
+  return square * (3 - 4 * square) / (3 * angle * angle);
 }
 
 double wideningOf(const AxisMapping& mapping) { return std::max(1.0, mapping.step); }
@@ -26,7 +53,7 @@ int tapsFor(const AxisMapping& mapping) {
   return std::min(reach, mapping.sourceCount);
 }
 
-int roundedUp(int taps) { return (taps + 3) / 4 * 4; }
+int roundedUp(int taps) { return (taps + 7) / 8 * 8; }
 
 /// The weights of one result sample, from a first source sample on.
 struct Weights {
@@ -43,9 +70,12 @@ Weights weigh(const AxisMapping& mapping, int sample) {
   const int end = std::clamp(static_cast<int>(std::floor(centre + reach + 0.5)), nearest + 1,
                              std::min(mapping.sourceCount, begin + tapsFor(mapping)));
   Weights weights{.first = begin, .values = {}};
+  const double step = std::numbers::pi / reach;
+  const double first = (begin + 0.5 - centre) * step;
+  SineRow sines(first, step);
   double sum = 0;
-  for (int x = begin; x < end; ++x)
-    sum += weights.values.emplace_back(lanczos((x + 0.5 - centre) / widening));
+  for (int x = 0; x < end - begin; ++x)
+    sum += weights.values.emplace_back(lanczos(first + x * step, sines.next()));
   for (double& weight : weights.values) weight /= sum;
   return weights;
 }

@@ -36,11 +36,13 @@ class LanczosAxis {
 
   int resultCount() const { return static_cast<int>(first_.size()); }
   int sourceCount() const { return sourceCount_; }
-  /// Weights per result sample, a multiple of 4, padded with zeros.
+  /// Weights per result sample, a multiple of 8, padded with zeros.
   int taps() const { return taps_; }
   int first(int sample) const { return first_[static_cast<std::size_t>(sample)]; }
   /// The number of source samples, from the first one, that count.
   int count(int sample) const { return count_[static_cast<std::size_t>(sample)]; }
+  /// The source sample after those.
+  int end(int sample) const { return first(sample) + count(sample); }
   const float* weights(int sample) const {
     return weights_.data() + static_cast<std::size_t>(sample) * static_cast<std::size_t>(taps_);
   }

@@ -1,6 +1,8 @@
 #include "imaging/scale/resampler_kernels.h"
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/scale/resampler_kernels.cpp"
@@ -58,67 +60,98 @@ void narrow16(const float* values, std::size_t count, std::uint16_t* result) {
   narrowValues(values, count, result);
 }
 
+/// The result samples from `i` on, one after the other.
+HWY_INLINE void filterFrom(int i, const float* source, const LanczosAxis& axis, float* result) {
+  for (; i < axis.resultCount(); ++i) {
+    const float* first = source + axis.first(i);
+    result[i] = std::inner_product(first, first + axis.count(i), axis.weights(i), 0.0F);
+  }
+}
+
 #if HWY_TARGET == HWY_SCALAR  // a processor without vectors of four floats
 
 void filterRow(const float* source, const LanczosAxis& axis, float* result) {
-  for (int i = 0; i < axis.resultCount(); ++i) {
-    result[i] = 0;
-    for (int k = 0; k < axis.count(i); ++k) result[i] += axis.weights(i)[k] * source[axis.first(i) + k];
-  }
+  filterFrom(0, source, axis, result);
 }
 
 #else
 
 using Four = hn::FixedTag<float, 4>;
 
-HWY_INLINE hn::Vec<Four> weighedSum(Four four, const float* source, const float* weights, int taps) {
-  auto sum = hn::Mul(hn::LoadU(four, source), hn::LoadU(four, weights));
-  for (int k = 4; k < taps; k += 4)
-    sum = hn::MulAdd(hn::LoadU(four, source + k), hn::LoadU(four, weights + k), sum);
-  return sum;
+#if HWY_CAP_GE256
+using Taps = hn::FixedTag<float, 8>;
+HWY_INLINE hn::Vec<Four> folded(hn::Vec<Taps> sums) {
+  return hn::Add(hn::LowerHalf(sums), hn::UpperHalf(Four(), sums));
 }
+#else
+using Taps = Four;
+HWY_INLINE hn::Vec<Four> folded(hn::Vec<Taps> sums) { return sums; }
+#endif
 
 /// The four sums of the lanes of four vectors.
 template <class Vector>
-HWY_INLINE Vector sumsOfLanes(Four four, Vector a, Vector b, Vector c, Vector d) {
-  const auto ab = hn::Add(hn::InterleaveLower(four, a, b), hn::InterleaveUpper(four, a, b));
-  const auto cd = hn::Add(hn::InterleaveLower(four, c, d), hn::InterleaveUpper(four, c, d));
-  return hn::Add(hn::ConcatLowerLower(four, cd, ab), hn::ConcatUpperUpper(four, cd, ab));
+HWY_INLINE hn::Vec<Four> sumsOfLanes(Vector a, Vector b, Vector c, Vector d) {
+  const Taps taps;
+  const hn::Repartition<std::uint64_t, Taps> pairs;
+  const auto ab = hn::Add(hn::InterleaveLower(taps, a, b), hn::InterleaveUpper(taps, a, b));
+  const auto cd = hn::Add(hn::InterleaveLower(taps, c, d), hn::InterleaveUpper(taps, c, d));
+  const auto low = hn::InterleaveLower(pairs, hn::BitCast(pairs, ab), hn::BitCast(pairs, cd));
+  const auto high = hn::InterleaveUpper(pairs, hn::BitCast(pairs, ab), hn::BitCast(pairs, cd));
+  return folded(hn::Add(hn::BitCast(taps, low), hn::BitCast(taps, high)));
+}
+
+/// Four result samples from `i` on.
+HWY_INLINE hn::Vec<Four> fourSamples(int i, const float* source, const LanczosAxis& axis) {
+  const Taps several;
+  constexpr std::size_t lanes = hn::MaxLanes(several);
+  const auto taps = static_cast<std::size_t>(axis.taps());
+  const float* const weights = axis.weights(i);
+  const std::array<const float*, 4> first{source + axis.first(i), source + axis.first(i + 1),
+                                          source + axis.first(i + 2), source + axis.first(i + 3)};
+  auto a = hn::Zero(several);
+  auto b = hn::Zero(several);
+  auto c = hn::Zero(several);
+  auto d = hn::Zero(several);
+  for (std::size_t k = 0; k < taps; k += lanes) {
+    a = hn::MulAdd(hn::LoadU(several, first[0] + k), hn::LoadU(several, weights + k), a);
+    b = hn::MulAdd(hn::LoadU(several, first[1] + k), hn::LoadU(several, weights + taps + k), b);
+    c = hn::MulAdd(hn::LoadU(several, first[2] + k), hn::LoadU(several, weights + 2 * taps + k), c);
+    d = hn::MulAdd(hn::LoadU(several, first[3] + k), hn::LoadU(several, weights + 3 * taps + k), d);
+  }
+  return sumsOfLanes(a, b, c, d);
 }
 
 void filterRow(const float* source, const LanczosAxis& axis, float* result) {
-  const Four four;
-  const int taps = axis.taps();
-  const auto sum = [&](int i)
-                       HWY_ATTR { return weighedSum(four, source + axis.first(i), axis.weights(i), taps); };
   int i = 0;
-  for (; i + 4 <= axis.resultCount(); i += 4) {
-    hn::StoreU(sumsOfLanes(four, sum(i), sum(i + 1), sum(i + 2), sum(i + 3)), four, result + i);
-  }
-  for (; i < axis.resultCount(); ++i) result[i] = hn::GetLane(hn::SumOfLanes(four, sum(i)));
+  for (; i + 4 <= axis.resultCount(); i += 4) hn::StoreU(fourSamples(i, source, axis), Four(), result + i);
+  filterFrom(i, source, axis, result);
 }
 
 #endif
 
-void blendRows(const WeightedRows& source, float* result, std::size_t width) {
-  const auto [rows, weights, count] = source;
-  const hn::ScalableTag<float> floats;
+void blendRows(const WeightedRows& source, const RowPair<float>& results, std::size_t width) {
+  const auto& [rows, weights, count] = source;
+  const hn::CappedTag<float, blendedTogether / 2> floats;
   const std::size_t lanes = hn::Lanes(floats);
-  std::size_t x = 0;
-  for (; x + 2 * lanes <= width; x += 2 * lanes) {
-    auto left = hn::Zero(floats);
-    auto right = hn::Zero(floats);
+  for (std::size_t x = 0; x < width; x += 2 * lanes) {
+    auto left0 = hn::Zero(floats);
+    auto right0 = hn::Zero(floats);
+    auto left1 = hn::Zero(floats);
+    auto right1 = hn::Zero(floats);
     for (int k = 0; k < count; ++k) {
-      const auto weight = hn::Set(floats, weights[k]);
-      left = hn::MulAdd(hn::LoadU(floats, rows[k] + x), weight, left);
-      right = hn::MulAdd(hn::LoadU(floats, rows[k] + x + lanes), weight, right);
+      const auto left = hn::LoadU(floats, rows[k] + x);
+      const auto right = hn::LoadU(floats, rows[k] + x + lanes);
+      const auto weight0 = hn::Set(floats, weights[0][k]);
+      const auto weight1 = hn::Set(floats, weights[1][k]);
+      left0 = hn::MulAdd(left, weight0, left0);
+      right0 = hn::MulAdd(right, weight0, right0);
+      left1 = hn::MulAdd(left, weight1, left1);
+      right1 = hn::MulAdd(right, weight1, right1);
     }
-    hn::StoreU(left, floats, result + x);
-    hn::StoreU(right, floats, result + x + lanes);
-  }
-  for (; x < width; ++x) {
-    result[x] = 0;
-    for (int k = 0; k < count; ++k) result[x] += weights[k] * rows[k][x];
+    hn::StoreU(left0, floats, results[0] + x);
+    hn::StoreU(right0, floats, results[0] + x + lanes);
+    hn::StoreU(left1, floats, results[1] + x);
+    hn::StoreU(right1, floats, results[1] + x + lanes);
   }
 }
 
@@ -155,8 +188,8 @@ void filterRow(const float* source, const LanczosAxis& axis, float* result) {
   HWY_DYNAMIC_DISPATCH(filterRow)(source, axis, result);
 }
 
-void blendRows(const WeightedRows& source, float* result, std::size_t width) {
-  HWY_DYNAMIC_DISPATCH(blendRows)(source, result, width);
+void blendRows(const WeightedRows& source, const RowPair<float>& results, std::size_t width) {
+  HWY_DYNAMIC_DISPATCH(blendRows)(source, results, width);
 }
 
 }  // namespace kestrova::imaging::kernels

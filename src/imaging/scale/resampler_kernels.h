@@ -2,6 +2,7 @@
 
 #include "imaging/scale/lanczos_axis.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,14 +22,22 @@ void narrow(const float* values, std::size_t count, std::uint16_t* result);
 /// are read and must be finite.
 void filterRow(const float* source, const LanczosAxis& axis, float* result);
 
-/// Rows to blend, and the weight of each.
+/// Two results are computed at a time: reading the rows takes longer than calculating with them.
+template <class Value>
+using RowPair = std::array<Value*, 2>;
+
+/// Rows to blend, and the weights of each for either result.
 struct WeightedRows {
   const float* const* rows = nullptr;
-  const float* weights = nullptr;
+  RowPair<const float> weights{};
   int count = 0;
 };
 
-/// result[x] = sum over the rows of weights[i] * rows[i][x].
-void blendRows(const WeightedRows& source, float* result, std::size_t width);
+/// Rows that are blended have a multiple of so many floats.
+inline constexpr std::size_t blendedTogether = 32;
+
+/// result[x] = sum over the rows of weights[i] * rows[i][x], for each result. The width is a multiple of
+/// `blendedTogether`.
+void blendRows(const WeightedRows& source, const RowPair<float>& results, std::size_t width);
 
 }  // namespace kestrova::imaging::kernels
