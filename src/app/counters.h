@@ -2,10 +2,16 @@
 
 #include "platform/relaxed_atomic.h"
 
+#include <cstddef>
+
 namespace kestrova {
 
 /// What a run has counted so far. One worker at a time raises them; any thread may read them.
 struct Counters {
+  /// Groups of labels that are shown together.
+  enum class Rows { found, duplicates, copiedPhotos, copiedVideos, written, rewritten, already, filtered };
+  static constexpr std::size_t rowGroups = 8;
+
   // Source side: files and bytes
   Counter sTotalCount, sTotalSize;
   Counter sDuplicateCount, sDuplicateSize;

@@ -45,9 +45,6 @@ class AlertPanel {
   virtual int runModal(const Alert& alert) = 0;
 };
 
-/// One for each core, but not too many for one disk.
-inline std::size_t usualJobs() { return std::clamp(std::thread::hardware_concurrency(), 1U, 8U); }
-
 /// The program's surroundings: the host system and the front end. Any of the front end's parts may be absent.
 struct Host {
   std::shared_ptr<FileManager> files;
@@ -59,10 +56,11 @@ struct Host {
   /// Asks the application to terminate, which asks its delegate.
   std::function<void()> terminate;
   std::function<Date()> now = currentDate;
+  /// How many threads may work on one stage of a run, at least 1; absent: as many as suit the machine and its
+  /// volumes.
+  std::optional<std::size_t> jobs = 1;
   /// Where runs are recorded, see report::runsFolder; absent: they are not.
   std::optional<Path> runs = {};
-  /// How many threads may work on one stage of a run, at least 1.
-  std::size_t jobs = 1;
 };
 
 }  // namespace kestrova

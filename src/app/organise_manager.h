@@ -7,13 +7,11 @@
 #include "execution/folder_maker.h"
 #include "execution/operation_queue.h"
 #include "execution/operation_record.h"
-#include "execution/plan_list.h"
+#include "execution/work_ahead.h"
 #include "model/run_state.h"
-#include "model/verdict.h"
 #include "planning/plan_file.h"
 #include "platform/guarded_value.h"
 #include "platform/published_value.h"
-#include "platform/relaxed_atomic.h"
 #include "report/recorder.h"
 #include "scan/companions.h"
 #include "scan/duplicate_index.h"
@@ -32,8 +30,6 @@
 namespace kestrova {
 
 class ExaminedAhead;
-struct PreparedPhoto;
-struct RewriteWishes;
 
 enum class TerminateReply { cancel, now };
 
@@ -210,10 +206,6 @@ class OrganiseManager : public Counters, public Outlets {
   void queuePlanner(const InvocationOperation& operation);
 
   // Statistics
-  /// Rows of counts and sizes that one block shows together.
-  enum class Rows { found, duplicates, copiedPhotos, copiedVideos, written, rewritten, already, filtered };
-  static constexpr std::size_t rowGroups = 8;
-
   void count(const Verdict& verdict);
   void countExisting();
   void updateTargetTotals();
@@ -242,6 +234,7 @@ class OrganiseManager : public Counters, public Outlets {
   /// Called by the queue, which is locked.
   std::shared_ptr<InvocationOperation> makeOperation(std::size_t planned);
   void endPlanning(const InvocationOperation& planner);
+  void workAhead();
 
   // Run control
   void pauseOrContinue();
@@ -269,9 +262,14 @@ class OrganiseManager : public Counters, public Outlets {
   void resizeRecord(const OperationRecord& record);
   void rewrite(const OperationRecord& record, Verdict verdict);
   RewriteWishes wishesFor(Resolution resolution) const;
-  void settlePhoto(Verdict verdict, const PreparedPhoto& photo);
+  PhotoResult writePhoto(const OperationRecord& record, const Verdict& verdict);
+  void settlePhoto(Verdict verdict, const WrittenPhoto& written);
   void copyUndecodable(const OperationRecord& record, Verdict verdict, const std::string& reason);
   void rotateRecord(const OperationRecord& record);
+  std::optional<PreparedFile> takePrepared(const OperationRecord& record);
+  /// Whether a step that failed for that reason may succeed now, as nothing is prepared ahead any more.
+  bool makesRoom(const FileError& error);
+  void cancelOperations();
   /// The verdict on the record's file before anything has been done with it, still without an outcome.
   Verdict verdictOn(const OperationRecord& record) const;
   void settleFailure(Verdict& verdict, const FileError& error);
@@ -293,7 +291,9 @@ class OrganiseManager : public Counters, public Outlets {
   std::unique_ptr<report::Recorder> recorder_;  ///< from the scan's start; the workers'
   std::string beginFailure_;                    ///< why there is none; the workers'
   Path runTarget_;                              ///< the target folder when the run began; the workers'
+  std::size_t jobs_ = 1;                        ///< threads for a stage of this run; the workers'
   FolderMaker folderMaker_;                     ///< the workers'
+  WorkAhead workAhead_;                         ///< from the end of planning to the run's end
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

@@ -3,6 +3,7 @@
 #include "platform/printable_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 namespace kestrova::cli {
@@ -83,6 +84,19 @@ void OptionParser::addChoice(std::string_view name, std::array<std::string_view,
     return {};
   };
   options_.push_back({.name = name, .needs = "a value: " + alternatives(words), .take = take});
+}
+
+void OptionParser::number(std::string_view name, std::size_t most, std::optional<std::size_t>& field) {
+  const std::string kind = "a number from 1 to " + std::to_string(most);
+  const auto take = [name, most, kind, &field](std::string_view value) -> Step {
+    std::size_t number = 0;
+    const auto [end, problem] = std::from_chars(value.begin(), value.end(), number);
+    if (problem != std::errc() || end != value.end() || number < 1 || number > most)
+      return error(name, " takes ", kind, ", not ", quoted(value));
+    field = number;
+    return {};
+  };
+  options_.push_back({.name = name, .needs = kind, .take = take});
 }
 
 void OptionParser::path(std::string_view name, std::string_view kind, Path& field) {

@@ -3,7 +3,9 @@
 #include "model/options.h"
 #include "platform/file_manager.h"
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -43,6 +45,8 @@ class OptionParser {
   /// One word of the option's table.
   template <typename Choice>
   void choice(std::string_view name, Choice& field);
+  /// A whole number from 1 to `most`.
+  void number(std::string_view name, std::size_t most, std::optional<std::size_t>& field);
   /// A path, made absolute; `kind` says what of, with its article.
   void path(std::string_view name, std::string_view kind, Path& field);
   /// Any number of paths, made absolute; `kind` as above.

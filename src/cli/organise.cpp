@@ -12,6 +12,8 @@ namespace kestrova::cli {
 
 namespace {
 
+constexpr std::size_t mostJobsToAskFor = 64;
+
 Progress::Mode progressMode(const OrganiseArguments& arguments) {
   if (arguments.quiet) return Progress::Mode::silent;
   return arguments.log ? Progress::Mode::plain : Progress::modeOfStandardError();
@@ -91,6 +93,7 @@ tl::expected<OrganiseArguments, std::string> parseOrganise(Words words, const Pa
   parser.flags("--upright", "--no-upright", arguments.upright);
   parser.flag("--skip-small-photos", arguments.skipSmallPhotos);
   parser.flag("--skip-small-videos", arguments.skipSmallVideos);
+  parser.number("--jobs", mostJobsToAskFor, arguments.jobs);
   parser.flag("--dry-run", arguments.dryRun);
   parser.path("--report", "a file", arguments.report);
   parser.flag("--no-record", arguments.noRecord);

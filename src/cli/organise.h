@@ -2,6 +2,8 @@
 
 #include "cli/option_parser.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +21,7 @@ struct OrganiseArguments {
   bool upright = true;
   bool skipSmallPhotos = false;
   bool skipSmallVideos = false;
+  std::optional<std::size_t> jobs = {};  ///< absent: as many as suit the machine
   bool dryRun = false;
   Path report;  ///< a second place for the rows of the record; empty: none
   bool noRecord = false;
@@ -44,6 +47,8 @@ constexpr std::string_view organiseHelp = R"(organise SOURCE... --to TARGET [OPT
                          rotate photos upright or keep their orientation (default --upright)
   --skip-small-photos    skip photos smaller than 20,000 bytes or 400 pixels on a side
   --skip-small-videos    skip videos smaller than 2,000,000 bytes
+  --jobs N               prepare N files at a time (default: one for each core, at most 8; 8 on
+                         network and FUSE volumes)
   --dry-run              only show what would become of each file, and the free space needed
   --report FILE.ndjson|FILE.csv
                          write what becomes of each file into a new file, too

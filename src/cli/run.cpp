@@ -22,13 +22,13 @@ std::string unusable(const Path& folder, const std::string& reason) {
   return cli::quoted(folder.native()) + ": " + reason;
 }
 
-Host hostWith(std::shared_ptr<FileManager> files, bool isRecorded) {
+Host hostFor(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files) {
   Host host;
   host.files = std::move(files);
+  host.jobs = arguments.jobs;
   host.defaults = volatileUserDefaults();
   host.power = systemPowerAssertions();
-  host.jobs = usualJobs();
-  if (isRecorded) host.runs = report::runsFolder();
+  if (!arguments.noRecord && !arguments.dryRun) host.runs = report::runsFolder();
   return host;
 }
 
@@ -161,7 +161,7 @@ std::string unusableFolder(const OrganiseArguments& arguments, const FileManager
 Summary organise(const OrganiseArguments& arguments, std::shared_ptr<FileManager> files,
                  const Terminal& terminal, Findings& findings) {
   const auto start = Clock::now();
-  MainInterface interface(hostWith(std::move(files), !arguments.noRecord && !arguments.dryRun));
+  MainInterface interface(hostFor(arguments, std::move(files)));
   MainQueue::instance().runPending();  // the controller loads its settings first
   applyOptions(interface, arguments);
   interface.manager.verdictListener = [&](const Verdict& verdict) { findings.tally.add(verdict); };

@@ -57,6 +57,10 @@ OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationO
                          entry.planned, index);
 }
 
+Resolution recordedResolution(const PlanEntry& entry) {
+  return entry.orientation ? entry.resolution : Resolution::original;
+}
+
 Verdict plannedVerdict(const OperationRecord& record) {
   const PlannedSource planned = record.planned().value_or(PlannedSource());
   return {.source = record.file("from").value_or(Path()),

@@ -67,6 +67,9 @@ class OperationRecord {
 OperationRecord recordOf(const PlanEntry& entry, const std::weak_ptr<InvocationOperation>& operation,
                          std::optional<std::size_t> index = {});
 
+/// The resolution that such a record has: the original one if it ends before that.
+Resolution recordedResolution(const PlanEntry& entry);
+
 /// The verdict on a record's file, with all that was planned of it but no outcome.
 Verdict plannedVerdict(const OperationRecord& record);
 

@@ -17,6 +17,13 @@ tl::expected<Bytes, imaging::RewriteError> readPhoto(const FileManager& files, c
   return std::move(*photo);
 }
 
+FileResult<FileAttributes> named(StagedFile& file) {
+  auto attributes = file.attributes();
+  if (!attributes) return attributes;
+  if (const auto done = file.commitReplacing(); !done) return tl::make_unexpected(done.error());
+  return attributes;
+}
+
 }  // namespace
 
 tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& files, const PhotoTask& task) {
@@ -31,6 +38,12 @@ tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& fil
                        .sourceSha256 = sha256Of(*photo),
                        .targetSha256 = sha256Of(written),
                        .file = files.stageData(written, task.to, task.time)};
+}
+
+WrittenPhoto nameReplacing(PreparedPhoto photo) {
+  if (photo.rewriting.isLeftOut) return {.photo = std::move(photo), .file = FileAttributes()};
+  auto file = photo.file ? named(**photo.file) : tl::make_unexpected(photo.file.error());
+  return {.photo = std::move(photo), .file = std::move(file)};
 }
 
 }  // namespace kestrova

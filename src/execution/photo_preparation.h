@@ -29,8 +29,19 @@ struct PreparedPhoto {
   FileResult<std::unique_ptr<StagedFile>> file = nullptr;
 };
 
+/// A rewritten photo, and what became of its file.
+struct WrittenPhoto {
+  PreparedPhoto photo;
+  FileResult<FileAttributes> file;  ///< its attributes; of no meaning if the photo is left out
+};
+
+using PhotoResult = tl::expected<WrittenPhoto, imaging::RewriteError>;
+
 /// Reads, rewrites and stages a photo. An error if it cannot be read or decoded,
 /// and if it is interrupted. Callable from any thread.
 tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& files, const PhotoTask& task);
+
+/// Gives the new photo its name, in place of an existing file.
+WrittenPhoto nameReplacing(PreparedPhoto photo);
 
 }  // namespace kestrova

@@ -2,6 +2,7 @@
 #include "platform/file_system.h"
 #include "platform/regular_file.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -17,18 +18,22 @@ namespace kestrova::host {
 namespace {
 
 constexpr std::size_t bufferSize = std::size_t{256} * 1024;
+constexpr std::uint64_t largestPiece = std::uint64_t{32} * 1024 * 1024;
 
 bool shareBlocks(int from, int to) { return ::ioctl(to, FICLONE, from) == 0; }
 
 /// Lets the kernel move as many bytes as it can; the files' offsets move along. Not every pair of file
-/// systems supports this, and some end early without an error: copyInPlainSteps copies the rest.
+/// systems supports this, and some end early without an error: copyInPlainSteps copies the rest. The disk
+/// writes a large file while it is still being copied.
 std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
   std::uint64_t copied = 0;
   while (copied < size) {
+    const std::size_t piece = std::min(size - copied, largestPiece);
     const ssize_t count =
-        uninterrupted([&] { return ::copy_file_range(from, nullptr, to, nullptr, size - copied, 0); });
+        uninterrupted([&] { return ::copy_file_range(from, nullptr, to, nullptr, piece, 0); });
     if (count <= 0) break;
     copied += static_cast<std::uint64_t>(count);
+    if (copied < size) beginWriting(to);
   }
   return copied;
 }

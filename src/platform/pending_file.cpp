@@ -13,6 +13,13 @@
 
 namespace kestrova {
 
+namespace {
+
+/// Writing many smaller files one by one takes longer than it saves: the barrier writes them together.
+constexpr off_t worthBeginning = 256 * 1024;
+
+}  // namespace
+
 PendingFile::~PendingFile() {
   if (barrierNumber_) place_.barrier->remove();
   if (!temporaryName_.empty()) ::unlinkat(place_.folder.get(), temporaryName_.c_str(), 0);
@@ -66,7 +73,7 @@ FileResult<void> PendingFile::complete(StagingTime time) {
   if (!place_.barrier || !place_.barrier->isWorthIt()) return makeDurable();
   struct stat status = {};
   if (::fstat(file_.get(), &status) < 0) return failure();
-  host::beginWriting(file_.get());
+  if (status.st_size >= worthBeginning) host::beginWriting(file_.get());
   barrierNumber_ = place_.barrier->add(static_cast<std::uint64_t>(status.st_size));
   return {};
 }

@@ -38,8 +38,8 @@ Host systemHost() {
   host.defaults = standardUserDefaults();
   host.power = systemPowerAssertions();
   host.workspace = desktopWorkspace();
+  host.jobs = std::nullopt;
   host.runs = report::runsFolder();
-  host.jobs = usualJobs();
   return host;
 }
 

@@ -34,6 +34,18 @@ bool asksFor(const WordList& words) {
 
 }  // namespace
 
+TEST(CliArguments, TakeANumberOfJobs) {
+  EXPECT_EQ(parseWith({})->jobs, std::nullopt);
+  EXPECT_EQ(parseWith({"--jobs", "1"})->jobs, 1U);
+  EXPECT_EQ(parseWith({"--jobs=64"})->jobs, 64U);
+  for (const char* const number : {"0", "65", "-1", "2x", "two", "", "99999999999999999999"}) {
+    const std::string word = std::string("--jobs=") + number;
+    EXPECT_EQ(errorOf(parseWith({word})),
+              "--jobs takes a number from 1 to 64, not \"" + std::string(number) + '"');
+  }
+  EXPECT_EQ(errorOf(parseWith({"--jobs"})), "--jobs needs a number from 1 to 64");
+}
+
 TEST(CliArguments, TakesSourcesAndTarget) {
   const auto arguments = parse({"organise", "/a", "/b c", "--to", "/out"});
   ASSERT_TRUE(arguments) << arguments.error();

@@ -64,15 +64,15 @@ std::vector<std::uint32_t> FakePowerAssertions::released() const {
 }
 
 HeadlessProgram::HeadlessProgram(std::shared_ptr<FileManager> files, std::shared_ptr<UserDefaults> defaults,
-                                 std::size_t jobs) {
+                                 std::optional<std::size_t> jobs) {
   std::filesystem::create_directories(source);
   std::filesystem::create_directories(target);
   Host host;
   host.files = std::move(files);
   host.defaults = std::move(defaults);
   host.power = power;
-  host.runs = runs;
   host.jobs = jobs;
+  host.runs = runs;
   host.now = [this] { return clock(); };
   interface = std::make_unique<MainInterface>(std::move(host));
   interface->lblStatus->didChange = [this] { statusTexts_ << status(); };

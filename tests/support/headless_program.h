@@ -50,7 +50,7 @@ class HeadlessProgram {
  public:
   explicit HeadlessProgram(std::shared_ptr<FileManager> files = systemFileManager(),
                            std::shared_ptr<UserDefaults> defaults = volatileUserDefaults(),
-                           std::size_t jobs = 1);
+                           std::optional<std::size_t> jobs = 1);
   ~HeadlessProgram();
 
   TemporaryFolder folder;

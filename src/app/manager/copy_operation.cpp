@@ -11,6 +11,31 @@
 
 namespace kestrova {
 
+namespace {
+
+FileResult<FileAttributes> named(StagedFile& copy) {
+  auto attributes = copy.attributes();
+  if (!attributes) return attributes;
+  if (const auto done = copy.commit(); !done) return tl::make_unexpected(done.error());
+  return attributes;
+}
+
+// A target that the plan did not find is not looked for again: if it has come since, the copy finds its name
+// taken.
+FileResult<FileAttributes> copyInTurn(FileManager& files, const OperationRecord& record, const Path& from,
+                                      const Path& to) {
+  if (!record.planned() || record.planned()->isNameTaken) {
+    const auto exists = files.fileExists(to);
+    if (!exists) return tl::make_unexpected(exists.error());
+    if (*exists) return tl::make_unexpected(FileError{EEXIST, {}});
+  }
+  const auto copy = files.stageCopy(from, to, checkAgainst(record.planned()));
+  if (!copy) return tl::make_unexpected(copy.error());
+  return named(**copy);
+}
+
+}  // namespace
+
 void OrganiseManager::copyOperation(const OperationRecord& record) {
   appStatus = 3;
   try {
@@ -51,7 +76,8 @@ void OrganiseManager::announceCopy(std::string_view extension) {
 }
 
 void OrganiseManager::createFolder(const Path& file) {
-  const auto created = folderMaker_.create(*host_.files, file.parent_path());
+  auto created = folderMaker_.create(*host_.files, file.parent_path());
+  if (!created && makesRoom(created.error())) created = folderMaker_.create(*host_.files, file.parent_path());
   if (!created)
     log(QStringLiteral("Error creating directory path: ") + QString::fromStdString(created.error().message));
 }
@@ -62,21 +88,15 @@ void OrganiseManager::copyFile(const Path& from, const Path& to) {
   copyAsItIs(record, verdictOn(record));
 }
 
-// A target that the plan did not find is not looked for again: if it has come since, the copy finds its name
-// taken.
 FileResult<FileAttributes> OrganiseManager::makeCopy(const OperationRecord& record, const Path& from,
                                                      const Path& to) {
-  if (!record.planned() || record.planned()->isNameTaken) {
-    const auto exists = host_.files->fileExists(to);
-    if (!exists) return tl::make_unexpected(exists.error());
-    if (*exists) return tl::make_unexpected(FileError{EEXIST, {}});
+  if (auto ahead = takePrepared(record); ahead && ahead->copy) {
+    auto copied = named(*ahead->copy);
+    if (copied || copied.error().kind == FileError::Kind::alreadyExists) return copied;
   }
-  const auto copy = host_.files->stageCopy(from, to, checkAgainst(record.planned()));
-  if (!copy) return tl::make_unexpected(copy.error());
-  auto attributes = (*copy)->attributes();
-  if (!attributes) return attributes;
-  if (const auto named = (*copy)->commit(); !named) return tl::make_unexpected(named.error());
-  return attributes;
+  auto copied = copyInTurn(*host_.files, record, from, to);
+  if (!copied && makesRoom(copied.error())) copied = copyInTurn(*host_.files, record, from, to);
+  return copied;
 }
 
 // The size that counts is the one before the copy.

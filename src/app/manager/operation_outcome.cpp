@@ -2,9 +2,26 @@
 #include "execution/error_codes.h"
 #include "platform/log.h"
 
+#include <cerrno>
 #include <exception>
 
 namespace kestrova {
+
+std::optional<PreparedFile> OrganiseManager::takePrepared(const OperationRecord& record) {
+  return record.index() ? workAhead_.take(*record.index()) : std::nullopt;
+}
+
+// With nothing prepared, what was left of the volume, of memory and of open files is there again.
+bool OrganiseManager::makesRoom(const FileError& error) {
+  const bool lacksRoom = error.kind == FileError::Kind::noSpace || error.code == EMFILE ||
+                         error.code == ENFILE || error.code == ENOMEM;
+  return lacksRoom && workAhead_.giveUp();
+}
+
+void OrganiseManager::cancelOperations() {
+  workAhead_.stop();
+  processQueue->cancelAllOperations();
+}
 
 // A missing folder is what could not be created: the reason for that says more.
 FileError OrganiseManager::causeOf(const FileError& error, const Path& file) {
@@ -48,7 +65,7 @@ Verdict OrganiseManager::verdictOn(const OperationRecord& record) const {
 void OrganiseManager::endForFullVolume(const QString& logText) {
   log(logText);
   endEarly(RunEnd::outOfSpace);
-  processQueue->cancelAllOperations();
+  cancelOperations();
   post([this] { buttonStart->setTitle(QStringLiteral("Start")); });
   setStatus(QStringLiteral("Not enough space!"));
   haserror = true;
@@ -59,7 +76,7 @@ void OrganiseManager::endIfTargetIsLost(const Verdict& verdict) {
   if (verdict.outcome != Outcome::failed || !meansVolumeIsLost(verdict.errorCode)) return;
   endEarly(RunEnd::error);
   haserror = true;
-  processQueue->cancelAllOperations();
+  cancelOperations();
   setStatus(QStringLiteral("The target folder cannot be used: ") + QString::fromStdString(verdict.error));
   if (runState().phase == RunPhase::planning) releaseAssertion();  // nobody observes the queue yet
   post([this] {

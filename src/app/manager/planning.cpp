@@ -1,4 +1,5 @@
 #include "app/organise_manager.h"
+#include "execution/work_limits.h"
 #include "planning/calendar.h"
 #include "planning/examined_ahead.h"
 #include "planning/plan_file.h"
@@ -34,7 +35,7 @@ void OrganiseManager::analyseAndDecideOperation(const InvocationOperation& opera
 }
 
 void OrganiseManager::planFiles(const InvocationOperation& planner) {
-  ExaminedAhead ahead(fileList, *host_.files, host_.jobs - 1);
+  ExaminedAhead ahead(fileList, *host_.files, jobs_ - 1);
   for (std::size_t index = 0; index < fileList.size(); ++index) {
     if (planner.isCancelled()) {
       log(QStringLiteral("CANCELLLED"));
@@ -105,6 +106,7 @@ void OrganiseManager::queueEntry(PlanEntry entry, const InvocationOperation& pla
 }
 
 std::shared_ptr<InvocationOperation> OrganiseManager::makeOperation(std::size_t planned) {
+  workAhead_.passOver(planned);
   planList_->releaseBefore(planned);
   const PlanEntry entry = planList_->entry(planned);
   const auto handler = entry.handler == PlanEntry::Handler::resize ? &OrganiseManager::resizeOperation
@@ -128,7 +130,15 @@ void OrganiseManager::endPlanning(const InvocationOperation& planner) {
     observeValueForKeyPath(keyPath, queue);
   });
   enter(RunPhase::executing);
+  workAhead();
   processQueue->setSuspended(false);
+}
+
+// A dry run holds no target, and prepares nothing.
+void OrganiseManager::workAhead() {
+  if (!heldTarget_ || jobs_ == 1) return;
+  const auto wishes = [this](const PlanEntry& entry) { return wishesFor(recordedResolution(entry)); };
+  workAhead_.start(planList_, host_.files, wishes, workLimits(jobs_));
 }
 
 std::optional<Date> OrganiseManager::getModifiedDate(std::string_view url) const {

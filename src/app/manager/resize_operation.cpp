@@ -17,15 +17,6 @@ Resolution resolutionOf(const OperationRecord& record) {
   return optionAt<Resolution>(record.number("resolution").value_or(0));
 }
 
-/// Gives the new photo its name, in place of an existing file.
-FileResult<FileAttributes> replace(const FileResult<std::unique_ptr<StagedFile>>& file) {
-  if (!file) return tl::make_unexpected(file.error());
-  auto attributes = (*file)->attributes();
-  if (!attributes) return attributes;
-  if (const auto named = (*file)->commitReplacing(); !named) return tl::make_unexpected(named.error());
-  return attributes;
-}
-
 }  // namespace
 
 void OrganiseManager::resizeOperation(const OperationRecord& record) {
@@ -57,31 +48,42 @@ void OrganiseManager::resizeRecord(const OperationRecord& record) {
 }
 
 void OrganiseManager::rewrite(const OperationRecord& record, Verdict verdict) {
-  const Path to = verdict.target.value_or(Path());
-  const auto operation = record.operation();
-  const auto photo =
-      preparePhoto(*host_.files, {.from = verdict.source,
-                                  .to = to,
-                                  .size = verdict.sourceSize,
-                                  .wishes = wishesFor(resolutionOf(record)),
-                                  .check = checkAgainst(record.planned()),
-                                  .stopped = [&] { return operation && operation->isCancelled(); }});
+  const auto photo = writePhoto(record, verdict);
   if (!photo && photo.error().isInterrupted) {
     skipOperation(record);
     return;
   }
-  const PictureSize size = photo ? photo->rewriting.size : PictureSize();
+  const PictureSize size = photo ? photo->photo.rewriting.size : PictureSize();
   log(QString::asprintf("Width from NSBitmapImageRep: %f", size.width));
   log(QString::asprintf("Height from NSBitmapImageRep: %f", size.height));
   if (!photo) {
     copyUndecodable(record, std::move(verdict), photo.error().reason);
-  } else if (photo->rewriting.isLeftOut) {
+  } else if (photo->photo.rewriting.isLeftOut) {
     verdict.outcome = Outcome::small;
     verdict.target.reset();
     settle(verdict);
   } else {
     settlePhoto(std::move(verdict), *photo);
   }
+}
+
+PhotoResult OrganiseManager::writePhoto(const OperationRecord& record, const Verdict& verdict) {
+  if (auto ahead = takePrepared(record); ahead && ahead->photo) {
+    auto written = nameReplacing(*std::move(ahead->photo));
+    if (written.file) return written;
+  }
+  const Path to = verdict.target.value_or(Path());
+  const auto operation = record.operation();
+  const PhotoTask task{.from = verdict.source,
+                       .to = to,
+                       .size = verdict.sourceSize,
+                       .wishes = wishesFor(resolutionOf(record)),
+                       .check = checkAgainst(record.planned()),
+                       .stopped = [&] { return operation && operation->isCancelled(); }};
+  auto photo = preparePhoto(*host_.files, task).map(nameReplacing);
+  if (photo && !photo->file && makesRoom(photo->file.error()))
+    photo = preparePhoto(*host_.files, task).map(nameReplacing);
+  return photo;
 }
 
 RewriteWishes OrganiseManager::wishesFor(Resolution resolution) const {
@@ -91,19 +93,19 @@ RewriteWishes OrganiseManager::wishesFor(Resolution resolution) const {
 }
 
 // If a photo cannot be written, the run ends for any error, as if the volume were full.
-void OrganiseManager::settlePhoto(Verdict verdict, const PreparedPhoto& photo) {
-  const auto written = replace(photo.file);
-  if (!written) {
-    settleFailure(verdict, causeOf(written.error(), verdict.target.value_or(Path())));
+void OrganiseManager::settlePhoto(Verdict verdict, const WrittenPhoto& written) {
+  if (!written.file) {
+    settleFailure(verdict, causeOf(written.file.error(), verdict.target.value_or(Path())));
     endForFullVolume(QStringLiteral("No space left!!!!!"));
     return;
   }
+  const PreparedPhoto& photo = written.photo;
   verdict.outcome = photo.rewriting.isResized ? Outcome::resized : Outcome::rewritten;
   verdict.pagesLeftOut = photo.rewriting.photo.pagesLeftOut;
   verdict.sourceSha256 = photo.sourceSha256;
   verdict.targetSha256 = photo.targetSha256;
-  verdict.targetSize = written->size;
-  verdict.targetModified = written->modified;
+  verdict.targetSize = written.file->size;
+  verdict.targetModified = written.file->modified;
   settle(verdict);
 }
 

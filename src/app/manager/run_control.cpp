@@ -36,6 +36,7 @@ void OrganiseManager::pauseRun() {
     state.isPaused = true;
     processQueue->setSuspended(true);
   });
+  workAhead_.setPaused(true);
 }
 
 void OrganiseManager::haltRun() {
@@ -43,6 +44,7 @@ void OrganiseManager::haltRun() {
     state.halt();
     processQueue->setSuspended(true);
   });
+  workAhead_.setPaused(true);
 }
 
 void OrganiseManager::resumeRun() {
@@ -50,6 +52,7 @@ void OrganiseManager::resumeRun() {
     state.resume();
     processQueue->setSuspended(false);
   });
+  workAhead_.setPaused(false);
 }
 
 void OrganiseManager::enter(RunPhase phase) {
@@ -83,7 +86,7 @@ void OrganiseManager::stopProcess(const Control*) {
   if (!isRunning()) return;
   hasstopped = true;
   endEarly(RunEnd::stopped);
-  processQueue->cancelAllOperations();
+  cancelOperations();
   post([this] {
     resumeRun();
     showEnded();
@@ -99,6 +102,7 @@ void OrganiseManager::endEarly(RunEnd end) {
 // this. A run that ends before its operations were planned is not reported, but the front ends still need to
 // know that it has ended.
 void OrganiseManager::noticeEnd() {
+  workAhead_.finish();
   releaseTarget();
   endRecord();
   const bool isReported = runState().phase == RunPhase::executing;

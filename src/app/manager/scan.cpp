@@ -1,4 +1,5 @@
 #include "app/organise_manager.h"
+#include "execution/work_limits.h"
 #include "platform/log.h"
 #include "report/left_behind.h"
 #include "scan/fingerprints_ahead.h"
@@ -63,6 +64,7 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
 void OrganiseManager::beginScan(const InvocationOperation& operation) {
   appStatus = 1;
   runTarget_ = targetPath.get().value_or(Path());
+  jobs_ = host_.jobs ? *host_.jobs : usualJobs(sourcePathList.get(), runTarget_);
   folderMaker_ = FolderMaker(runTarget_);
   beginRecord();
   postFrom(operation, [this] { buttonStart->setEnabled(false); });
@@ -117,7 +119,7 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
       end = WalkEnd::suspended;
     return end == WalkEnd::complete;
   };
-  FingerprintsAhead ahead(*host_.files, fileList, hashList, host_.jobs - 1);
+  FingerprintsAhead ahead(*host_.files, fileList, hashList, jobs_ - 1);
   walk.visits = [&](const WalkedFile& file) {
     ahead.expect(file);
     ahead.inTurn(file, [&](const WalkedFile& next) { takeFile(next, ahead.judge(next)); });

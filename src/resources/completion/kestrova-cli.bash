@@ -32,7 +32,7 @@ _kestrova_cli() {
       local options=''
       case $command in
         organise) options='--to= --media= --photo-formats= --folders= --size= --upright --no-upright
-          --skip-small-photos --skip-small-videos --dry-run --verify --checksums= --report= --no-record --json --quiet --log' ;;
+          --skip-small-photos --skip-small-videos --jobs= --dry-run --verify --checksums= --report= --no-record --json --quiet --log' ;;
         check) options='--in= --rescue= --json' ;;
         undo) options='--dry-run --delete --json' ;;
         runs) options=--json ;;

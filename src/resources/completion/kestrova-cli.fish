@@ -27,6 +27,7 @@ $command -n $organise -l upright -d 'Rotate photos upright'
 $command -n $organise -l no-upright -d 'Keep the orientation of photos'
 $command -n $organise -l skip-small-photos -d 'Skip small photos'
 $command -n $organise -l skip-small-videos -d 'Skip small videos'
+$command -n $organise -l jobs -d 'How many files to prepare at a time' -x -a '1 2 4 8'
 $command -n $organise -l dry-run -d 'Only show what would become of each file'
 $command -n $organise -l verify -d 'Compare what was written with the sources'
 $command -n $organise -l checksums -d 'Verify, and write SHA-256 sums into a file' -r -F

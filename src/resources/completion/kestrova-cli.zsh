@@ -15,6 +15,7 @@ local -a organise=(
   '(--upright)--no-upright[keep the orientation of photos]'
   '--skip-small-photos[skip small photos]'
   '--skip-small-videos[skip small videos]'
+  '--jobs=[how many files to prepare at a time]:number:(1 2 4 8)'
   '--dry-run[only show what would become of each file]'
   '--verify[compare what was written with the sources]'
   '--checksums=[verify, and write SHA-256 sums into a file]:file:_files'
