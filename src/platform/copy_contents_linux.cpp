@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
 
@@ -20,11 +18,9 @@ namespace {
 constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 constexpr std::uint64_t largestPiece = std::uint64_t{32} * 1024 * 1024;
 
-bool shareBlocks(int from, int to) { return ::ioctl(to, FICLONE, from) == 0; }
-
-/// Lets the kernel move as many bytes as it can; the files' offsets move along. Not every pair of file
-/// systems supports this, and some end early without an error: copyInPlainSteps copies the rest. The disk
-/// writes a large file while it is still being copied.
+/// Lets the kernel share blocks or move as many bytes as it can; the files' offsets move along. Not every
+/// pair of file systems supports this, and some end early without an error: copyInPlainSteps copies the rest.
+/// The disk writes a large file while it is still being copied.
 std::uint64_t copyInsideKernel(int from, int to, std::uint64_t size) {
   std::uint64_t copied = 0;
   while (copied < size) {
@@ -53,9 +49,10 @@ FileResult<void> copyInPlainSteps(int from, int to, std::uint64_t left) {
   }
 }
 
+// A source that grew is found by its times, see checkUnchanged.
 FileResult<void> copyBytes(int from, int to, std::uint64_t size) {
-  if (size > 0 && shareBlocks(from, to)) return {};
-  return copyInPlainSteps(from, to, size - copyInsideKernel(from, to, size));
+  const std::uint64_t left = size - copyInsideKernel(from, to, size);
+  return left == 0 && size > 0 ? FileResult<void>() : copyInPlainSteps(from, to, left);
 }
 
 std::vector<char> attributeNames(int file) {

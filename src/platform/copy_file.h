@@ -8,7 +8,8 @@ namespace kestrova {
 /// change time shows this even if a writer has restored the modification time.
 FileResult<void> checkUnchanged(const RegularFile& source);
 
-/// Copies data, permissions, times and extended attributes into an open new file.
+/// Copies data, permissions, times and extended attributes into an open new file. Whether the source was
+/// changed in the meantime is to be checked after that.
 FileResult<void> copyWhole(const RegularFile& source, int to);
 
 }  // namespace kestrova

@@ -155,6 +155,7 @@ class FileManager {
   /// A file can be staged ahead of its turn where it gets its name below the held target. Its folder may
   /// still be missing then; it is needed when the file gets its name. Many files staged ahead become durable
   /// together, when the first of them needs to be. Fails for any reason that would need a decision.
+  /// Whether the source was changed while it was copied must be checked before the file gets its name.
   virtual FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,
                                                             const SourceCheck& check, StagingTime time) = 0;
   FileResult<std::unique_ptr<StagedFile>> stageCopy(const Path& from, const Path& to,

@@ -36,8 +36,8 @@ FileResult<void> nameUnnamed(int file, int folder, const char* name);
 /// EINVAL, ENOTSUP or ENOSYS.
 FileResult<void> renameExclusively(const NameInFolder& from, const NameInFolder& to);
 
-/// Copies all bytes and the extended attributes between two files at their starts. A source that does not end
-/// after `size` bytes is an error (EBUSY), and no more than these are written.
+/// Copies all bytes and the extended attributes between two files at their starts. A source that ends before
+/// `size` bytes is an error (EBUSY), and no more than these are written.
 FileResult<void> copyContents(int from, int to, std::uint64_t size);
 
 /// Returns once the file's bytes, and what is needed to find them, are on the medium. If the file then gets a

@@ -16,37 +16,35 @@ namespace kestrova {
 namespace {
 
 /// Writing many smaller files one by one takes longer than it saves: the barrier writes them together.
-constexpr off_t worthBeginning = 256 * 1024;
+constexpr std::uint64_t worthBeginning = std::uint64_t{256} * 1024;
 
 }  // namespace
 
 PendingFile::~PendingFile() {
   if (barrierNumber_) place_.barrier->remove();
-  if (!temporaryName_.empty()) ::unlinkat(place_.folder.get(), temporaryName_.c_str(), 0);
+  if (!temporaryName_.empty()) ::unlinkat(folder(), temporaryName_.c_str(), 0);
 }
 
-FileResult<std::unique_ptr<PendingFile>> PendingFile::create(Place place, std::string name, mode_t mode,
-                                                             Staging staging) {
+FileResult<std::unique_ptr<PendingFile>> PendingFile::create(Place place, std::string name, mode_t mode) {
   std::unique_ptr<PendingFile> pending(new PendingFile(std::move(place), std::move(name)));
-  if (const auto opened = pending->open(mode, staging); !opened) return tl::make_unexpected(opened.error());
+  if (const auto opened = pending->open(mode); !opened) return tl::make_unexpected(opened.error());
   return pending;
 }
 
-FileResult<void> PendingFile::open(mode_t mode, Staging staging) {
-  if (staging == Staging::underTemporaryName) return createNamed(mode);
-  auto file = host::createUnnamed(place_.folder.get(), mode);
+FileResult<void> PendingFile::open(mode_t mode) {
+  if (place_.staging == Staging::underTemporaryName) return createNamed(mode);
+  auto file = host::createUnnamed(folder(), mode);
   // For any error: if it is more than a lack of unnamed files, the other way fails too.
   if (!file) return createNamed(mode);
   file_ = std::move(*file);
-  if (place_.enterFinalFolder) place_.folder = FileDescriptor();  // many files may wait
   return {};
 }
 
 FileResult<void> PendingFile::createNamed(mode_t mode) {
   return takeName([&](const char* free) -> FileResult<int> {
     constexpr int flags = O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC;
-    file_ = FileDescriptor(uninterrupted([&] { return ::openat(place_.folder.get(), free, flags, mode); }));
-    if (!file_) return failureToCreate(place_.folder.get());
+    file_ = FileDescriptor(uninterrupted([&] { return ::openat(folder(), free, flags, mode); }));
+    if (!file_) return failureToCreate(folder());
     return file_.get();
   });
 }
@@ -55,26 +53,24 @@ FileResult<void> PendingFile::giveTemporaryName() {
   // Locked before it is visible, so that nobody mistakes it for an abandoned one.
   ::flock(file_.get(), LOCK_EX | LOCK_NB);
   return takeName([&](const char* free) -> FileResult<int> {
-    if (const auto named = host::nameUnnamed(file_.get(), place_.folder.get(), free); !named)
+    if (const auto named = host::nameUnnamed(file_.get(), folder(), free); !named)
       return tl::make_unexpected(named.error());
     return file_.get();
   });
 }
 
 FileResult<void> PendingFile::takeName(const PutFile& put) {
-  auto name = takeTemporaryName(place_.folder.get(), put);
+  auto name = takeTemporaryName(folder(), put);
   if (!name) return tl::make_unexpected(name.error());
   temporaryName_ = std::move(*name);
   return {};
 }
 
-FileResult<void> PendingFile::complete(StagingTime time) {
+FileResult<void> PendingFile::complete(std::uint64_t bytes, StagingTime time) {
   if (time == StagingTime::inTurn) return {};
   if (!place_.barrier || !place_.barrier->isWorthIt()) return makeDurable();
-  struct stat status = {};
-  if (::fstat(file_.get(), &status) < 0) return failure();
-  if (status.st_size >= worthBeginning) host::beginWriting(file_.get());
-  barrierNumber_ = place_.barrier->add(static_cast<std::uint64_t>(status.st_size));
+  if (bytes >= worthBeginning) host::beginWriting(file_.get());
+  barrierNumber_ = place_.barrier->add(bytes);
   return {};
 }
 
@@ -90,7 +86,11 @@ FileResult<void> PendingFile::enterFinalFolder() {
   if (!place_.enterFinalFolder) return {};
   auto folder = place_.enterFinalFolder();
   if (!folder) return tl::make_unexpected(folder.error());
-  (temporaryName_.empty() ? place_.folder : finalFolder_) = std::move(*folder);
+  if (temporaryName_.empty()) {
+    place_.folder = std::make_shared<FileDescriptor>(std::move(*folder));
+  } else {
+    finalFolder_ = std::move(*folder);
+  }
   place_.enterFinalFolder = nullptr;
   return {};
 }
@@ -101,7 +101,7 @@ FileResult<void> PendingFile::commit() {
   const NameInFolder final{finalFolder(), finalName_.c_str()};
   const bool hasNoName = temporaryName_.empty();
   auto named = hasNoName ? host::nameUnnamed(file_.get(), final.folder, final.name)
-                         : renameWithoutReplacing({place_.folder.get(), temporaryName_.c_str()}, final);
+                         : renameWithoutReplacing({folder(), temporaryName_.c_str()}, final);
   if (named) temporaryName_.clear();
   return named;
 }
@@ -112,9 +112,8 @@ FileResult<void> PendingFile::commitReplacing() {
   if (temporaryName_.empty()) {
     if (auto named = giveTemporaryName(); !named) return named;
   }
-  auto replaced = succeeded(uninterrupted([&] {
-    return ::renameat(place_.folder.get(), temporaryName_.c_str(), finalFolder(), finalName_.c_str());
-  }));
+  auto replaced = succeeded(uninterrupted(
+      [&] { return ::renameat(folder(), temporaryName_.c_str(), finalFolder(), finalName_.c_str()); }));
   if (replaced) temporaryName_.clear();
   return replaced;
 }

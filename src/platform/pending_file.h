@@ -21,20 +21,20 @@ class PendingFile final : public StagedFile {
  public:
   /// Where a file waits for its name.
   struct Place {
-    FileDescriptor folder;  ///< closed while a file waits ahead of its turn without a name
+    std::shared_ptr<const FileDescriptor> folder;
+    Staging staging = Staging::unseen;
     /// Opens the folder that is to hold the file, which is on the same volume; absent if it waits there.
     std::function<FileResult<FileDescriptor>()> enterFinalFolder = {};
     std::shared_ptr<VolumeBarrier> barrier = {};  ///< of the volume, if files there wait for one
   };
 
   /// `mode` is subject to the umask.
-  static FileResult<std::unique_ptr<PendingFile>> create(Place place, std::string name, mode_t mode,
-                                                         Staging staging);
+  static FileResult<std::unique_ptr<PendingFile>> create(Place place, std::string name, mode_t mode);
   ~PendingFile() override;
 
   int descriptor() const { return file_.get(); }
   /// All has been written. A file that is ahead of its turn begins its way to the disk.
-  FileResult<void> complete(StagingTime time);
+  FileResult<void> complete(std::uint64_t bytes, StagingTime time);
 
   FileResult<void> commit() override;
   FileResult<void> commitReplacing() override;
@@ -42,13 +42,14 @@ class PendingFile final : public StagedFile {
 
  private:
   PendingFile(Place place, std::string name) : place_(std::move(place)), finalName_(std::move(name)) {}
-  FileResult<void> open(mode_t mode, Staging staging);
+  FileResult<void> open(mode_t mode);
   FileResult<void> createNamed(mode_t mode);
   FileResult<void> giveTemporaryName();
   FileResult<void> takeName(const PutFile& put);
   FileResult<void> makeDurable();
   FileResult<void> enterFinalFolder();
-  int finalFolder() const { return finalFolder_ ? finalFolder_.get() : place_.folder.get(); }
+  int folder() const { return place_.folder->get(); }
+  int finalFolder() const { return finalFolder_ ? finalFolder_.get() : folder(); }
 
   Place place_;
   FileDescriptor file_;

@@ -100,12 +100,16 @@ class SystemFileManager final : public FileManager {
     const auto source = openRegularFile(from);
     if (!source) return tl::make_unexpected(unreadable(source.error()));
     if (const auto agreed = asked(check, *source); !agreed) return tl::make_unexpected(agreed.error());
-    return stage({to, privateMode, time}, [&](int file) { return copyWhole(*source, file); });
+    const auto size = static_cast<std::uint64_t>(source->status.st_size);
+    return stage({to, privateMode, size, time}, [&](int file) {
+      auto copied = copyWhole(*source, file);
+      return copied && time == StagingTime::inTurn ? checkUnchanged(*source) : copied;
+    });
   }
 
   FileResult<std::unique_ptr<StagedFile>> stageData(ByteView data, const Path& to,
                                                     StagingTime time) override {
-    return stage({to, newFileMode, time}, [&](int file) { return writeBytes(file, data); });
+    return stage({to, newFileMode, data.size(), time}, [&](int file) { return writeBytes(file, data); });
   }
 
  private:
@@ -131,6 +135,7 @@ class SystemFileManager final : public FileManager {
   struct NewFile {
     const Path& to;
     mode_t mode;
+    std::uint64_t size;
     StagingTime time;
   };
 
@@ -147,7 +152,9 @@ class SystemFileManager final : public FileManager {
     if (file.time == StagingTime::ahead) return placeAheadFor(file.to.parent_path());
     auto folder = openFolderOf(file.to);
     if (!folder) return tl::make_unexpected(folder.error());
-    return PendingFile::Place{.folder = std::move(*folder)};
+    const Staging staging = staging_(folder->get());
+    return PendingFile::Place{.folder = std::make_shared<FileDescriptor>(std::move(*folder)),
+                              .staging = staging};
   }
 
   FileResult<PendingFile::Place> placeAheadFor(const Path& folder) const {
@@ -159,19 +166,20 @@ class SystemFileManager final : public FileManager {
       tree->noteNewName(folder);
       return tree->enter(folder);
     };
-    return PendingFile::Place{
-        .folder = std::move(*nearest), .enterFinalFolder = enter, .barrier = tree->barrier()};
+    return PendingFile::Place{.folder = std::move(*nearest),
+                              .staging = tree->staging(staging_),
+                              .enterFinalFolder = enter,
+                              .barrier = tree->barrier()};
   }
 
   template <typename Fill>
   FileResult<std::unique_ptr<StagedFile>> stage(const NewFile& file, const Fill& fill) const {
     auto place = placeFor(file);
     if (!place) return tl::make_unexpected(place.error());
-    const Staging staging = staging_(place->folder.get());
-    auto pending = PendingFile::create(std::move(*place), file.to.filename().native(), file.mode, staging);
+    auto pending = PendingFile::create(std::move(*place), file.to.filename().native(), file.mode);
     if (!pending) return tl::make_unexpected(pending.error());
     auto done = fill((*pending)->descriptor());
-    if (done) done = (*pending)->complete(file.time);
+    if (done) done = (*pending)->complete(file.size, file.time);
     if (!done) return tl::make_unexpected(done.error());
     return std::move(*pending);
   }

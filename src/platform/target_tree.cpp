@@ -30,6 +30,24 @@ bool leadsUp(std::string_view names) {
   return false;
 }
 
+struct Nearest {
+  FileDescriptor folder;
+  bool isItself = false;
+};
+
+/// The innermost folder that exists on the way from the root.
+FileResult<Nearest> openNearest(int root, std::string_view names) {
+  for (std::string way(names); !way.empty(); way.resize(way.find_last_of('/') + 1)) {
+    while (way.ends_with('/')) way.pop_back();
+    auto place = host::openPlaceWithoutLinks(root, way.c_str());
+    if (place) return Nearest{.folder = std::move(*place), .isItself = way.size() == names.size()};
+    if (place.error().code != ENOENT) return tl::make_unexpected(place.error());
+  }
+  auto place = openPlace(root, ".", FinalLink::followed);
+  if (!place) return tl::make_unexpected(place.error());
+  return Nearest{.folder = std::move(*place)};
+}
+
 }  // namespace
 
 TargetTree::TargetTree(const Path& root) : root_(withoutFinalSlash(root)) {
@@ -118,17 +136,32 @@ std::shared_ptr<VolumeBarrier> TargetTree::barrier() {
   return barrier_;
 }
 
-FileResult<FileDescriptor> TargetTree::enterNearest(const Path& folder) {
+Staging TargetTree::staging(const StagingChoice& choice) {
+  const MutexLock lock(mutex_);
+  if (!staging_) staging_ = choice(opened_.get());
+  return *staging_;
+}
+
+// Files that follow each other mostly go to one folder. What waits there gets its name elsewhere if another
+// folder has taken its place by then.
+FileResult<std::shared_ptr<const FileDescriptor>> TargetTree::enterNearest(const Path& folder) {
   const auto names = namesBelow(folder);
   if (!names) return failure(EINVAL);
+  {
+    const MutexLock lock(mutex_);
+    if (nearest_ && nearestTo_ == *names) return nearest_;
+  }
   const auto root = openRoot(IfMissing::fail);
   if (!root) return tl::make_unexpected(root.error());
-  for (std::string way(*names); !way.empty(); way.resize(way.find_last_of('/') + 1)) {
-    while (way.ends_with('/')) way.pop_back();
-    auto place = host::openPlaceWithoutLinks(*root, way.c_str());
-    if (place || place.error().code != ENOENT) return place;
+  auto place = openNearest(*root, *names);
+  if (!place) return tl::make_unexpected(place.error());
+  auto shared = std::make_shared<const FileDescriptor>(std::move(place->folder));
+  if (place->isItself) {
+    const MutexLock lock(mutex_);
+    nearestTo_ = *names;
+    nearest_ = shared;
   }
-  return openPlace(*root, ".", FinalLink::followed);
+  return shared;
 }
 
 FileResult<FileDescriptor> TargetTree::reopenRoot(IfMissing ifMissing) {

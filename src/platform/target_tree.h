@@ -34,10 +34,12 @@ class TargetTree final : public HeldTarget {
   /// Opens the innermost folder that exists of the target folder and those on the way to this one, if it is
   /// on the target's volume and no symbolic link is on the way. What is created there has the same group,
   /// access rules and quota as if it were created in the folder itself.
-  FileResult<FileDescriptor> enterNearest(const Path& folder);
+  FileResult<std::shared_ptr<const FileDescriptor>> enterNearest(const Path& folder);
 
   /// Of the target's volume; null if files must not wait for one, or the target folder is missing.
   std::shared_ptr<VolumeBarrier> barrier();
+  /// How files wait on the target's volume, by that choice; asked once.
+  Staging staging(const StagingChoice& choice);
 
   void followNoNewLinks() override;
 
@@ -77,6 +79,9 @@ class TargetTree final : public HeldTarget {
   Mutex mutex_;
   FileDescriptor opened_ GUARDED_BY(mutex_);  ///< the target folder, once there is one
   std::shared_ptr<VolumeBarrier> barrier_ GUARDED_BY(mutex_);
+  std::optional<Staging> staging_ GUARDED_BY(mutex_);
+  std::string nearestTo_ GUARDED_BY(mutex_);  ///< the last folder that was entered as the nearest to itself
+  std::shared_ptr<const FileDescriptor> nearest_ GUARDED_BY(mutex_);
   std::map<std::string, Identity> links_ GUARDED_BY(mutex_);  ///< by their paths from the target folder
   bool followsNewLinks_ GUARDED_BY(mutex_) = true;
   std::set<Path> newNames_ GUARDED_BY(mutex_);
