@@ -30,6 +30,7 @@ class CliRun : public testing::Test {
     for (const char* text : {"1", "22", "333", "4444"}) writeFile(in_ / (std::string(text) + ".jpg"), text);
     arguments_.sources = {in_};
     arguments_.target = out_;
+    arguments_.jobs = 1;  // calls come in the order of the files
   }
 
   Summary organise() {
