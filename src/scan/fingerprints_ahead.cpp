@@ -69,11 +69,11 @@ bool FingerprintsAhead::mustWait() const {
 void FingerprintsAhead::doFirstStep() {
   const Step step = std::move(steps_.front());
   steps_.pop_front();
-  step();
+  if (keepsGoing()) step();
 }
 
-void FingerprintsAhead::finish(const std::function<bool()>& keepsGoing) {
-  while (!steps_.empty() && keepsGoing()) doFirstStep();
+void FingerprintsAhead::finish() {
+  while (!steps_.empty()) doFirstStep();
 }
 
 Sighting FingerprintsAhead::judge(const WalkedFile& file) {

@@ -24,14 +24,17 @@ class FingerprintsAhead {
   FingerprintsAhead(const FileManager& files, FileList& fileList, HashList& hashList, std::size_t threads)
       : files_(files), fileList_(fileList), hashList_(hashList), threads_(threads), groups_(threads) {}
 
+  /// Steps that come after it returned false are dropped.
+  std::function<bool()> keepsGoing = [] { return true; };
+
   /// The file will be judged, after all that were expected before.
   void expect(const WalkedFile& file);
   /// Does a step, soon and after all earlier ones: judging an expected file, or what must not overtake that.
   void inTurn(Step step);
   /// The same for a step that visits a file.
   void inTurn(const WalkedFile& file, const Visit& visit);
-  /// Does the steps that are left, for as long as `keepsGoing` returns true.
-  void finish(const std::function<bool()>& keepsGoing);
+  /// Does the steps that are left.
+  void finish();
 
   /// To be called in a step.
   Sighting judge(const WalkedFile& file);

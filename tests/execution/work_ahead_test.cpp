@@ -150,9 +150,9 @@ TEST_F(WorkAheadTest, LeavesWhatNeedsADecisionToTheOperation) {
 }
 
 TEST_F(WorkAheadTest, LeavesASourceThatHasChangedSinceToTheOperation) {
-  for (const char* name : {"a.jpg", "b.jpg"}) planCopyOf(name);
-  start();
-  waitUntilBegun(2);
+  for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) planCopyOf(name);
+  start({.threads = 1, .photos = 1, .files = 10, .bytes = 1'000'000});
+  waitUntilBegun(3);  // so the second has been prepared
   EXPECT_TRUE(work.take(0));
   const auto modified = fs::last_write_time(root / "b.jpg");
   writeFile(root / "b.jpg", "CONTENTS of b.jpg");

@@ -37,7 +37,7 @@ class FilesToJudge : public testing::TestWithParam<unsigned> {
       ahead.inTurn([&] { decisions.push_back(textOf(ahead.judge(file))); });
       ahead.inTurn([&] { decisions.push_back("seen " + file.path.native()); });
     }
-    ahead.finish([] { return true; });
+    ahead.finish();
     for (std::size_t i = 0; i < fileList.size(); ++i)
       decisions.push_back(fileList[i].key() + fileList[i].path);
     for (const WalkedFile& file : files) decisions.push_back(hashList.find(file.path.native()).value_or(""));
@@ -100,7 +100,7 @@ TEST_F(FingerprintReading, GoesOnForSeveralFilesAtOnce) {
     return std::nullopt;
   };
   for (int i = 0; i < 40; ++i) see(file(std::to_string(i), i == 39 ? "1" : "2"));
-  ahead.finish([] { return true; });
+  ahead.finish();
   ASSERT_EQ(judged.size(), 40U);
   EXPECT_EQ(judged[38], Sighting::Kind::duplicate);
   EXPECT_EQ(judged[39], Sighting::Kind::sameFileSize);
@@ -115,7 +115,8 @@ TEST_F(FingerprintReading, StopsWhenItIsNotToGoOn) {
   for (const char* name : {"a", "b", "c", "d"}) see(file(name, "same size"));
   EXPECT_EQ(judged.size(), 1U) << "only the first needs no fingerprint";
   gate.open();
-  ahead.finish([] { return false; });
+  ahead.keepsGoing = [] { return false; };
+  ahead.finish();
   EXPECT_EQ(judged.size(), 1U);
 }
 

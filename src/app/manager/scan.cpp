@@ -73,6 +73,7 @@ void OrganiseManager::beginScan(const InvocationOperation& operation) {
   fileList.clear();
   duplicateList.clear();
   hashList.clear();
+  companions = Companions();
   resetCounters();
   clearLabels(operation);
 }
@@ -120,11 +121,11 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
     return end == WalkEnd::complete;
   };
   FingerprintsAhead ahead(*host_.files, fileList, hashList, jobs_ - 1);
+  ahead.keepsGoing = walk.keepsGoing;
   walk.visits = [&](const WalkedFile& file) {
     ahead.expect(file);
     ahead.inTurn(file, [&](const WalkedFile& next) { takeFile(next, ahead.judge(next)); });
   };
-  companions = Companions();
   if (tellsRows()) {
     walk.leaves = [&](const WalkedFile& file) {
       ahead.inTurn(file, [this](const WalkedFile& next) { leaveFile(next); });
@@ -137,7 +138,7 @@ OrganiseManager::WalkEnd OrganiseManager::walkSources(const InvocationOperation&
     setStatus(QStringLiteral("Analyzing source folders"));
     if (!walkFolder(*host_.files, source, walk)) break;
   }
-  if (end == WalkEnd::complete) ahead.finish(walk.keepsGoing);
+  ahead.finish();
   companions.finish();
   return end;
 }
