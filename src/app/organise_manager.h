@@ -234,7 +234,6 @@ class OrganiseManager : public Counters, public Outlets {
   /// Called by the queue, which is locked.
   std::shared_ptr<InvocationOperation> makeOperation(std::size_t planned);
   void endPlanning(const InvocationOperation& planner);
-  void workAhead();
 
   // Run control
   void pauseOrContinue();
@@ -293,7 +292,8 @@ class OrganiseManager : public Counters, public Outlets {
   Path runTarget_;                              ///< the target folder when the run began; the workers'
   std::size_t jobs_ = 1;                        ///< threads for a stage of this run; the workers'
   FolderMaker folderMaker_;                     ///< the workers'
-  WorkAhead workAhead_;                         ///< from the end of planning to the run's end
+  bool mayWorkAhead_ = false;                   ///< not begun yet; the workers'
+  WorkAhead workAhead_;                         ///< from the first operation to the run's end
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 

@@ -1,14 +1,23 @@
 #include "app/organise_manager.h"
 #include "execution/error_codes.h"
+#include "execution/work_limits.h"
 #include "platform/log.h"
 
 #include <cerrno>
 #include <exception>
+#include <utility>
 
 namespace kestrova {
 
+// Begins with the first operation, which has created the target folder: files wait for their names there.
 std::optional<PreparedFile> OrganiseManager::takePrepared(const OperationRecord& record) {
-  return record.index() ? workAhead_.take(*record.index()) : std::nullopt;
+  if (!record.index()) return std::nullopt;
+  if (std::exchange(mayWorkAhead_, false)) {
+    const auto wishes = [this](const PlanEntry& entry) { return wishesFor(recordedResolution(entry)); };
+    workAhead_.start(planList_, host_.files, wishes, workLimits(jobs_));
+    workAhead_.setPaused(processQueue->isSuspended());
+  }
+  return workAhead_.take(*record.index());
 }
 
 // With nothing prepared, what was left of the volume, of memory and of open files is there again.

@@ -1,5 +1,4 @@
 #include "app/organise_manager.h"
-#include "execution/work_limits.h"
 #include "planning/calendar.h"
 #include "planning/examined_ahead.h"
 #include "planning/plan_file.h"
@@ -130,15 +129,8 @@ void OrganiseManager::endPlanning(const InvocationOperation& planner) {
     observeValueForKeyPath(keyPath, queue);
   });
   enter(RunPhase::executing);
-  workAhead();
+  mayWorkAhead_ = heldTarget_ && jobs_ > 1;
   processQueue->setSuspended(false);
-}
-
-// A dry run holds no target, and prepares nothing.
-void OrganiseManager::workAhead() {
-  if (!heldTarget_ || jobs_ == 1) return;
-  const auto wishes = [this](const PlanEntry& entry) { return wishesFor(recordedResolution(entry)); };
-  workAhead_.start(planList_, host_.files, wishes, workLimits(jobs_));
 }
 
 std::optional<Date> OrganiseManager::getModifiedDate(std::string_view url) const {

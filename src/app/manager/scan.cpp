@@ -64,6 +64,7 @@ void OrganiseManager::analyseSourceOperation(const InvocationOperation& operatio
 void OrganiseManager::beginScan(const InvocationOperation& operation) {
   appStatus = 1;
   runTarget_ = targetPath.get().value_or(Path());
+  mayWorkAhead_ = false;
   jobs_ = host_.jobs ? *host_.jobs : usualJobs(sourcePathList.get(), runTarget_);
   folderMaker_ = FolderMaker(runTarget_);
   beginRecord();
