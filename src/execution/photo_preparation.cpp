@@ -33,9 +33,12 @@ tl::expected<PreparedPhoto, imaging::RewriteError> preparePhoto(FileManager& fil
   if (!rewriting) return tl::unexpected(rewriting.error());
   if (rewriting->isLeftOut) return PreparedPhoto{.rewriting = std::move(*rewriting)};
 
+  std::string sourceSha256 = sha256Of(*photo);
+  if (task.stopped && task.stopped())
+    return tl::unexpected(imaging::RewriteError{.reason = "interrupted", .isInterrupted = true});
   const Bytes written = std::exchange(rewriting->photo.bytes, {});
   return PreparedPhoto{.rewriting = std::move(*rewriting),
-                       .sourceSha256 = sha256Of(*photo),
+                       .sourceSha256 = std::move(sourceSha256),
                        .targetSha256 = sha256Of(written),
                        .file = files.stageData(written, task.to, task.time)};
 }

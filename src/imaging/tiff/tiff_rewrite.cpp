@@ -28,6 +28,7 @@ Bytes newTiff(ByteView file, const TiffPages& pages, const RewritePlan& plan, co
   if (page.isReduced && page.hasSubDirectories)
     throw ImageError("the TIFF's pages are previews of a raw image");
   const Bytes pixels = encodeTiff(decodeTiff(file, page.directory, plan), file, page.directory, plan.stopped);
+  throwIfStopped(plan.stopped);
   std::optional<std::int64_t> orientation;
   if (page.directory != pages.first().directory) orientation = pages.orientationOf(page);
   Bytes result = withMetadata(pixels, file, edit, orientation);
