@@ -60,7 +60,7 @@ FileResult<void> PendingFile::giveTemporaryName() {
 }
 
 FileResult<void> PendingFile::takeName(const PutFile& put) {
-  auto name = takeTemporaryName(folder(), put);
+  auto name = takeTemporaryName(folder(), put, place_.temporaryNumber);
   if (!name) return tl::make_unexpected(name.error());
   temporaryName_ = std::move(*name);
   return {};

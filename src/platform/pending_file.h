@@ -23,6 +23,7 @@ class PendingFile final : public StagedFile {
   struct Place {
     std::shared_ptr<const FileDescriptor> folder;
     Staging staging = Staging::unseen;
+    int temporaryNumber = 0;  ///< where to begin to look for a temporary name
     /// Opens the folder that is to hold the file, which is on the same volume; absent if it waits there.
     std::function<FileResult<FileDescriptor>()> enterFinalFolder = {};
     std::shared_ptr<VolumeBarrier> barrier = {};  ///< of the volume, if files there wait for one

@@ -168,6 +168,7 @@ class SystemFileManager final : public FileManager {
     };
     return PendingFile::Place{.folder = std::move(*nearest),
                               .staging = tree->staging(staging_),
+                              .temporaryNumber = tree->nextTemporaryNumber(),
                               .enterFinalFolder = enter,
                               .barrier = tree->barrier()};
   }

@@ -5,6 +5,7 @@
 #include "platform/mutex.h"
 #include "platform/volume_barrier.h"
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <optional>
@@ -38,6 +39,8 @@ class TargetTree final : public HeldTarget {
 
   /// Of the target's volume; null if files must not wait for one, or the target folder is missing.
   std::shared_ptr<VolumeBarrier> barrier();
+  /// Counts the files that wait ahead of their turn, from 0 on.
+  int nextTemporaryNumber() { return temporaryNumber_++; }
   /// How files wait on the target's volume, by that choice; asked once.
   Staging staging(const StagingChoice& choice);
 
@@ -76,6 +79,7 @@ class TargetTree final : public HeldTarget {
   FileResult<FileDescriptor> followLink(const Step& step);
 
   const Path root_;
+  std::atomic<int> temporaryNumber_ = 0;
   Mutex mutex_;
   FileDescriptor opened_ GUARDED_BY(mutex_);  ///< the target folder, once there is one
   std::shared_ptr<VolumeBarrier> barrier_ GUARDED_BY(mutex_);

@@ -48,8 +48,7 @@ bool removeAbandoned(int folder, const char* name) {
 
 }  // namespace
 
-FileResult<std::string> takeTemporaryName(int folder, const PutFile& put) {
-  int number = 0;
+FileResult<std::string> takeTemporaryName(int folder, const PutFile& put, int number) {
   for (int attempt = 0; attempt < mostAttempts; ++attempt) {
     std::string name = temporaryName(number);
     const auto file = put(name.c_str());

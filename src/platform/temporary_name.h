@@ -12,8 +12,9 @@ namespace kestrova {
 using PutFile = std::function<FileResult<int>(const char* name)>;
 
 /// Finds a free temporary name in an open folder and lets `put` place its file there. Names are hidden, short
-/// and numbered. Their owner keeps a lock on the file. So one left by a killed run is recognised: it is
-/// removed, and its name is reused.
-FileResult<std::string> takeTemporaryName(int folder, const PutFile& put);
+/// and numbered; `number` is where to begin, so that many files need not try each other's names. Their owner
+/// keeps a lock on the file. So one left by a killed run is recognised: it is removed, and its name is
+/// reused.
+FileResult<std::string> takeTemporaryName(int folder, const PutFile& put, int number = 0);
 
 }  // namespace kestrova

@@ -3,6 +3,7 @@
 #include "support/folder_state.h"
 #include "support/headless_program.h"
 #include "support/random_tree.h"
+#include "support/small_volume.h"
 
 #include <cerrno>
 #include <functional>
@@ -57,7 +58,8 @@ class WorkAheadRuns : public testing::TestWithParam<unsigned> {
 
   Seen run(std::optional<std::size_t> jobs) {
     std::filesystem::remove_all(out);
-    const auto files = std::make_shared<test::FailingFileManager>();
+    const auto staging = GetParam() % 2 == 0 ? Staging::unseen : Staging::underTemporaryName;
+    const auto files = std::make_shared<test::FailingFileManager>(systemFileManager(staging));
     files->onStageCopy = [this](const Path& from, const Path&) { return failureOf(from); };
     files->onRead = [this](const Path& path) { return failsToBeRead_ ? failureOf(path) : std::nullopt; };
     test::HeadlessProgram program{files, volatileUserDefaults(), jobs};
@@ -75,15 +77,15 @@ class WorkAheadRuns : public testing::TestWithParam<unsigned> {
     program.press(program.interface->buttonStart);
     program.waitUntilEnded();
     seen.statusTexts = program.statusTexts();
-    seen.log = program.log.lines();
+    seen.log = program.log.lines().replaceInStrings(QString::fromStdString(out.native()), QString());
     seen.counters = countersOf(manager);
     for (const auto& [name, state] : test::stateOf(out)) seen.files[name] = state.contents;
     return seen;
   }
 
-  void expectTheSame() {
-    const Seen one = run(1);
-    const Seen many = run(4);
+  void expectTheSame() { expectTheSame(run(1), run(4)); }
+
+  static void expectTheSame(const Seen& one, const Seen& many) {
     EXPECT_EQ(many.rows, one.rows);
     EXPECT_EQ(many.counters, one.counters);
     EXPECT_EQ(many.files, one.files);
@@ -95,7 +97,7 @@ class WorkAheadRuns : public testing::TestWithParam<unsigned> {
   std::mt19937 random_{GetParam()};
   test::TemporaryFolder root;
   const Path in = root / "in";
-  const Path out = root / "out";
+  Path out = root / "out";
   bool failsToBeRead_ = false;
 
  private:
@@ -159,6 +161,20 @@ TEST_P(WorkAheadRuns, PauseAndContinue) {
 TEST_P(WorkAheadRuns, StopAndLeaveNothing) {
   at(1 + random_() % 30, [](MainInterface& controls) { controls.manager.stopProcess(); });
   expectTheSame();
+}
+
+TEST_P(WorkAheadRuns, EndWithTheSameFileOnAFullVolume) {
+  const std::size_t size = std::size_t{200'000} + random_() % 800'000;
+  Seen one;
+  Seen many;
+  const auto runOn = [&](const Path& volume, std::size_t jobs) {
+    out = volume / "out";
+    return run(jobs);
+  };
+  const bool isAllowed = test::withSmallVolume(size, [&](const Path& volume) { one = runOn(volume, 1); }) &&
+                         test::withSmallVolume(size, [&](const Path& volume) { many = runOn(volume, 4); });
+  if (!isAllowed) GTEST_SKIP() << "mounting is not allowed here";
+  expectTheSame(one, many);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, WorkAheadRuns, testing::Range(0U, 8U));
