@@ -4,12 +4,13 @@
 
 namespace kestrova {
 
-SourceCheck checkAgainst(const std::optional<PlannedSource>& planned) {
-  if (!planned || !planned->modified) return nullptr;
-  return [&planned = *planned](const FileAttributes& source) -> FileResult<void> {
-    if (source.size == planned.size && source.modified == *planned.modified) return {};
-    return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
-  };
+SourceCheck checkAgainst(const PlannedSource& planned) {
+  if (!planned.modified) return nullptr;
+  return
+      [size = planned.size, modified = *planned.modified](const FileAttributes& source) -> FileResult<void> {
+        if (source.size == size && source.modified == modified) return {};
+        return tl::make_unexpected(FileError{EBUSY, "the file has changed since the run was planned"});
+      };
 }
 
 }  // namespace kestrova

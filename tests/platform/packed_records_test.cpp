@@ -51,10 +51,11 @@ TEST(PackedRecords, FreeTheMemoryOfWhatIsReleased) {
   fill(records, 100000);
   const std::size_t full = bytesInUse() - before;
   records.releaseBefore(90000);
-  EXPECT_LT(bytesInUse() - before, full / 5);
   auto record = records.read(90000);
   EXPECT_TRUE(record.path().ends_with("/photo 90000"));
   EXPECT_EQ(record.number(), 90000U);
+  if (full == 0) GTEST_SKIP() << "a sanitizer's allocator does not tell how much is in use";
+  EXPECT_LT(bytesInUse() - before, full / 5);
 }
 
 TEST(PackedRecords, StartAgainAfterBeingCleared) {
@@ -65,7 +66,9 @@ TEST(PackedRecords, StartAgainAfterBeingCleared) {
     EXPECT_TRUE(records.read(0).path().ends_with("/photo 0"));
     const std::size_t full = bytesInUse() - before;
     records.releaseBefore(90000);
-    EXPECT_LT(bytesInUse() - before, full / 5);
+    if (full > 0) {
+      EXPECT_LT(bytesInUse() - before, full / 5);
+    }
     records.clear();
     EXPECT_EQ(records.size(), 0U);
   }

@@ -29,7 +29,7 @@ FileResult<FileAttributes> copyInTurn(FileManager& files, const OperationRecord&
     if (!exists) return tl::make_unexpected(exists.error());
     if (*exists) return tl::make_unexpected(FileError{EEXIST, {}});
   }
-  const auto copy = files.stageCopy(from, to, checkAgainst(record.planned()));
+  const auto copy = files.stageCopy(from, to, checkAgainst(record.planned().value_or(PlannedSource())));
   if (!copy) return tl::make_unexpected(copy.error());
   return named(**copy);
 }

@@ -78,7 +78,7 @@ PhotoResult OrganiseManager::writePhoto(const OperationRecord& record, const Ver
                        .to = to,
                        .size = verdict.sourceSize,
                        .wishes = wishesFor(resolutionOf(record)),
-                       .check = checkAgainst(record.planned()),
+                       .check = checkAgainst(record.planned().value_or(PlannedSource())),
                        .stopped = [&] { return operation && operation->isCancelled(); }};
   auto photo = preparePhoto(*host_.files, task).map(nameReplacing);
   if (photo && !photo->file && makesRoom(photo->file.error()))
